@@ -1,0 +1,4 @@
+#include "cli/commands.h"
+namespace korvex::cli {
+int run(int, char**) { return 2; }
+}

@@ -1,0 +1,4 @@
+#pragma once
+namespace korvex::cli {
+int run(int argc, char** argv);
+}

@@ -1,0 +1,191 @@
+#include "platform/codepage.h"
+
+#include <cerrno>
+#include <cstring>
+#include <iconv.h>
+
+namespace korvex::platform {
+
+namespace {
+
+constexpr char32_t k_replacement = 0xFFFD;
+
+// UTF-8 is decoded by hand: it is the common case and needs no iconv handle.
+std::u32string utf8_to_wide(const std::string& s) {
+    std::u32string out;
+    out.reserve(s.size());
+    const auto* p = reinterpret_cast<const unsigned char*>(s.data());
+    const size_t n = s.size();
+    size_t i = 0;
+    while (i < n) {
+        unsigned c = p[i];
+        if (c < 0x80) {
+            out += static_cast<char32_t>(c);
+            ++i;
+            continue;
+        }
+        int len = c >= 0xF0 && c < 0xF5 ? 4 : c >= 0xE0 ? 3 : c >= 0xC2 && c < 0xE0 ? 2 : 0;
+        if (len == 0 || i + static_cast<size_t>(len) > n) {
+            out += k_replacement;
+            ++i;
+            continue;
+        }
+        char32_t v = c & (0x7F >> len);
+        bool good = true;
+        for (int k = 1; k < len; ++k) {
+            unsigned b = p[i + static_cast<size_t>(k)];
+            if ((b & 0xC0) != 0x80) {
+                good = false;
+                break;
+            }
+            v = (v << 6) | (b & 0x3F);
+        }
+        const char32_t min = len == 2 ? 0x80 : len == 3 ? 0x800 : 0x10000;
+        if (!good || v < min || v > 0x10FFFF || (v >= 0xD800 && v <= 0xDFFF)) {
+            out += k_replacement;
+            ++i;
+            continue;
+        }
+        out += v;
+        i += static_cast<size_t>(len);
+    }
+    return out;
+}
+
+std::string wide_to_utf8(const std::u32string& w) {
+    std::string out;
+    out.reserve(w.size());
+    for (char32_t c : w) {
+        if (c >= 0xD800 && c <= 0xDFFF) c = k_replacement;
+        if (c < 0x80) {
+            out += static_cast<char>(c);
+        } else if (c < 0x800) {
+            out += static_cast<char>(0xC0 | (c >> 6));
+            out += static_cast<char>(0x80 | (c & 0x3F));
+        } else if (c < 0x10000) {
+            out += static_cast<char>(0xE0 | (c >> 12));
+            out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
+            out += static_cast<char>(0x80 | (c & 0x3F));
+        } else if (c <= 0x10FFFF) {
+            out += static_cast<char>(0xF0 | (c >> 18));
+            out += static_cast<char>(0x80 | ((c >> 12) & 0x3F));
+            out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
+            out += static_cast<char>(0x80 | (c & 0x3F));
+        } else {
+            out += "\xEF\xBF\xBD";
+        }
+    }
+    return out;
+}
+
+class Iconv {
+public:
+    Iconv(const std::string& to, const std::string& from) : h_(iconv_open(to.c_str(), from.c_str())) {}
+    ~Iconv() {
+        if (ok()) iconv_close(h_);
+    }
+    Iconv(const Iconv&) = delete;
+    Iconv& operator=(const Iconv&) = delete;
+    bool ok() const { return h_ != reinterpret_cast<iconv_t>(-1); }
+    iconv_t get() const { return h_; }
+
+private:
+    iconv_t h_;
+};
+
+bool pure_ascii(const std::string& s) {
+    for (unsigned char c : s)
+        if (c >= 0x80) return false;
+    return true;
+}
+
+}  // namespace
+
+std::string iconv_name(int cp) {
+    if (cp == 65001) return "UTF-8";
+    return "CP" + std::to_string(cp);
+}
+
+std::u32string bytes_to_wide(const std::string& bytes, int cp) {
+    if (cp == 65001) return utf8_to_wide(bytes);
+    if (pure_ascii(bytes)) return std::u32string(bytes.begin(), bytes.end());
+    Iconv cd("UTF-32LE", iconv_name(cp));
+    if (!cd.ok()) {
+        // An unknown page: keep byte values as characters (Latin-1), the
+        // least surprising fallback.
+        std::u32string out;
+        for (unsigned char c : bytes) out += static_cast<char32_t>(c);
+        return out;
+    }
+    std::u32string out;
+    std::string in = bytes;
+    char* ip = in.data();
+    size_t il = in.size();
+    char32_t buf[256];
+    while (il > 0) {
+        char* op = reinterpret_cast<char*>(buf);
+        size_t ol = sizeof buf;
+        size_t r = iconv(cd.get(), &ip, &il, &op, &ol);
+        out.append(buf, static_cast<size_t>(reinterpret_cast<char32_t*>(op) - buf));
+        if (r == static_cast<size_t>(-1)) {
+            if (errno == E2BIG) continue;
+            // EILSEQ or EINVAL: one bad byte becomes one replacement.
+            out += k_replacement;
+            ++ip;
+            --il;
+            iconv(cd.get(), nullptr, nullptr, nullptr, nullptr);
+        }
+    }
+    return out;
+}
+
+std::string wide_to_bytes(const std::u32string& text, int cp) {
+    if (cp == 65001) return wide_to_utf8(text);
+    bool ascii = true;
+    for (char32_t c : text)
+        if (c >= 0x80) {
+            ascii = false;
+            break;
+        }
+    if (ascii) return std::string(text.begin(), text.end());
+    Iconv cd(iconv_name(cp), "UTF-32LE");
+    std::string out;
+    if (!cd.ok()) {
+        for (char32_t c : text) out += c < 256 ? static_cast<char>(c) : '?';
+        return out;
+    }
+    char buf[512];
+    for (char32_t c : text) {
+        char32_t one = c;
+        char* ip = reinterpret_cast<char*>(&one);
+        size_t il = sizeof one;
+        char* op = buf;
+        size_t ol = sizeof buf;
+        size_t r = iconv(cd.get(), &ip, &il, &op, &ol);
+        if (r == static_cast<size_t>(-1)) {
+            iconv(cd.get(), nullptr, nullptr, nullptr, nullptr);
+            out += '?';
+            continue;
+        }
+        out.append(buf, static_cast<size_t>(op - buf));
+    }
+    // Flush any shift state of stateful pages.
+    char* op = buf;
+    size_t ol = sizeof buf;
+    iconv(cd.get(), nullptr, nullptr, &op, &ol);
+    out.append(buf, static_cast<size_t>(op - buf));
+    return out;
+}
+
+std::string recode(const std::string& bytes, int from_cp, int to_cp) {
+    if (from_cp == to_cp || pure_ascii(bytes)) return bytes;
+    return wide_to_bytes(bytes_to_wide(bytes, from_cp), to_cp);
+}
+
+bool is_valid_utf8(const std::string& bytes) {
+    for (char32_t c : utf8_to_wide(bytes))
+        if (c == k_replacement) return false;
+    return true;
+}
+
+}  // namespace korvex::platform

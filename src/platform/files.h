@@ -1,0 +1,42 @@
+// File access the logic needs. Writes never destroy: the bytes go to a
+// temporary file beside the target, which is flushed and renamed over it.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace korvex::platform {
+
+bool file_exists(const std::string& path);
+
+// The whole file, or nothing when it cannot be read.
+std::optional<std::string> read_file(const std::string& path, std::string* error = nullptr);
+
+// Writes data atomically. On failure the old file is untouched, no temporary
+// file is left, and error names the reason.
+bool write_file_atomic(const std::string& path, std::string_view data, std::string* error = nullptr);
+
+// Streams a file atomically: write pieces, then commit; destroying an
+// uncommitted writer removes the temporary file.
+class AtomicWriter {
+public:
+    explicit AtomicWriter(std::string path);
+    ~AtomicWriter();
+    AtomicWriter(const AtomicWriter&) = delete;
+    AtomicWriter& operator=(const AtomicWriter&) = delete;
+
+    bool ok() const { return fd_ >= 0 && error_.empty(); }
+    const std::string& error() const { return error_; }
+    void write(std::string_view data);
+    bool commit();
+
+private:
+    void fail(const std::string& what);
+    std::string path_;
+    std::string tmp_;
+    int fd_ = -1;
+    std::string error_;
+};
+
+}  // namespace korvex::platform

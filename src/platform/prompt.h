@@ -1,0 +1,59 @@
+// What the logic asks of the user: messages, questions, progress, status.
+// The logic never shows a window; it talks to one of these.
+#pragma once
+
+#include <deque>
+#include <string>
+#include <vector>
+
+namespace korvex::platform {
+
+enum class Answer { yes, no, cancel };
+
+class Prompt {
+public:
+    virtual ~Prompt() = default;
+    virtual void message(const std::string& text) = 0;
+    virtual bool yes_no(const std::string& text) = 0;
+    virtual Answer yes_no_cancel(const std::string& text) = 0;
+    virtual void progress(int /*percent*/) {}
+    virtual void status(const std::string& /*text*/) {}
+};
+
+// For the command line: every message and question goes to standard error
+// together with the answer taken, which is fixed in advance.
+class ConsolePrompt : public Prompt {
+public:
+    explicit ConsolePrompt(Answer fixed = Answer::yes) : fixed_(fixed) {}
+    void message(const std::string& text) override;
+    bool yes_no(const std::string& text) override;
+    Answer yes_no_cancel(const std::string& text) override;
+
+private:
+    Answer fixed_;
+};
+
+// For tests: answers are scripted in order (a default when the script runs
+// out), and everything said is recorded.
+class ScriptedPrompt : public Prompt {
+public:
+    explicit ScriptedPrompt(Answer fallback = Answer::yes) : fallback_(fallback) {}
+    void script(Answer a) { answers_.push_back(a); }
+    void message(const std::string& text) override { messages.push_back(text); }
+    bool yes_no(const std::string& text) override;
+    Answer yes_no_cancel(const std::string& text) override;
+    void progress(int percent) override { last_progress = percent; }
+    void status(const std::string& text) override { statuses.push_back(text); }
+
+    std::vector<std::string> messages;
+    std::vector<std::string> questions;
+    std::vector<std::string> statuses;
+    int last_progress = -1;
+
+private:
+    Answer next();
+    std::deque<Answer> answers_;
+    Answer fallback_;
+};
+
+}  // namespace korvex::platform

@@ -1,0 +1,36 @@
+// Printing the tables as text: one section an element, and the whole file.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <string_view>
+
+#include "model/store.h"
+#include "platform/clock.h"
+#include "platform/prompt.h"
+
+namespace korvex::text {
+
+using model::Store;
+
+// Receives the text as it is produced, so a large file is never held twice.
+using TextSink = std::function<void(std::string_view)>;
+
+constexpr int k_kind_utf8 = 14;
+
+// One element as a section ("[_polygon]" ... "[end]" CR LF). row counts from 1
+// within its class; class 3 adds ln_n and class 4 adds pt_n.
+std::string create_textfile(Store& s, int32_t row, int cls);
+
+// The "[_drawOrder]" section.
+std::string drword(const Store& s);
+
+// The whole text file: head, [_id], draw order, every class in order.
+// False with "Please enter valid PID at the top." / "...FID..." when an
+// identifier is 0. Sets dirty false.
+bool save_txt(Store& s, platform::Prompt& ui, const platform::Clock& clock, int kind, const TextSink& out);
+
+// The text of the element on show for the code panel.
+std::string create_code(Store& s, int32_t row, int cls, bool forfile);
+
+}  // namespace korvex::text

@@ -1,0 +1,72 @@
+// Byte accessors over the file buffer and the small hex helpers the record
+// codecs share. A read past the end gives 0 and, once a load, a report line.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "model/store.h"
+
+namespace korvex::typ {
+
+using model::Store;
+
+void note_overrun(Store& s, int64_t pos);
+
+inline int curf_byte(Store& s, int64_t pos) {
+    if (pos >= 0 && static_cast<uint64_t>(pos) < s.curf.size())
+        return static_cast<unsigned char>(s.curf[static_cast<size_t>(pos)]);
+    note_overrun(s, pos);
+    return 0;
+}
+
+inline int curf_u16(Store& s, int64_t pos) { return curf_byte(s, pos) | (curf_byte(s, pos + 1) << 8); }
+
+inline int32_t curf_u24(Store& s, int64_t pos) {
+    return curf_byte(s, pos) | (curf_byte(s, pos + 1) << 8) | (curf_byte(s, pos + 2) << 16);
+}
+
+// Unsigned 32 bits; offsets of 2 GiB and more stay positive.
+inline int64_t curf_u32(Store& s, int64_t pos) {
+    return static_cast<int64_t>(static_cast<uint32_t>(curf_u24(s, pos)) |
+                                (static_cast<uint32_t>(curf_byte(s, pos + 3)) << 24));
+}
+
+// The offset field of a 3-byte index record.
+inline int32_t bit1(Store& s, int64_t pos) { return curf_byte(s, pos); }
+
+// Stores one byte; a position past the end grows the buffer with zeros.
+void head(Store& s, int64_t pos, int value);
+
+// Four little-endian bytes at pos. Narrower index fields are written with it
+// too: records go in rising order, so the next one overwrites the spill.
+void put_head4(Store& s, int64_t value, int64_t pos);
+
+// "0a1b" -> bytes 0a 1b.
+std::string hexasc(std::string_view hex);
+
+// One hex digit is padded to two; longer texts stay.
+std::string hex2(std::string_view text);
+
+// Upper-case hex without leading zeros ("0" for zero).
+std::string hex(int64_t value);
+
+// Eight "0"/"1" characters, lowest bit first.
+std::string Dec2Binary(int value);
+
+// Pads to six digits, then swaps the first and third pair: RRGGBB <-> BBGGRR.
+std::string rgbswap(std::string_view text);
+
+// One palette line to the three record bytes: what follows the last "#",
+// byte-swapped; ff ff ff when there is no "#" ("none").
+std::string fnkl(std::string_view xpmline);
+
+// Value of hex digits; stops at the first non-digit.
+int64_t hex_value(std::string_view digits);
+
+// Upper-case/lower-case copies.
+std::string lower(std::string_view s);
+std::string upper(std::string_view s);
+
+}  // namespace korvex::typ

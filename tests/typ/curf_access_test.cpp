@@ -1,0 +1,39 @@
+#include <gtest/gtest.h>
+
+#include "typ/curf_access.h"
+
+using namespace korvex;
+
+TEST(CurfAccess, ReadsPastTheEndGiveZeroAndOneReportLine) {
+    model::Store s;
+    s.curf = std::string("\x01\x02\x03", 3);
+    EXPECT_EQ(typ::curf_u16(s, 1), 0x0302);
+    EXPECT_EQ(typ::curf_byte(s, 3), 0);
+    EXPECT_EQ(typ::curf_byte(s, 100), 0);
+    EXPECT_EQ(typ::curf_u32(s, -5), 0);
+    EXPECT_EQ(s.loadrep, "3 Error,access byte beyond length of curf file\r\n");
+}
+
+TEST(CurfAccess, U32StaysPositiveAboveTwoGiB) {
+    model::Store s;
+    s.curf = std::string("\xff\xff\xff\xff", 4);
+    EXPECT_EQ(typ::curf_u32(s, 0), 4294967295LL);
+}
+
+TEST(CurfAccess, PaletteLineToRecordBytes) {
+    EXPECT_EQ(typ::fnkl("\"0 c #FF8000\""), std::string("\x00\x80\xff", 3));
+    EXPECT_EQ(typ::fnkl("\"1 c none\""), std::string("\xff\xff\xff", 3));
+    // A palette symbol that is itself "#" is skipped by taking the last "#".
+    EXPECT_EQ(typ::fnkl("\"# c #102030\" alpha=7"), std::string("\x30\x20\x10", 3));
+    EXPECT_EQ(typ::rgbswap("ABC"), "BC0A00");
+    EXPECT_EQ(typ::hexasc("0a1b"), std::string("\x0a\x1b", 2));
+    EXPECT_EQ(typ::Dec2Binary(6), "01100000");
+    EXPECT_EQ(typ::hex2("F"), "0F");
+}
+
+TEST(CurfAccess, PutHead4SpillsIntoTheNextRecord) {
+    model::Store s;
+    typ::put_head4(s, 0x0102, 2);
+    typ::put_head4(s, 0x0304, 4);
+    EXPECT_EQ(s.curf, std::string("\0\0\x02\x01\x04\x03\0\0", 8));
+}
