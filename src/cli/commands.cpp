@@ -1,4 +1,219 @@
 #include "cli/commands.h"
+
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "model/store.h"
+#include "platform/clock.h"
+#include "platform/files.h"
+#include "platform/prompt.h"
+#include "text/text_writer.h"
+#include "typ/decoder.h"
+#include "typ/encoder.h"
+#include "workbench/load_options.h"
+
 namespace korvex::cli {
-int run(int, char**) { return 2; }
+
+namespace {
+
+constexpr int k_ok = 0;
+constexpr int k_failed = 1;
+constexpr int k_usage = 2;
+
+const char* k_usage_text =
+    "usage: korvex-cli info FILE.typ\n"
+    "       korvex-cli decode FILE.typ [-o OUT.txt] [--utf8]\n"
+    "       korvex-cli encode FILE.typ [-o OUT.typ]\n"
+    "options: --load-options 111111   classes and night colours to load (default 111111)\n"
+    "         --offsets               show record offsets as comments in the text\n"
+    "         --answer yes|no         the answer to every question (default yes)\n";
+
+struct Args {
+    std::string command;
+    std::string input;
+    std::string output;
+    bool utf8 = false;
+    bool offsets = false;
+    std::string ldopts = "111111";
+    platform::Answer answer = platform::Answer::yes;
+};
+
+int usage(const std::string& why) {
+    if (!why.empty()) std::fprintf(stderr, "korvex-cli: %s\n", why.c_str());
+    std::fputs(k_usage_text, stderr);
+    return k_usage;
 }
+
+// Returns an empty string when the arguments are fine, else the complaint.
+std::string parse(int argc, char** argv, Args& a) {
+    std::vector<std::string> rest;
+    for (int i = 1; i < argc; ++i) {
+        std::string arg = argv[i];
+        auto value = [&](std::string& into) -> bool {
+            if (i + 1 >= argc) return false;
+            into = argv[++i];
+            return true;
+        };
+        if (arg == "-o" || arg == "--output") {
+            if (!value(a.output)) return "-o needs a file name";
+        } else if (arg == "--utf8") {
+            a.utf8 = true;
+        } else if (arg == "--offsets") {
+            a.offsets = true;
+        } else if (arg == "--load-options") {
+            if (!value(a.ldopts) || !workbench::valid_ldopts(a.ldopts))
+                return "--load-options needs six characters of 0 and 1";
+        } else if (arg == "--answer") {
+            std::string v;
+            if (!value(v) || (v != "yes" && v != "no")) return "--answer needs yes or no";
+            a.answer = v == "yes" ? platform::Answer::yes : platform::Answer::no;
+        } else if (arg == "-h" || arg == "--help") {
+            return "help";
+        } else if (arg.size() > 1 && arg[0] == '-') {
+            return "unknown option " + arg;
+        } else {
+            rest.push_back(arg);
+        }
+    }
+    if (rest.size() != 2) return rest.empty() ? "no command" : "expected a command and one file";
+    a.command = rest[0];
+    a.input = rest[1];
+    if (a.command != "info" && a.command != "decode" && a.command != "encode") return "unknown command " + a.command;
+    if (a.command == "info" && (!a.output.empty() || a.utf8)) return "info takes no -o or --utf8";
+    if (a.command == "encode" && a.utf8) return "encode takes no --utf8";
+    return {};
+}
+
+void print_report(const std::string& report, std::FILE* to) {
+    size_t start = 0;
+    while (start < report.size()) {
+        size_t end = report.find('\n', start);
+        if (end == std::string::npos) end = report.size();
+        std::string line = report.substr(start, end - start);
+        if (!line.empty() && line.back() == '\r') line.pop_back();
+        if (!line.empty()) std::fprintf(to, "report: %s\n", line.c_str());
+        start = end + 1;
+    }
+}
+
+// A TYP file carries its magic at offset 2; its first byte, the header
+// length, is "[" (0x5b) for the plain header, so the magic decides first.
+bool looks_like_text(const std::string& data) {
+    if (data.size() >= 12 && data.compare(2, 10, "GARMIN TYP") == 0) return false;
+    size_t i = 0;
+    if (data.compare(0, 3, "\xEF\xBB\xBF") == 0) i = 3;
+    while (i < data.size() && (data[i] == ' ' || data[i] == '\t' || data[i] == '\r' || data[i] == '\n')) ++i;
+    return i < data.size() && (data[i] == '[' || data[i] == ';');
+}
+
+size_t count_tokens(const std::string& list) {
+    size_t n = 0;
+    bool in = false;
+    for (char c : list) {
+        if (c == ' ') {
+            in = false;
+        } else if (!in) {
+            in = true;
+            ++n;
+        }
+    }
+    return n;
+}
+
+int info(const model::Store& s) {
+    std::string created = s.created;
+    const std::string prefix = "Created  ";
+    if (created.compare(0, prefix.size(), prefix) == 0) created = created.substr(prefix.size());
+    std::string header;
+    static const char* hexd = "0123456789abcdef";
+    for (int v = s.hdr_len; v > 0 || header.size() < 2; v >>= 4) header.insert(header.begin(), hexd[v & 15]);
+    std::printf("format: typ\n");
+    std::printf("header: %s\n", header.c_str());
+    std::printf("created: %s\n", created.c_str());
+    std::printf("codepage: %d\n", s.codepage);
+    std::printf("fid: %s\n", s.fid.c_str());
+    std::printf("pid: %s\n", s.pid.c_str());
+    std::printf("polygons: %d\n", s.pg_n);
+    std::printf("lines: %d\n", s.ln_n);
+    std::printf("points: %d\n", s.pt_n);
+    std::printf("extra points: %d\n", s.pt_nx);
+    std::printf("active lines: %d\n", s.ln_nact);
+    std::printf("draworder: %zu\n", count_tokens(s.drwlist));
+    std::fflush(stdout);
+    print_report(s.loadrep, stdout);
+    return k_ok;
+}
+
+int decode(model::Store& s, platform::Prompt& ui, const Args& a) {
+    platform::SystemClock clock;
+    const int kind = a.utf8 ? text::k_kind_utf8 : 13;
+    if (a.output.empty()) {
+        bool ok = text::save_txt(s, ui, clock, kind, [](std::string_view piece) {
+            std::fwrite(piece.data(), 1, piece.size(), stdout);
+        });
+        std::fflush(stdout);
+        return ok ? k_ok : k_failed;
+    }
+    platform::AtomicWriter out(a.output);
+    if (!out.ok()) {
+        ui.message("Cannot write " + a.output + ": " + out.error());
+        return k_failed;
+    }
+    bool ok = text::save_txt(s, ui, clock, kind, [&](std::string_view piece) { out.write(piece); });
+    if (!ok) return k_failed;  // the writer's destructor removes the temporary file
+    if (!out.commit()) {
+        ui.message("Cannot write " + a.output + ": " + out.error());
+        return k_failed;
+    }
+    return k_ok;
+}
+
+int encode(model::Store& s, platform::Prompt& ui, const Args& a) {
+    platform::SystemClock clock;
+    if (!typ::save_typ(s, ui, clock, true)) return k_failed;
+    print_report(s.loadrep, stderr);
+    if (a.output.empty()) {
+        std::fwrite(s.curf.data(), 1, s.curf.size(), stdout);
+        std::fflush(stdout);
+        return k_ok;
+    }
+    return typ::SaveFile(s, ui, a.output) ? k_ok : k_failed;
+}
+
+}  // namespace
+
+int run(int argc, char** argv) {
+    Args a;
+    if (std::string why = parse(argc, argv, a); !why.empty()) return usage(why == "help" ? "" : why);
+
+    platform::ConsolePrompt ui(a.answer);
+    model::Store s;
+    s.ldopts = a.ldopts;
+    s.opt.show_offsets = a.offsets;
+    model::newproject(s);
+
+    if (!platform::file_exists(a.input)) {
+        ui.message(a.input + " doesn't exist");
+        return k_failed;
+    }
+    if (!workbench::chkldop(s, ui)) return k_failed;
+    std::string error;
+    auto data = platform::read_file(a.input, &error);
+    if (!data) {
+        ui.message("Cannot read " + a.input + ": " + error);
+        return k_failed;
+    }
+    if (looks_like_text(*data)) {
+        ui.message(a.input + ": text input is not supported yet");
+        return k_failed;
+    }
+    typ::open_typ_bytes(s, ui, std::move(*data), a.input);
+
+    if (a.command == "info") return info(s);
+    print_report(s.loadrep, stderr);
+    if (a.command == "decode") return decode(s, ui, a);
+    return encode(s, ui, a);
+}
+
+}  // namespace korvex::cli

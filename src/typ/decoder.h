@@ -18,6 +18,9 @@ std::string loadbinary(Store& s, platform::Prompt& ui, const std::string& path);
 // Decodes s.curf into the tables.
 void chk_typ(Store& s, platform::Prompt& ui);
 
+// Takes bytes read elsewhere as the open TYP file and decodes them.
+void open_typ_bytes(Store& s, platform::Prompt& ui, std::string bytes, const std::string& path);
+
 // Opens a TYP file: newproject, loadbinary, chk_typ. False when nothing could
 // be read.
 bool loadfile(Store& s, platform::Prompt& ui, const std::string& path);
