@@ -59,9 +59,31 @@ char chkl(const Store& s, int n) {
 }
 
 void note_once(Store& s, const std::string& text) {
-    if (!text.empty() && s.loadrep.find(text) != std::string::npos) return;
+    auto& ix = s.report_index;
+    if (ix.size != s.loadrep.size()) {
+        ix.lines.clear();
+        size_t start = 0;
+        while (start < s.loadrep.size()) {
+            size_t end = s.loadrep.find("\r\n", start);
+            if (end == std::string::npos) end = s.loadrep.size();
+            ix.lines.insert(s.loadrep.substr(start, end - start));
+            start = end + 2;
+        }
+    }
+    if (ix.lines.count(text)) return;
+    if (ix.lines.size() >= k_report_limit) {
+        static const std::string full = "Too many problems; the report stops here.";
+        if (!ix.lines.count(full)) {
+            s.loadrep += full + "\r\n";
+            ix.lines.insert(full);
+        }
+        ix.size = s.loadrep.size();
+        return;
+    }
     s.loadrep += text;
     s.loadrep += "\r\n";
+    ix.lines.insert(text);
+    ix.size = s.loadrep.size();
 }
 
 }  // namespace korvex::model

@@ -9,6 +9,7 @@
 #include <array>
 #include <cstdint>
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 namespace korvex::model {
@@ -106,7 +107,19 @@ struct Store {
 
     WalkState walk;
     Settings opt;
+
+    // Lines of loadrep already noted, so that note_once stays linear on a
+    // file that reports every record. Rebuilt when loadrep was changed
+    // behind note_once's back.
+    struct ReportIndex {
+        std::unordered_set<std::string> lines;
+        size_t size = 0;
+    } report_index;
 };
+
+// A corrupt file could report every record; beyond this many lines the
+// report says so once and takes no more.
+constexpr size_t k_report_limit = 2000;
 
 // Resets the store for a new or freshly opened file (the dirty prompt is the
 // caller's business).

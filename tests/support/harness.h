@@ -1,0 +1,36 @@
+// Shared helpers of the test suites: corpus files, decode and encode in
+// memory with a fixed clock and scripted answers.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "model/store.h"
+#include "platform/clock.h"
+#include "platform/prompt.h"
+
+namespace korvex::testing {
+
+inline const platform::Stamp k_fixed_stamp{2024, 5, 17, 13, 45, 30};
+
+std::string source_dir();
+std::string corpus_dir();  // ../shared/corpus beside the checkout, "" when absent
+
+// Files of a folder with the extension, sorted by name.
+std::vector<std::string> files_with(const std::string& dir, const std::string& ext);
+
+std::string read_bytes(const std::string& path);
+
+// Decodes bytes as the open TYP file of a fresh store.
+void decode_bytes(model::Store& s, platform::Prompt& ui, const std::string& bytes);
+
+// The whole text file the tables print (kind 13, or 14 for UTF-8).
+std::string text_of(model::Store& s, platform::Prompt& ui, int kind = 13);
+
+// Encodes the tables with the fixed clock; "" when the save was refused.
+std::string encode(model::Store& s, platform::Prompt& ui);
+
+// The text without comment lines and blank lines.
+std::string without_comments(const std::string& text);
+
+}  // namespace korvex::testing

@@ -1,0 +1,52 @@
+// Decode, encode, decode again: the text must not change, and a file our
+// encoder wrote must re-encode to the same bytes.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "support/harness.h"
+
+using namespace korvex;
+using namespace korvex::testing;
+
+namespace {
+
+std::vector<std::string> typ_files() {
+    std::vector<std::string> files = files_with(source_dir() + "/data/samples", ".typ");
+    if (!corpus_dir().empty())
+        for (auto& f : files_with(corpus_dir() + "/typ", ".typ")) files.push_back(f);
+    return files;
+}
+
+std::string name_of(const ::testing::TestParamInfo<std::string>& info) {
+    std::string n = std::filesystem::path(info.param).stem().string();
+    for (char& c : n)
+        if (!std::isalnum(static_cast<unsigned char>(c))) c = '_';
+    return n;
+}
+
+class TypRoundTrip : public ::testing::TestWithParam<std::string> {};
+
+TEST_P(TypRoundTrip, DecodeEncodeDecodeKeepsTheTextAndOurBytesAreStable) {
+    const std::string original = read_bytes(GetParam());
+    ASSERT_FALSE(original.empty());
+    platform::ScriptedPrompt ui;
+
+    model::Store first;
+    decode_bytes(first, ui, original);
+    const std::string text1 = text_of(first, ui);
+    const std::string ours = encode(first, ui);
+    ASSERT_FALSE(ours.empty());
+
+    model::Store second;
+    decode_bytes(second, ui, ours);
+    const std::string text2 = text_of(second, ui);
+    EXPECT_EQ(without_comments(text1), without_comments(text2));
+
+    const std::string again = encode(second, ui);
+    EXPECT_TRUE(again == ours) << "re-encoding our own file changed " << GetParam();
+}
+
+INSTANTIATE_TEST_SUITE_P(Files, TypRoundTrip, ::testing::ValuesIn(typ_files()), name_of);
+
+}  // namespace
