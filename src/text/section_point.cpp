@@ -1,0 +1,178 @@
+// [_point] sections of a whole-file save (ordinary and extra points).
+#include <string>
+#include <vector>
+
+#include "text/sections.h"
+
+namespace korvex::text::detail {
+
+namespace {
+
+bool all_hex(std::string_view d) {
+    if (d.empty()) return false;
+    for (char c : d)
+        if (!((c >= '0' && c <= '9') || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F'))) return false;
+    return true;
+}
+
+// The type digits of the point from its pt_typ column: lower case, padded to
+// five ("0" in front of four, "00" in front of three). "" when the column
+// holds no usable digits.
+std::string point_digits(std::string_view typ) {
+    if (starts_with_ci(typ, "0x")) typ.remove_prefix(2);
+    if (typ.size() == 6 && typ.front() == '0') typ.remove_prefix(1);
+    if (!all_hex(typ) || typ.size() > 5) return {};
+    std::string d = lower(typ);
+    if (d.size() == 4)
+        d = "0" + d;
+    else if (d.size() == 3)
+        d = "00" + d;
+    return d;
+}
+
+std::string with_digits(std::string_view line, std::string_view digits) {
+    std::string_view old = hex_digits_after_x(line);
+    if (old.empty()) return std::string(line);
+    const size_t b = static_cast<size_t>(old.data() - line.data());
+    std::string out(line.substr(0, b));
+    out += digits;
+    out += line.substr(b + old.size());
+    return out;
+}
+
+// The third number of a quoted picture header ("" when absent).
+std::string colour_field(std::string_view header) {
+    size_t q = header.find('"');
+    if (q == std::string_view::npos) return {};
+    std::string_view rest = header.substr(q + 1);
+    rest = rest.substr(0, rest.find('"'));
+    int field = 0;
+    size_t p = 0;
+    while (p < rest.size()) {
+        while (p < rest.size() && rest[p] == ' ') ++p;
+        size_t e = p;
+        while (e < rest.size() && rest[e] != ' ') ++e;
+        if (e > p && ++field == 3) return std::string(rest.substr(p, e - p));
+        p = e;
+    }
+    return {};
+}
+
+}  // namespace
+
+std::string point_section(const Store& s, int32_t r, bool extended, const LineOptions& opt) {
+    const size_t row = static_cast<size_t>(r);
+    const std::string& txt = s.pt_txt[row];
+    if (trim(txt).empty()) return {};
+    const std::string lotxt = lower(txt);
+    const bool no_table = s.pt_ncol[row] == 0;
+    const bool true_table = no_table && contains(lotxt, "colormode=32");
+    const std::string digits = point_digits(s.pt_typ[row]);
+    const std::string key = extended ? "ID=" : "Type=";
+
+    std::vector<std::string> lines;
+    int type_index = -1;
+    int day_header = -1;
+    int night_start = -1;
+    bool day_none = false;
+    bool day_alpha = false;
+    std::string pending_sub;
+    bool ended = false;
+    for_each_line(txt, [&](std::string_view raw) {
+        if (ended) return;
+        std::string_view line = trim(raw);
+        if (line.empty() || is_ruler(line)) return;
+        std::string lo = lower(line);
+        if (is_end_marker(lo)) {
+            ended = true;
+            return;
+        }
+        if (lo.starts_with("subtype=")) {
+            // pt_typ already holds the merged digits.
+            if (!digits.empty()) return;
+            if (type_index >= 0)
+                lines[static_cast<size_t>(type_index)] = merge_subtype(lines[static_cast<size_t>(type_index)], line);
+            else
+                pending_sub = line;
+            return;
+        }
+        if (lo.starts_with("type=") || lo.starts_with("id=")) {
+            std::string_view value = line.substr(line.find('=') + 1);
+            std::string t = key + std::string(value);
+            t = digits.empty() ? repair_type_line(t) : with_digits(t, digits);
+            if (!pending_sub.empty()) {
+                t = merge_subtype(t, pending_sub);
+                pending_sub.clear();
+            }
+            type_index = static_cast<int>(lines.size());
+            lines.push_back(std::move(t));
+            return;
+        }
+        if (contains(lo, "xpm=")) {
+            if (contains(lo, "nightxpm")) {
+                if (night_start < 0) night_start = static_cast<int>(lines.size());
+            } else if (day_header < 0 && night_start < 0) {
+                day_header = static_cast<int>(lines.size());
+            }
+            lines.emplace_back(line);
+            if (no_table && contains(lo, "xpm=\"")) lines.emplace_back(";Colours");
+            return;
+        }
+        if (line.starts_with('"') && contains(lo, " c ")) {
+            if (night_start < 0) {
+                day_none = day_none || contains(lo, "none");
+                day_alpha = day_alpha || contains(lo, "alpha");
+            }
+            std::string colour(line);
+            if (true_table) {
+                size_t p = colour.find("ALPHA=");
+                if (p != std::string::npos) colour.replace(p, 6, "alpha=");
+            }
+            lines.push_back(std::move(colour));
+            return;
+        }
+        if (is_string_line(lo)) {
+            lines.push_back(string_line(s, line, opt));
+            return;
+        }
+        lines.emplace_back(raw);
+    });
+    if (!pending_sub.empty()) lines.push_back(pending_sub);
+
+    // Every day header states its opacity mode.
+    if (day_header >= 0) {
+        std::string& h = lines[static_cast<size_t>(day_header)];
+        if (!contains(lower(h), "colormode")) {
+            const bool old_style = contains(h, " 0 ") && !contains(txt, "#\"\r\n") && !contains(txt, "#\"\n");
+            const char* mode = old_style ? (day_none ? "16" : day_alpha ? "32" : "0") : (day_alpha ? "32" : "16");
+            h += " Colormode=";
+            h += mode;
+        }
+    }
+
+    // A night picture of no colours of its own (it shares the day pixels)
+    // is not written: mkgmap stops on a header of zero colours, and the
+    // device shows the day picture then anyway.
+    std::vector<std::string> night;
+    if (night_start >= 0) {
+        night.assign(lines.begin() + night_start, lines.end());
+        lines.resize(static_cast<size_t>(night_start));
+        if (s.pt_nncol[row] == 0 && s.pt_nbmp[row].empty() && colour_field(night.front()) == "0") night.clear();
+    }
+
+    std::string out = join_lines(lines);
+    out += crlf;
+    append_rows(out, s.pt_bmp[row]);
+    out += ruler;
+    out += crlf;
+    if (!night.empty()) {
+        out += join_lines(night);
+        out += crlf;
+        append_rows(out, s.pt_nbmp[row]);
+    }
+    out += "[end]";
+    out += crlf;
+    return out;
+}
+
+}  // namespace korvex::text::detail
