@@ -1,0 +1,135 @@
+// korvex-cli as build scripts use it: output format, exit status, atomic
+// output and reproducible bytes.
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+
+#include "support/harness.h"
+
+using namespace korvex::testing;
+namespace fs = std::filesystem;
+
+namespace {
+
+struct Run {
+    int status = -1;
+    std::string out;
+};
+
+// Runs the tool through the shell; standard error is folded into out when
+// asked, else dropped.
+Run cli(const std::string& args, bool with_stderr = false, const std::string& env = "") {
+    std::string cmd = env + " '" + std::string(KORVEX_CLI_PATH) + "' " + args + (with_stderr ? " 2>&1" : " 2>/dev/null");
+    Run r;
+    FILE* p = popen(cmd.c_str(), "r");
+    if (!p) return r;
+    char buf[4096];
+    size_t n;
+    while ((n = fread(buf, 1, sizeof buf, p)) > 0) r.out.append(buf, n);
+    int st = pclose(p);
+    r.status = WIFEXITED(st) ? WEXITSTATUS(st) : -1;
+    return r;
+}
+
+class CliTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        dir = fs::temp_directory_path() / ("korvex-cli-" + std::to_string(::getpid()));
+        fs::create_directories(dir);
+        sample = source_dir() + "/data/samples/sample.typ";
+    }
+    void TearDown() override { fs::remove_all(dir); }
+    std::string path(const std::string& name) const { return (dir / name).string(); }
+    fs::path dir;
+    std::string sample;
+};
+
+TEST_F(CliTest, WrongUsageExitsWithTwo) {
+    EXPECT_EQ(cli("").status, 2);
+    EXPECT_EQ(cli("frobnicate " + sample).status, 2);
+    EXPECT_EQ(cli("info").status, 2);
+    EXPECT_EQ(cli("decode " + sample + " --load-options 11x111").status, 2);
+    EXPECT_EQ(cli("decode " + sample + " --answer maybe").status, 2);
+    EXPECT_EQ(cli("info " + sample + " --utf8").status, 2);
+}
+
+TEST_F(CliTest, MissingInputExitsWithOneAndSaysWhy) {
+    Run r = cli("info " + path("nope.typ"), true);
+    EXPECT_EQ(r.status, 1);
+    EXPECT_NE(r.out.find("nope.typ doesn't exist"), std::string::npos);
+}
+
+TEST_F(CliTest, InfoPrintsTheKeysInOrder) {
+    Run r = cli("info " + sample);
+    ASSERT_EQ(r.status, 0);
+    const char* keys[] = {"format: typ\n", "header: ", "created: ", "codepage: ", "fid: ", "pid: ",
+                          "polygons: ", "lines: ", "points: ", "extra points: ", "active lines: ", "draworder: "};
+    size_t at = 0;
+    for (const char* k : keys) {
+        size_t found = r.out.find(k, at);
+        ASSERT_NE(found, std::string::npos) << k << " missing or out of order in\n" << r.out;
+        at = found + 1;
+    }
+}
+
+TEST_F(CliTest, SourceDateEpochMakesRunsIdentical) {
+    const std::string env = "SOURCE_DATE_EPOCH=1700000000";
+    ASSERT_EQ(cli("encode " + sample + " -o " + path("a.typ"), false, env).status, 0);
+    ASSERT_EQ(cli("encode " + path("a.typ") + " -o " + path("b.typ"), false, env).status, 0);
+    EXPECT_EQ(read_bytes(path("a.typ")), read_bytes(path("b.typ")));
+    ASSERT_EQ(cli("decode " + sample + " -o " + path("a.txt"), false, env).status, 0);
+    ASSERT_EQ(cli("decode " + sample + " -o " + path("b.txt"), false, env).status, 0);
+    EXPECT_EQ(read_bytes(path("a.txt")), read_bytes(path("b.txt")));
+    EXPECT_NE(read_bytes(path("a.txt")).find(";created : "), std::string::npos);
+}
+
+TEST_F(CliTest, DecodeToStandardOutputEqualsDecodeToFile) {
+    const std::string env = "SOURCE_DATE_EPOCH=1700000000";
+    Run r = cli("decode " + sample, false, env);
+    ASSERT_EQ(r.status, 0);
+    ASSERT_EQ(cli("decode " + sample + " -o " + path("c.txt"), false, env).status, 0);
+    EXPECT_EQ(r.out, read_bytes(path("c.txt")));
+    Run u = cli("decode --utf8 " + sample, false, env);
+    EXPECT_EQ(u.out.substr(0, 3), "\xEF\xBB\xBF");
+}
+
+TEST_F(CliTest, RefusedSaveLeavesTheOldOutputAndNoTemporaryFile) {
+    const std::string out = path("keep.typ");
+    {
+        std::ofstream f(out, std::ios::binary);
+        f << "old contents";
+    }
+    // A copy of the sample with code page 0: the save is refused.
+    std::string bytes = read_bytes(sample);
+    ASSERT_GT(bytes.size(), 23u);
+    bytes[21] = 0;
+    bytes[22] = 0;
+    {
+        std::ofstream f(path("cp0.typ"), std::ios::binary);
+        f << bytes;
+    }
+    Run r = cli("encode " + path("cp0.typ") + " -o " + out, true);
+    EXPECT_EQ(r.status, 1);
+    EXPECT_NE(r.out.find("Unusual Codepage"), std::string::npos);
+    EXPECT_EQ(read_bytes(out), "old contents");
+    size_t files = 0;
+    for (auto& e : fs::directory_iterator(dir)) {
+        (void)e;
+        ++files;
+    }
+    EXPECT_EQ(files, 2u) << "a temporary file was left behind";
+}
+
+TEST_F(CliTest, AnswerNoRefusesLoadOptionsQuestion) {
+    Run r = cli("info " + sample + " --load-options 110111 --answer no", true);
+    EXPECT_EQ(r.status, 1);
+    EXPECT_NE(r.out.find("question: Load options apply (see Settings). Continue? -> no"), std::string::npos);
+    Run y = cli("info " + sample + " --load-options 110111", true);
+    EXPECT_EQ(y.status, 0);
+    EXPECT_NE(y.out.find("points: 0"), std::string::npos);
+}
+
+}  // namespace
