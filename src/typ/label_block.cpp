@@ -1,11 +1,426 @@
 #include "typ/label_block.h"
-// STUB: to be implemented
+
+#include <cctype>
+#include <cmath>
+#include <cstdio>
+#include <vector>
+
+#include "platform/codepage.h"
+#include "text/encoding.h"
+#include "typ/curf_access.h"
+
 namespace korvex::typ {
-int32_t lengthbyte(Store&, int64_t, int32_t&) { return 0; }
-std::string length_code(int32_t) { return {}; }
-DecodedLabels decode_labels(Store&, int64_t, int32_t offset, int, int32_t, const std::string&) { DecodedLabels d; d.next = offset; return d; }
-DecodedFont chk_fontcc(Store&, int64_t, bool, bool, int, const std::string&) { return {}; }
-EncodedLabels encode_labels(Store&, const std::string&, int) { return {}; }
-std::string strorder(const Store&, const std::string& text) { return text; }
-int getlang(const std::string&) { return 0; }
+
+namespace {
+
+// Language bytes above this are stored with 47 added; the reader takes it off.
+constexpr int k_lang_limit = 46;
+constexpr int k_lang_shift = 47;
+constexpr char k_pipe = '|';
+
+const char* const k_styles[] = {"Default", "Nolabel", "SmallFont", "Normal", "Large"};
+const char* const k_custom[] = {"No", "Day", "Night", "DayAndNight"};
+
+std::string hex_byte(int v) {
+    char buf[3];
+    std::snprintf(buf, sizeof buf, "%02X", v & 0xff);
+    return buf;
 }
+
+std::string rtrim(std::string t) {
+    while (!t.empty() && t.back() == ' ') t.pop_back();
+    return t;
+}
+
+std::string trim(std::string_view t) {
+    size_t a = 0, b = t.size();
+    while (a < b && (t[a] == ' ' || t[a] == '\t' || t[a] == '\r' || t[a] == '\n')) ++a;
+    while (b > a && (t[b - 1] == ' ' || t[b - 1] == '\t' || t[b - 1] == '\r' || t[b - 1] == '\n')) --b;
+    return std::string(t.substr(a, b - a));
+}
+
+void replace_all(std::string& t, std::string_view from, std::string_view to) {
+    for (size_t p = t.find(from); p != std::string::npos; p = t.find(from, p + to.size()))
+        t.replace(p, from.size(), to);
+}
+
+// Lines without their CR LF; the last piece is kept even when empty so that
+// join() gives the text back.
+std::vector<std::string> split_lines(const std::string& text) {
+    std::vector<std::string> out;
+    size_t start = 0;
+    for (;;) {
+        const size_t lf = text.find('\n', start);
+        std::string line = text.substr(start, lf == std::string::npos ? std::string::npos : lf - start);
+        if (!line.empty() && line.back() == '\r') line.pop_back();
+        out.push_back(std::move(line));
+        if (lf == std::string::npos) break;
+        start = lf + 1;
+    }
+    return out;
+}
+
+std::string join_lines(const std::vector<std::string>& lines) {
+    std::string out;
+    for (size_t i = 0; i < lines.size(); ++i) {
+        if (i) out += "\r\n";
+        out += lines[i];
+    }
+    return out;
+}
+
+// A "String" key line: not a comment, and "string" stands in front of "=".
+bool is_string_line(const std::string& line) {
+    const std::string low = lower(trim(line));
+    if (low.empty() || low[0] == ';') return false;
+    const size_t key = low.find("string");
+    const size_t eq = low.find('=');
+    return key != std::string::npos && eq != std::string::npos && key < eq;
+}
+
+bool is_key_line(const std::string& low) { return !low.empty() && low[0] != ';'; }
+
+int read_lang(Store& s, int64_t pos) {
+    int lang = curf_byte(s, pos);
+    if (lang > k_lang_limit) lang -= k_lang_shift;
+    return lang;
+}
+
+// Bits of the custom colour stream of points with opacity: lowest bit first.
+int stream_bits(Store& s, int64_t base, int64_t bit, int count) {
+    int v = 0;
+    for (int k = 0; k < count; ++k) {
+        const int64_t b = bit + k;
+        if (curf_byte(s, base + b / 8) & (1 << (b % 8))) v |= 1 << k;
+    }
+    return v;
+}
+
+// Three record bytes, blue green red, from the value of a custom colour key.
+std::string colour_bytes(const std::string& value) {
+    std::string v = trim(value);
+    const size_t hash = v.rfind('#');
+    if (hash != std::string::npos) v = v.substr(hash + 1);
+    return fnkl("#" + v);
+}
+
+// The value behind a key's first ":" or "=".
+std::string key_value(const std::string& line) {
+    const size_t p = line.find_first_of(":=");
+    return p == std::string::npos ? std::string() : line.substr(p + 1);
+}
+
+}  // namespace
+
+int32_t lengthbyte(Store& s, int64_t base, int32_t& position) {
+    if (position < 0) return 0;
+    const int64_t at = base + position;
+    const int first = curf_byte(s, at);
+    if (first == 0) return 0;
+    double value = 0;
+    if (first & 1) {
+        value = (first - 5) / 2.0;
+        position += 1;
+    } else if (first & 2) {
+        value = (curf_u16(s, at) - 10) / 4.0;
+        position += 2;
+    } else if (first & 4) {
+        // The writer's 3-byte value is 8 L + 20; reading it this way comes out
+        // 2.5 short. Kept: blocks of that size do not occur.
+        value = (curf_u24(s, at) - 40) / 8.0;
+        position += 3;
+    } else {
+        position += 4;
+        return 0;
+    }
+    const double rounded = std::nearbyint(value);  // ties to even
+    return rounded < 0 ? 0 : static_cast<int32_t>(rounded);
+}
+
+std::string length_code(int32_t L) {
+    int64_t v = 2 * static_cast<int64_t>(L < 0 ? 0 : L) + 5;
+    if (v > 255) v *= 2;
+    if (v > 65534) v *= 2;
+    std::string out(1, static_cast<char>(v & 0xff));
+    if (v > 255) out += static_cast<char>((v >> 8) & 0xff);
+    if (v > 65535) out += static_cast<char>((v >> 16) & 0xff);
+    return out;
+}
+
+//   length code | language | text [0 language text]... | 0
+DecodedLabels decode_labels(Store& s, int64_t record, int32_t offset, int cls, int32_t record_size,
+                            const std::string& type) {
+    DecodedLabels d;
+    int32_t pos = offset;
+    int32_t L = lengthbyte(s, record, pos);
+    const int64_t lang_at = record + pos;
+    // Never walk further than the buffer holds.
+    const int64_t room = static_cast<int64_t>(s.curf.size()) - lang_at - 1;
+    if (room < 0) L = 0;
+    else if (L > room) L = static_cast<int32_t>(room);
+
+    std::string preferred, fallback, deflt;
+    bool have_pref = false, have_default = false, have_fallback = false;
+
+    auto language = [&](int64_t at) {
+        const int raw = curf_byte(s, at);
+        const int lang = read_lang(s, at);
+        if (raw > k_lang_limit && cls == model::k_points)
+            model::note_once(s, " &" + hex(at) + " lang>&h2e size:" + std::to_string(record_size));
+        return lang;
+    };
+
+    auto emit = [&](std::string str, int lang) {
+        const std::string digits = hex2(hex(lang));
+        const std::string key = "String" + std::to_string(d.strings + 1);
+        if (s.codepage < 65001) str = text::loadutf8(s, str, digits, key);
+        str = rtrim(str);
+        d.lines += key + "=0x" + digits + "," + str + "\r\n";
+        ++d.strings;
+        if (lang == s.opt.langid) {
+            preferred = str;
+            have_pref = true;
+        }
+        if (lang == 0) {
+            deflt = str;
+            have_default = true;
+        }
+        if (!have_fallback && !str.empty() && static_cast<unsigned char>(str[0]) < 127) {
+            fallback = str;
+            have_fallback = true;
+        }
+    };
+
+    int lang = language(lang_at);
+    std::string str;
+    bool pending = false;
+    const int64_t last = lang_at + L + 1;  // the terminator
+    for (int64_t at = lang_at + 1; at <= last; ++at) {
+        int b = curf_byte(s, at);
+        if (b == 10 || b == 13) b = k_pipe;
+        if (b < 32) {
+            // The terminator leaves the last string open, so that it keeps its
+            // line breaks; a zero inside the block ends a string.
+            if (at == last) break;
+            std::string t = str;
+            replace_all(t, "|", "");
+            emit(t, lang);
+            str.clear();
+            pending = false;
+            ++at;
+            if (at > last) break;
+            lang = language(at);
+            continue;
+        }
+        str += static_cast<char>(b);
+        pending = true;
+    }
+    if (pending) {
+        replace_all(str, "||", "|");
+        emit(str, lang);
+    }
+    d.next = pos + 1 + L + 1;
+
+    std::string label = have_pref ? preferred : have_default ? deflt : have_fallback ? fallback : "";
+    if (!label.empty()) d.label = "'" + label + "'";
+    (void)type;
+    return d;
+}
+
+//   font byte | [day colour BGR] | [night colour BGR]
+DecodedFont chk_fontcc(Store& s, int64_t pos, bool hasfont, bool custom, int cls,
+                       const std::string& name) {
+    DecodedFont f;
+    if (!hasfont) {
+        f.lines = "ExtendedLabels=N\r\n";
+        return f;
+    }
+    const int b = curf_byte(s, pos);
+    const int style = (b & 7);
+    f.lines = "ExtendedLabels=Y\r\nFontStyle=";
+    if (style < 5) f.lines += k_styles[style];
+    f.lines += "\r\n";
+    f.consumed = 1;
+    if (!custom) return f;
+
+    // Points mark colours with an opacity nibble by a font byte of 33 or more.
+    const bool opacity = cls == model::k_points && b >= 33;
+    const int value = opacity ? (b >> 3) & 3 : (b >> 3) & 7;
+    const std::string cname = value <= 3 ? k_custom[value] : "";
+    f.lines += "CustomColor=" + cname + "\r\n";
+
+    if (cname.empty() || value > 3) {
+        if (cls == model::k_lines) {
+            model::note_once(s, "Unknown CC format @" + name + " " + hex(pos) + " value:&" + hex(b));
+            f.stopped = true;
+            return f;
+        }
+        if (cls == model::k_points) {
+            model::note_once(s, " Unknown POI CColor &h" + hex(value));
+            f.stopped = true;
+            return f;
+        }
+    }
+
+    auto colour_at = [&](int k) {
+        if (opacity) {
+            const int64_t bit = 28 * static_cast<int64_t>(k);
+            const int blue = stream_bits(s, pos + 1, bit, 8);
+            const int green = stream_bits(s, pos + 1, bit + 8, 8);
+            const int red = stream_bits(s, pos + 1, bit + 16, 8);
+            return hex_byte(red) + hex_byte(green) + hex_byte(blue);
+        }
+        const int64_t at = pos + 1 + 3 * static_cast<int64_t>(k);
+        return hex_byte(curf_byte(s, at + 2)) + hex_byte(curf_byte(s, at + 1)) + hex_byte(curf_byte(s, at));
+    };
+
+    const int colours = value == 3 ? 2 : value > 0 ? 1 : 0;
+    if (value > 0) {
+        // A Night value prints its one colour under the day key, as the writer
+        // reads it back.
+        const std::string day = colour_at(0);
+        f.lines += "DaycustomColor:#" + day + "\r\n";
+        f.colours = rgbswap(day);
+    }
+    if (value == 3) {
+        const std::string night = colour_at(1);
+        f.lines += "NightcustomColor:#" + night + "\r\n";
+        if (cls == model::k_points) f.colours += rgbswap(night);
+    }
+    if (opacity) f.consumed += 3 * colours + (colours + 1) / 2;
+    else f.consumed += 3 * colours;
+
+    if (cls == model::k_polygons && cname.empty()) {
+        std::string rep = " Pgon Custom cols >3 ie" + name + " " + std::to_string(value);
+        if (value > 3) rep += " CC=" + std::to_string(value);
+        model::note_once(s, rep);
+    }
+    return f;
+}
+
+std::string strorder(const Store& s, const std::string& text) {
+    const int pref = s.opt.langid;
+    if (!s.opt.strorder || pref == 0) return text;
+    std::vector<std::string> lines = split_lines(text);
+    std::vector<size_t> slots;
+    std::vector<std::string> first, rest;
+    for (size_t i = 0; i < lines.size(); ++i) {
+        if (!is_string_line(lines[i])) continue;
+        slots.push_back(i);
+        std::string line = lines[i];
+        const int lang = getlang(line);
+        if (lang == pref) {
+            first.push_back(line);
+            continue;
+        }
+        // Set plain and English strings apart from the preferred ones.
+        if (pref != 4 && (lang == 0 || lang == 4)) {
+            const size_t x = lower(line).find("=0x");
+            if (x != std::string::npos) {
+                size_t end = x + 3;
+                while (end < line.size() && std::isxdigit(static_cast<unsigned char>(line[end]))) ++end;
+                line.replace(x + 3, end - x - 3, lang == 0 ? "2f" : "33");
+            }
+        }
+        rest.push_back(line);
+    }
+    first.insert(first.end(), rest.begin(), rest.end());
+    for (size_t k = 0; k < slots.size(); ++k) lines[slots[k]] = first[k];
+    return join_lines(lines);
+}
+
+int getlang(const std::string& line) {
+    const std::string low = lower(line);
+    const size_t eq = low.find('=');
+    const size_t x = low.find('x', eq == std::string::npos ? 0 : eq);
+    if (x == std::string::npos) return 0;
+    return static_cast<int>(hex_value(low.substr(x + 1, 2)));
+}
+
+EncodedLabels encode_labels(Store& s, const std::string& element_text, int cls) {
+    (void)cls;
+    EncodedLabels e;
+    std::string body;
+    int first_lang = -1;
+    bool seen[256] = {};
+    bool font_set = false;
+    int fontval = 0;
+    int custom = -1;  // not stated
+    bool has_day = false, has_night = false;
+    std::string day, night;
+
+    for (const std::string& raw : split_lines(strorder(s, element_text))) {
+        const std::string line = trim(raw);
+        const std::string low = lower(line);
+        if (!is_key_line(low)) continue;
+        if (is_string_line(line)) {
+            const size_t comma = line.find(',');
+            if (comma == std::string::npos) continue;
+            const int lang = getlang(line) & 0xff;
+            if (seen[lang]) continue;  // the first string of a language wins
+            seen[lang] = true;
+            std::string t = raw.substr(raw.find(',') + 1);
+            replace_all(t, "\r", "");
+            replace_all(t, "\n", "");
+            if (t.empty()) t = " ";
+            if (s.codepage >= 65001 && !platform::is_valid_utf8(t))
+                t = text::saveasutf8(t, text::lang_cp(s, lang));
+            replace_all(t, "|", "\r\n");
+            if (first_lang < 0) {
+                first_lang = lang;
+                body = t;
+            } else {
+                body += '\0';
+                body += static_cast<char>(lang);
+                body += t;
+            }
+        } else if (low.find("fontstyle") != std::string::npos) {
+            const std::string v = lower(key_value(line));
+            font_set = true;
+            if (v.find("nolabel") != std::string::npos) fontval = 1;
+            else if (v.find("small") != std::string::npos) fontval = 2;
+            else if (v.find("normal") != std::string::npos) fontval = 3;
+            else if (v.find("large") != std::string::npos) fontval = 4;
+            else fontval = 0;
+        } else if (low.find("customco") != std::string::npos) {
+            if (low.find("daycustomco") != std::string::npos) {
+                has_day = true;
+                day = colour_bytes(key_value(line));
+            } else if (low.find("nightcustomco") != std::string::npos) {
+                has_night = true;
+                night = colour_bytes(key_value(line));
+            } else {
+                const std::string v = lower(trim(key_value(line)));
+                if (v.find("dayandnight") != std::string::npos) custom = 3;
+                else if (v.find("night") != std::string::npos) custom = 2;
+                else if (v.find("day") != std::string::npos) custom = 1;
+                else if (v.find("no") != std::string::npos) custom = 0;
+            }
+        }
+    }
+
+    if (first_lang >= 0) {
+        e.block = length_code(static_cast<int32_t>(body.size()));
+        e.block += static_cast<char>(first_lang);
+        e.block += body;
+        e.block += '\0';
+    }
+
+    // Without a usable CustomColor value the colour keys that stand decide.
+    if (custom < 0) custom = (has_day ? 1 : 0) + (has_night ? 2 : 0);
+    const std::string zero(3, '\0');
+    std::string colours;
+    if (custom == 1) colours = has_day ? day : has_night ? night : zero;
+    // Night: its one colour may stand under either key (the decoder prints it
+    // under the day key).
+    if (custom == 2) colours = has_night ? night : has_day ? day : zero;
+    if (custom == 3) colours = (has_day ? day : zero) + (has_night ? night : zero);
+
+    if (font_set || custom > 0) {
+        e.font = std::string(1, static_cast<char>(fontval + 8 * custom));
+        e.font += colours;
+    }
+    return e;
+}
+
+}  // namespace korvex::typ

@@ -1,0 +1,116 @@
+// Extra points (blocks 0 and 1) and active routing lines.
+#include <gtest/gtest.h>
+
+#include "typ/curf_access.h"
+#include "typ/extended_sections.h"
+#include "typ/header.h"
+
+using namespace korvex;
+
+namespace {
+
+model::Store file_of(int hdr_len, size_t size = 300) {
+    model::Store s;
+    s.curf.assign(size, '\0');
+    typ::head(s, 0, hdr_len);
+    s.hdr_len = hdr_len;
+    return s;
+}
+
+void put_bytes(model::Store& s, int64_t at, const std::string& hex) {
+    const std::string b = typ::hexasc(hex);
+    for (size_t k = 0; k < b.size(); ++k) typ::head(s, at + static_cast<int64_t>(k), static_cast<unsigned char>(b[k]));
+}
+
+// One plain line record at 200 and an active index of 4-byte records at 220.
+model::Store active_file(int hdr_len, const std::string& index_hex, int recsize) {
+    model::Store s = file_of(hdr_len);
+    put_bytes(s, 200, "0600ff000002");  // scheme 6, one colour, width 2
+    typ::put_head4(s, 200, typ::hdr::ln_data);
+    typ::put_head4(s, 6, typ::hdr::ln_data_len);
+    put_bytes(s, 220, index_hex);
+    typ::put_head4(s, 220, typ::hdr::act_index);
+    typ::head(s, typ::hdr::act_recsize, recsize);
+    typ::put_head4(s, static_cast<int64_t>(index_hex.size() / 2), typ::hdr::act_index_len);
+    return s;
+}
+
+}  // namespace
+
+TEST(ActiveRouting, ActivityDigitsBecomeTheActivityCode) {
+    model::Store s = active_file(174, "00000400", 4);
+    ASSERT_EQ(typ::active_line_count(s), 1);
+    typ::polylinesactive(s);
+    EXPECT_EQ(s.ln_nact, 1);
+    EXPECT_EQ(s.ln_act[0], "40");
+    EXPECT_EQ(s.ln_pos[0], 200);
+    EXPECT_EQ(s.ln_len[0], 6);
+    EXPECT_EQ(s.ln_mode[0], 6);
+    EXPECT_EQ(typ::chkactivity("40"), "Walking");
+    EXPECT_EQ(typ::chkactivity("52"), "Mountain Biking");
+    EXPECT_EQ(typ::chkactivity("61"), "");
+
+    typ::noactive(s);
+    EXPECT_EQ(s.ln_nact, 0);
+    EXPECT_EQ(s.ln_act[0], "");
+}
+
+TEST(ActiveRouting, ThreeByteRecordsAndShortHeaders) {
+    model::Store s = active_file(174, "000501", 3);
+    typ::polylinesactive(s);
+    EXPECT_EQ(s.ln_act[0], "51");
+    // 0xa4 reads blocks but no active routing.
+    model::Store t = active_file(164, "00000400", 4);
+    EXPECT_EQ(typ::active_line_count(t), 0);
+}
+
+TEST(ActiveRouting, CorruptCountsStayWithinTheFile) {
+    model::Store s = active_file(174, "00000400", 1);
+    typ::put_head4(s, 0xffffffffLL, typ::hdr::act_index_len);
+    EXPECT_EQ(typ::active_line_count(s), 80);  // 300 - 220 bytes of one-byte records
+    typ::polylinesactive(s);
+    EXPECT_EQ(s.ln_nact, 80);
+    typ::head(s, typ::hdr::act_recsize, 0);
+    EXPECT_EQ(typ::active_line_count(s), 0);
+}
+
+TEST(ExtraPoints, HeaderOf6eWithEmptyBlockZeroHasNone) {
+    model::Store s = file_of(0x6e);
+    typ::put_head4(s, 200, typ::hdr::blk0);
+    typ::head(s, typ::hdr::blk0_recsize, 4);
+    typ::poiextra_read(s);
+    EXPECT_EQ(s.pt_nx, 0);
+    typ::put_head4(s, 8, typ::hdr::blk0_len);
+    typ::head(s, typ::hdr::blk0_recsize, 0);  // a zero record size
+    EXPECT_EQ(typ::extra_point_count(s), 0);
+    model::Store plain = file_of(91);
+    EXPECT_EQ(typ::extra_point_count(plain), 0);
+}
+
+TEST(ExtraPoints, IndexGivesOffsetThenCode) {
+    model::Store s = file_of(164);
+    // Two 4-byte records, offset width 2: (0, 0x22a3 = 0x115 sub 3), (5, 0x60).
+    put_bytes(s, 200, "0000a322" "05006000");
+    typ::put_head4(s, 200, typ::hdr::blk0);
+    typ::head(s, typ::hdr::blk0_recsize, 4);
+    typ::put_head4(s, 8, typ::hdr::blk0_len);
+    typ::head(s, typ::hdr::blk0_packing, 15);
+    typ::put_head4(s, 220, typ::hdr::blk1);  // zero records: no picture
+    typ::put_head4(s, 10, typ::hdr::blk1_len);
+    typ::poiextra_read(s);
+    ASSERT_EQ(s.pt_nx, 2);
+    EXPECT_EQ(s.pt_typ[0], "11503");
+    EXPECT_EQ(s.pt_len[0], 5);
+    EXPECT_EQ(s.pt_len[1], 5);
+    EXPECT_EQ(s.pt_txt[0], "");
+
+    typ::put_head4(s, 0xfffffff0LL, typ::hdr::blk0_len);  // corrupt length
+    typ::head(s, typ::hdr::blk0_recsize, 1);
+    EXPECT_EQ(typ::extra_point_count(s), 100);
+}
+
+TEST(ExtraPoints, Blk0PacksLowestByteFirst) {
+    EXPECT_EQ(typ::fnblk0("1A2", 2), std::string("\xa2\x01", 2));
+    EXPECT_EQ(typ::fnblk0("5", 3), std::string("\x05\x00\x00", 3));
+    EXPECT_EQ(typ::fnblk0("123456", 2), std::string("\x56\x34", 2));
+}
