@@ -1,0 +1,274 @@
+#include "typ/point_pixels.h"
+
+#include <algorithm>
+#include <array>
+
+#include "model/store.h"
+
+namespace korvex::typ {
+
+namespace {
+
+constexpr int k_symbol_base = 36;  // "$", the symbol of colour 0
+constexpr int k_bits_per_entry32 = 28;
+
+const char* const k_hex_digits = "0123456789ABCDEF";
+
+// Both symbol forms of every byte value, built once.
+struct SymbolTable {
+    std::array<char, 256> one{};
+    std::array<std::array<char, 2>, 256> two{};
+    SymbolTable() {
+        for (int v = 0; v < 256; ++v) {
+            const int c = k_symbol_base + v;
+            one[static_cast<size_t>(v)] = static_cast<char>(c >= 255 ? k_symbol_base : c);
+            two[static_cast<size_t>(v)] = {static_cast<char>(v / 16 + k_symbol_base),
+                                           static_cast<char>(v % 16 + k_symbol_base)};
+        }
+    }
+};
+
+const SymbolTable& symbols() {
+    static const SymbolTable table;
+    return table;
+}
+
+uint8_t byte_at(std::string_view data, int64_t i) {
+    return i >= 0 && static_cast<size_t>(i) < data.size() ? static_cast<uint8_t>(data[static_cast<size_t>(i)]) : 0;
+}
+
+void append_hex_byte(std::string& out, int v) {
+    out += k_hex_digits[(v >> 4) & 15];
+    out += k_hex_digits[v & 15];
+}
+
+}  // namespace
+
+int point_bpp(int n, int mode) {
+    // Mode 16 keeps value n free for the transparent pixel.
+    const int values = n + (mode == k_mode_transparent ? 1 : 0);
+    if (values < 2) return 1;
+    if (values < 4) return 2;
+    if (values < 16) return 4;
+    return 8;
+}
+
+int64_t point_pixel_bytes(int w, int h, int n, int mode) {
+    const int64_t row = (static_cast<int64_t>(w) * point_bpp(n, mode) + 7) / 8;
+    return row * h;
+}
+
+int64_t point_palette_bytes(int n, int mode) {
+    if (mode == k_mode_alpha) return (static_cast<int64_t>(n) * k_bits_per_entry32 + 7) / 8;
+    return 3LL * n;
+}
+
+int fnzero_sz(int w, int h) {
+    const int64_t area = static_cast<int64_t>(w) * h;
+    if (w > 16) return area > 0 ? std::max<int>(1, static_cast<int>(area / w)) : 0;
+    return static_cast<int>(area / 8) - 1;
+}
+
+void append_symbol(std::string& out, int v, int cpp) {
+    const auto& t = symbols();
+    if (cpp == 2) {
+        if (v < 0 || v > 255) v = 0;
+        out.append(t.two[static_cast<size_t>(v)].data(), 2);
+    } else {
+        out += v >= 0 && v <= 255 ? t.one[static_cast<size_t>(v)] : static_cast<char>(k_symbol_base);
+    }
+}
+
+int symbol_width(int colours) { return colours >= model::cpp_limit ? 2 : 1; }
+
+int alph(std::string_view data, int64_t bit) {
+    int v = 0;
+    for (int k = 0; k < 4; ++k) {
+        const int64_t b = bit + k;
+        if (byte_at(data, b / 8) >> (b % 8) & 1) v |= 1 << k;
+    }
+    return v;
+}
+
+std::vector<PaletteEntry> read_palette(std::string_view data, int n, int mode) {
+    std::vector<PaletteEntry> pal(static_cast<size_t>(std::max(0, n)));
+    for (int k = 0; k < n; ++k) {
+        PaletteEntry& e = pal[static_cast<size_t>(k)];
+        if (mode == k_mode_alpha) {
+            // Entries are 3.5 bytes: odd entries start in the middle of a byte.
+            const int64_t bit = static_cast<int64_t>(k) * k_bits_per_entry32;
+            const int64_t first = bit / 8;
+            const int shift = static_cast<int>(bit % 8);
+            uint64_t v = 0;
+            for (int j = 0; j < 5; ++j) v |= static_cast<uint64_t>(byte_at(data, first + j)) << (8 * j);
+            v >>= shift;
+            e.b = static_cast<uint8_t>(v & 0xff);
+            e.g = static_cast<uint8_t>((v >> 8) & 0xff);
+            e.r = static_cast<uint8_t>((v >> 16) & 0xff);
+            e.alpha = static_cast<int>((v >> 24) & 0xf);
+        } else {
+            e.b = byte_at(data, 3LL * k);
+            e.g = byte_at(data, 3LL * k + 1);
+            e.r = byte_at(data, 3LL * k + 2);
+        }
+    }
+    return pal;
+}
+
+std::string palette_lines(const std::vector<PaletteEntry>& pal, int mode) {
+    const int cpp = symbol_width(static_cast<int>(pal.size()));
+    std::string out;
+    out.reserve(pal.size() * 24);
+    for (size_t k = 0; k < pal.size(); ++k) {
+        const PaletteEntry& e = pal[k];
+        out += '"';
+        append_symbol(out, static_cast<int>(k), cpp);
+        if (e.none) {
+            out += " c none\"\r\n";
+            continue;
+        }
+        out += " c #";
+        append_hex_byte(out, e.r);
+        append_hex_byte(out, e.g);
+        append_hex_byte(out, e.b);
+        out += '"';
+        if (mode == k_mode_alpha) {
+            out += " alpha=";
+            out += std::to_string(e.alpha);
+        }
+        out += "\r\n";
+    }
+    return out;
+}
+
+std::string alphacols(std::string_view data, int n) {
+    return palette_lines(read_palette(data, n, k_mode_alpha), k_mode_alpha);
+}
+
+std::string draw_rows(std::string_view data, int w, int h, int n, int mode, int cpp) {
+    const int bpp = point_bpp(n, mode);
+    const int64_t row_bytes = (static_cast<int64_t>(w) * bpp + 7) / 8;
+    const int mask = (1 << bpp) - 1;
+    const auto& t = symbols();
+    std::string out;
+    out.reserve(static_cast<size_t>(h) * (static_cast<size_t>(w) * cpp + 2));
+    for (int y = 0; y < h; ++y) {
+        const int64_t base = row_bytes * y;
+        const bool inside = base + row_bytes <= static_cast<int64_t>(data.size());
+        const auto* row = reinterpret_cast<const uint8_t*>(data.data()) + (inside ? base : 0);
+        for (int x = 0; x < w; ++x) {
+            const int64_t bit = static_cast<int64_t>(x) * bpp;
+            const uint8_t byte = inside ? row[bit >> 3] : byte_at(data, base + (bit >> 3));
+            const int v = (byte >> (bit & 7)) & mask;
+            if (cpp == 2)
+                out.append(t.two[static_cast<size_t>(v)].data(), 2);
+            else
+                out += t.one[static_cast<size_t>(v)];
+        }
+        out += "\r\n";
+    }
+    return out;
+}
+
+uint32_t fnpoi32(std::string_view line) {
+    // The colour digits follow the last "#"; "none" is white and fully transparent.
+    uint32_t r = 0xff, g = 0xff, b = 0xff;
+    int alpha = 0;
+    const size_t hash = line.rfind('#');
+    const size_t quote = line.rfind('"');
+    const bool none = hash == std::string_view::npos;
+    if (!none) {
+        auto digit = [](char c) {
+            if (c >= '0' && c <= '9') return c - '0';
+            if (c >= 'a' && c <= 'f') return c - 'a' + 10;
+            if (c >= 'A' && c <= 'F') return c - 'A' + 10;
+            return -1;
+        };
+        uint32_t v = 0;
+        size_t k = hash + 1;
+        int digits = 0;
+        for (; k < line.size() && digits < 6 && digit(line[k]) >= 0; ++k, ++digits) v = v * 16 + static_cast<uint32_t>(digit(line[k]));
+        r = (v >> 16) & 0xff;
+        g = (v >> 8) & 0xff;
+        b = v & 0xff;
+    }
+    // alpha= stands behind the closing quote of the value.
+    const size_t from = quote == std::string_view::npos ? 0 : quote;
+    const size_t a = line.find("alpha=", from);
+    if (a != std::string_view::npos) {
+        size_t k = a + 6;
+        while (k < line.size() && line[k] == ' ') ++k;
+        for (; k < line.size() && line[k] >= '0' && line[k] <= '9'; ++k) alpha = alpha * 10 + (line[k] - '0');
+        alpha = std::min(alpha, 15);
+    } else if (none) {
+        alpha = 15;
+    }
+    return b | (g << 8) | (r << 16) | (static_cast<uint32_t>(alpha) << 24);
+}
+
+std::string alphacol32(const std::vector<uint32_t>& entries) {
+    const int n = static_cast<int>(entries.size());
+    std::string out(static_cast<size_t>(point_palette_bytes(n, k_mode_alpha)), '\0');
+    for (int k = 0; k < n; ++k) {
+        const int64_t bit = static_cast<int64_t>(k) * k_bits_per_entry32;
+        uint64_t v = static_cast<uint64_t>(entries[static_cast<size_t>(k)] & 0x0fffffff) << (bit % 8);
+        for (int64_t i = bit / 8; v != 0 && static_cast<size_t>(i) < out.size(); ++i, v >>= 8)
+            out[static_cast<size_t>(i)] = static_cast<char>(static_cast<uint8_t>(out[static_cast<size_t>(i)]) | (v & 0xff));
+    }
+    return out;
+}
+
+std::string compressibmp(const std::vector<uint8_t>& values, int w, int h, int bpp) {
+    const int64_t row_bytes = (static_cast<int64_t>(w) * bpp + 7) / 8;
+    std::string out(static_cast<size_t>(row_bytes * h), '\0');
+    const int mask = (1 << bpp) - 1;
+    for (int y = 0; y < h; ++y) {
+        char* row = out.data() + row_bytes * y;
+        const uint8_t* v = values.data() + static_cast<size_t>(y) * static_cast<size_t>(w);
+        if (bpp == 8) {
+            std::copy(v, v + w, reinterpret_cast<uint8_t*>(row));
+            continue;
+        }
+        for (int x = 0; x < w; ++x) {
+            const int bit = x * bpp;
+            row[bit >> 3] = static_cast<char>(static_cast<uint8_t>(row[bit >> 3]) | ((v[x] & mask) << (bit & 7)));
+        }
+    }
+    return out;
+}
+
+std::vector<uint8_t> pixel_values(std::string_view rows, int w, int h, int cpp, const std::vector<int>& remap,
+                                  std::vector<BadPixel>* bad) {
+    std::vector<uint8_t> out(static_cast<size_t>(w) * static_cast<size_t>(std::max(0, h)), 0);
+    const int colours = static_cast<int>(remap.size());
+    size_t pos = 0;
+    for (int y = 0; y < h && pos < rows.size(); ++y) {
+        size_t end = rows.find_first_of("\r\n", pos);
+        if (end == std::string_view::npos) end = rows.size();
+        const std::string_view row = rows.substr(pos, end - pos);
+        uint8_t* dst = out.data() + static_cast<size_t>(y) * static_cast<size_t>(w);
+        const int present = std::min<int>(w, static_cast<int>(row.size()) / cpp);
+        for (int x = 0; x < present; ++x) {
+            int v;
+            if (cpp == 2) {
+                const int hi = static_cast<uint8_t>(row[2 * x]) - k_symbol_base;
+                const int lo = static_cast<uint8_t>(row[2 * x + 1]) - k_symbol_base;
+                v = lo < 0 || lo > 15 || hi < 0 ? -1 : hi * 16 + lo;
+            } else {
+                v = static_cast<uint8_t>(row[x]) - k_symbol_base;
+            }
+            if (v < 0 || v >= colours) {
+                if (bad) bad->push_back({y + 1, x + 1, v});
+                v = 0;
+            }
+            dst[x] = static_cast<uint8_t>(colours ? remap[static_cast<size_t>(v)] : 0);
+        }
+        // A line break is CR LF or a lone LF.
+        pos = end;
+        if (pos < rows.size() && rows[pos] == '\r') ++pos;
+        if (pos < rows.size() && rows[pos] == '\n') ++pos;
+    }
+    return out;
+}
+
+}  // namespace korvex::typ
