@@ -39,6 +39,15 @@ std::optional<std::string> read_file(const std::string& path, std::string* error
 }
 
 AtomicWriter::AtomicWriter(std::string path) : path_(std::move(path)) {
+    // A device or pipe (/dev/null, /dev/stdout) is written in place: renaming
+    // a file over it would replace the device itself.
+    struct stat st {};
+    if (::stat(path_.c_str(), &st) == 0 && !S_ISREG(st.st_mode)) {
+        fd_ = ::open(path_.c_str(), O_WRONLY | O_TRUNC);
+        if (fd_ < 0) error_ = std::strerror(errno);
+        direct_ = true;
+        return;
+    }
     tmp_ = path_ + ".korvex-XXXXXX";
     fd_ = ::mkstemp(tmp_.data());
     if (fd_ < 0) {
@@ -76,6 +85,12 @@ void AtomicWriter::write(std::string_view data) {
 
 bool AtomicWriter::commit() {
     if (!ok()) return false;
+    if (direct_) {
+        const bool closed = ::close(fd_) == 0;
+        fd_ = -1;
+        if (!closed) fail(std::strerror(errno));
+        return closed;
+    }
     if (::fsync(fd_) != 0) {
         fail(std::strerror(errno));
         return false;

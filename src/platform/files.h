@@ -36,6 +36,7 @@ private:
     std::string path_;
     std::string tmp_;
     int fd_ = -1;
+    bool direct_ = false;
     std::string error_;
 };
 

@@ -14,16 +14,16 @@ namespace fs = std::filesystem;
 
 namespace {
 
-struct Run {
+struct CliRun {
     int status = -1;
     std::string out;
 };
 
 // Runs the tool through the shell; standard error is folded into out when
 // asked, else dropped.
-Run cli(const std::string& args, bool with_stderr = false, const std::string& env = "") {
+CliRun cli(const std::string& args, bool with_stderr = false, const std::string& env = "") {
     std::string cmd = env + " '" + std::string(KORVEX_CLI_PATH) + "' " + args + (with_stderr ? " 2>&1" : " 2>/dev/null");
-    Run r;
+    CliRun r;
     FILE* p = popen(cmd.c_str(), "r");
     if (!p) return r;
     char buf[4096];
@@ -57,13 +57,13 @@ TEST_F(CliTest, WrongUsageExitsWithTwo) {
 }
 
 TEST_F(CliTest, MissingInputExitsWithOneAndSaysWhy) {
-    Run r = cli("info " + path("nope.typ"), true);
+    CliRun r = cli("info " + path("nope.typ"), true);
     EXPECT_EQ(r.status, 1);
     EXPECT_NE(r.out.find("nope.typ doesn't exist"), std::string::npos);
 }
 
 TEST_F(CliTest, InfoPrintsTheKeysInOrder) {
-    Run r = cli("info " + sample);
+    CliRun r = cli("info " + sample);
     ASSERT_EQ(r.status, 0);
     const char* keys[] = {"format: typ\n", "header: ", "created: ", "codepage: ", "fid: ", "pid: ",
                           "polygons: ", "lines: ", "points: ", "extra points: ", "active lines: ", "draworder: "};
@@ -88,11 +88,11 @@ TEST_F(CliTest, SourceDateEpochMakesRunsIdentical) {
 
 TEST_F(CliTest, DecodeToStandardOutputEqualsDecodeToFile) {
     const std::string env = "SOURCE_DATE_EPOCH=1700000000";
-    Run r = cli("decode " + sample, false, env);
+    CliRun r = cli("decode " + sample, false, env);
     ASSERT_EQ(r.status, 0);
     ASSERT_EQ(cli("decode " + sample + " -o " + path("c.txt"), false, env).status, 0);
     EXPECT_EQ(r.out, read_bytes(path("c.txt")));
-    Run u = cli("decode --utf8 " + sample, false, env);
+    CliRun u = cli("decode --utf8 " + sample, false, env);
     EXPECT_EQ(u.out.substr(0, 3), "\xEF\xBB\xBF");
 }
 
@@ -111,7 +111,7 @@ TEST_F(CliTest, RefusedSaveLeavesTheOldOutputAndNoTemporaryFile) {
         std::ofstream f(path("cp0.typ"), std::ios::binary);
         f << bytes;
     }
-    Run r = cli("encode " + path("cp0.typ") + " -o " + out, true);
+    CliRun r = cli("encode " + path("cp0.typ") + " -o " + out, true);
     EXPECT_EQ(r.status, 1);
     EXPECT_NE(r.out.find("Unusual Codepage"), std::string::npos);
     EXPECT_EQ(read_bytes(out), "old contents");
@@ -124,10 +124,10 @@ TEST_F(CliTest, RefusedSaveLeavesTheOldOutputAndNoTemporaryFile) {
 }
 
 TEST_F(CliTest, AnswerNoRefusesLoadOptionsQuestion) {
-    Run r = cli("info " + sample + " --load-options 110111 --answer no", true);
+    CliRun r = cli("info " + sample + " --load-options 110111 --answer no", true);
     EXPECT_EQ(r.status, 1);
     EXPECT_NE(r.out.find("question: Load options apply (see Settings). Continue? -> no"), std::string::npos);
-    Run y = cli("info " + sample + " --load-options 110111", true);
+    CliRun y = cli("info " + sample + " --load-options 110111", true);
     EXPECT_EQ(y.status, 0);
     EXPECT_NE(y.out.find("points: 0"), std::string::npos);
 }

@@ -1,0 +1,67 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "platform/codepage.h"
+#include "platform/files.h"
+
+using namespace korvex::platform;
+namespace fs = std::filesystem;
+
+namespace {
+
+class Files : public ::testing::Test {
+protected:
+    void SetUp() override {
+        dir = fs::temp_directory_path() / ("korvex-files-" + std::to_string(::getpid()));
+        fs::create_directories(dir);
+    }
+    void TearDown() override { fs::remove_all(dir); }
+    size_t entries() const {
+        size_t n = 0;
+        for (auto& e : fs::directory_iterator(dir)) (void)e, ++n;
+        return n;
+    }
+    fs::path dir;
+};
+
+TEST_F(Files, AbandonedWriteKeepsTheOldFileAndLeavesNoTemporary) {
+    const std::string target = (dir / "a.typ").string();
+    ASSERT_TRUE(write_file_atomic(target, "old"));
+    {
+        AtomicWriter w(target);
+        w.write("half of the new");
+    }  // never committed
+    EXPECT_EQ(read_file(target).value_or(""), "old");
+    EXPECT_EQ(entries(), 1u);
+    ASSERT_TRUE(write_file_atomic(target, "new"));
+    EXPECT_EQ(read_file(target).value_or(""), "new");
+    EXPECT_EQ(entries(), 1u);
+}
+
+TEST_F(Files, MissingFolderFailsWithAReason) {
+    std::string error;
+    EXPECT_FALSE(write_file_atomic((dir / "no" / "such.typ").string(), "x", &error));
+    EXPECT_FALSE(error.empty());
+}
+
+TEST_F(Files, DevicesAreWrittenInPlace) {
+    std::string error;
+    EXPECT_TRUE(write_file_atomic("/dev/null", "nothing", &error)) << error;
+    EXPECT_TRUE(fs::is_character_file("/dev/null"));
+}
+
+TEST(Codepage, ConvertsBetweenPagesAndUtf8) {
+    EXPECT_EQ(recode("\xE4", 1252, 65001), "\xC3\xA4");
+    EXPECT_EQ(recode("\xC3\xA4", 65001, 1252), "\xE4");
+    EXPECT_EQ(recode("\xC4\xE8", 1251, 65001), "\xD0\x94\xD0\xB8");
+    // A character outside the page becomes "?".
+    EXPECT_EQ(recode("\xE2\x82\xAC\xD0\x94", 65001, 1252), "\x80?");
+    EXPECT_EQ(iconv_name(65001), "UTF-8");
+    EXPECT_EQ(iconv_name(1250), "CP1250");
+    EXPECT_TRUE(is_valid_utf8("Stra\xC3\x9F" "e"));
+    EXPECT_FALSE(is_valid_utf8("Stra\xDF" "e"));
+}
+
+}  // namespace
