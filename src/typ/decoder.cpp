@@ -92,27 +92,34 @@ void decode_lines(Store& s, const Index& ix) {
     const auto size = static_cast<int64_t>(s.curf.size());
     const int32_t count = ix.count;
     std::vector<int64_t> pos(static_cast<size_t>(count));
-    int32_t prev_field = 0;
+    std::vector<int64_t> next(static_cast<size_t>(count));
     for (int32_t n = 0; n < count; ++n) {
         const int64_t entry = ix.start + static_cast<int64_t>(n) * ix.recsize;
-        int32_t field = offset_field(s, entry, ix.recsize);
-        // A zero offset in a 4-byte index repeats the previous record.
-        if (ix.recsize == 4 && field == 0 && n > 0) field = prev_field;
-        prev_field = field;
-        int64_t p = data + field;
+        int64_t p = data + offset_field(s, entry, ix.recsize);
         if (p > size) p = data;
         pos[static_cast<size_t>(n)] = p;
+    }
+    // Where each record ends: the next entry's record, or the end of the
+    // data. A zero offset in a 4-byte index repeats the value before it.
+    for (int32_t n = 0; n < count; ++n) {
+        const auto r = static_cast<size_t>(n);
+        if (n + 1 == count) {
+            next[r] = data + data_len;
+            break;
+        }
+        const int32_t field = offset_field(s, ix.start + static_cast<int64_t>(n + 1) * ix.recsize, ix.recsize);
+        next[r] = ix.recsize == 4 && field == 0 && n > 0 ? next[r - 1] : data + field;
     }
     for (int32_t n = 0; n < count; ++n) {
         const auto r = static_cast<size_t>(n);
         const int64_t entry = ix.start + static_cast<int64_t>(n) * ix.recsize;
         const int code = curf_u16(s, entry);
-        const int64_t next = n + 1 < count ? pos[r + 1] : data + data_len;
         int32_t recsize = 0;
+        // The last two records are left for their decoders to size.
         if (n < count - 2) recsize = to_i32(std::llabs(pos[r + 1] - pos[r]));
         s.ln_code[r] = ((code >> 5) << 8) | (code & 31);
         s.ln_pos[r] = to_i32(pos[r]);
-        s.ln_len[r] = to_i32(std::llabs(next - pos[r]));
+        s.ln_len[r] = to_i32(std::llabs(next[r] - pos[r]));
         const int flag = curf_byte(s, pos[r]);
         s.ln_mode[r] = static_cast<uint8_t>(flag);
         const int rows = flag / 8;
