@@ -155,7 +155,7 @@ DecodedLabels decode_labels(Store& s, int64_t record, int32_t offset, int cls, i
     int32_t L = lengthbyte(s, record, pos);
     const int64_t lang_at = record + pos;
     // Never walk further than the buffer holds.
-    const int64_t room = static_cast<int64_t>(s.curf.size()) - lang_at - 1;
+    const int64_t room = static_cast<int64_t>(s.curf.size()) - lang_at - 2;
     if (room < 0) L = 0;
     else if (L > room) L = static_cast<int32_t>(room);
 
@@ -200,8 +200,12 @@ DecodedLabels decode_labels(Store& s, int64_t record, int32_t offset, int cls, i
         if (b == 10 || b == 13) b = k_pipe;
         if (b < 32) {
             // The terminator leaves the last string open, so that it keeps its
-            // line breaks; a zero inside the block ends a string.
-            if (at == last) break;
+            // line breaks (an empty one is written too); a zero inside the
+            // block ends a string.
+            if (at == last) {
+                pending = true;
+                break;
+            }
             std::string t = str;
             replace_all(t, "|", "");
             emit(t, lang);

@@ -4,6 +4,8 @@
 #include "typ/curf_access.h"
 #include "typ/extended_sections.h"
 #include "typ/header.h"
+#include "platform/prompt.h"
+#include "support/harness.h"
 
 using namespace korvex;
 
@@ -113,4 +115,38 @@ TEST(ExtraPoints, Blk0PacksLowestByteFirst) {
     EXPECT_EQ(typ::fnblk0("1A2", 2), std::string("\xa2\x01", 2));
     EXPECT_EQ(typ::fnblk0("5", 3), std::string("\x05\x00\x00", 3));
     EXPECT_EQ(typ::fnblk0("123456", 2), std::string("\x56\x34", 2));
+}
+
+TEST(ExtendedSections, ExtraPointsAndActiveLinesSurviveASaveOfACorpusFile) {
+    const std::string dir = korvex::testing::corpus_dir();
+    if (dir.empty()) GTEST_SKIP() << "no corpus";
+    platform::ScriptedPrompt ui;
+    model::Store s;
+    korvex::testing::decode_bytes(s, ui, korvex::testing::read_bytes(dir + "/typ/nickoe-m00003d5.typ"));
+    ASSERT_GT(s.pt_n, 1);
+    ASSERT_GT(s.ln_n, 1);
+    // Every point becomes an extra point, the last line an active one.
+    s.pt_nx = s.pt_n;
+    s.pt_n = 0;
+    s.ln_n -= 1;
+    s.ln_nact = 1;
+    s.ln_act[static_cast<size_t>(s.ln_n)] = "41";
+    s.hdr_caption = typ::header_caption(174);
+    const model::Store before = s;
+    const std::string bytes = korvex::testing::encode(s, ui);
+    ASSERT_FALSE(bytes.empty());
+
+    model::Store t;
+    korvex::testing::decode_bytes(t, ui, bytes);
+    EXPECT_EQ(t.pt_n, 0);
+    ASSERT_EQ(t.pt_nx, before.pt_nx);
+    for (int32_t k = 0; k < t.pt_nx; ++k) {
+        EXPECT_EQ(t.pt_typ[static_cast<size_t>(k)], before.pt_typ[static_cast<size_t>(k)]);
+        EXPECT_EQ(t.pt_bmp[static_cast<size_t>(k)], before.pt_bmp[static_cast<size_t>(k)]);
+    }
+    ASSERT_EQ(t.ln_nact, 1);
+    const auto row = static_cast<size_t>(t.ln_n);
+    EXPECT_EQ(t.ln_act[row], "41");
+    EXPECT_EQ(t.ln_col[row], before.ln_col[static_cast<size_t>(before.ln_n)]);
+    EXPECT_EQ(t.ln_bmp[row], before.ln_bmp[static_cast<size_t>(before.ln_n)]);
 }

@@ -62,6 +62,13 @@ TEST(LabelBlock, LineBreaksArePipesKeptOnlyInTheLastString) {
     EXPECT_EQ(d.next, 2 + 12);
 }
 
+TEST(LabelBlock, EmptyStringIsStillAStringLine) {
+    model::Store s = with_bytes(S("\x05\x01\x00", 3));  // L = 0
+    const auto d = typ::decode_labels(s, 0, 4, model::k_lines, 0, "");
+    EXPECT_EQ(d.lines, "String1=0x01,\r\n");
+    EXPECT_EQ(d.next, 7);
+}
+
 TEST(LabelBlock, LanguageAbove46LosesFortySevenAndPointsReportIt) {
     model::Store s = with_bytes(S("\x07\x50" "x\x00", 4));
     auto d = typ::decode_labels(s, 0, 4, model::k_lines, 0, "0x0100");
@@ -92,6 +99,7 @@ TEST(LabelBlock, LengthPastTheEndStopsAtTheBuffer) {
     const auto d = typ::decode_labels(s, 0, 4, model::k_points, 0, "");
     EXPECT_EQ(d.lines, "String1=0x04,ab\r\n");
     EXPECT_LE(d.next, static_cast<int32_t>(s.curf.size()) + 1);
+    EXPECT_EQ(s.loadrep, "");
 }
 
 TEST(FontByte, NightPrintsItsColourUnderTheDayKey) {
