@@ -65,4 +65,56 @@ std::string without_comments(const std::string& text) {
     return out;
 }
 
+std::string first_string_per_language(const std::string& text) {
+    std::string out;
+    std::vector<std::string> seen;
+    int number = 0;
+    size_t start = 0;
+    while (start < text.size()) {
+        size_t end = text.find('\n', start);
+        if (end == std::string::npos) end = text.size();
+        std::string line = text.substr(start, end - start);
+        start = end + 1;
+        if (line.rfind("[_", 0) == 0) {
+            seen.clear();
+            number = 0;
+        }
+        const size_t eq = line.find("=0x");
+        const size_t comma = line.find(',');
+        if (line.rfind("String", 0) == 0 && eq != std::string::npos && comma != std::string::npos && comma > eq) {
+            std::string lang = line.substr(eq + 3, comma - eq - 3);
+            for (char& c : lang) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+            if (std::find(seen.begin(), seen.end(), lang) != seen.end()) continue;
+            seen.push_back(lang);
+            line = "String" + std::to_string(++number) + line.substr(eq);
+        }
+        out += line;
+        out += '\n';
+    }
+    return out;
+}
+
+std::string first_difference(const std::string& a, const std::string& b) {
+    if (a == b) return {};
+    auto lines = [](const std::string& t) {
+        std::vector<std::string> out;
+        size_t start = 0;
+        while (start <= t.size()) {
+            size_t end = t.find('\n', start);
+            if (end == std::string::npos) end = t.size();
+            out.push_back(t.substr(start, end - start));
+            start = end + 1;
+        }
+        return out;
+    };
+    const auto la = lines(a), lb = lines(b);
+    size_t k = 0;
+    while (k < la.size() && k < lb.size() && la[k] == lb[k]) ++k;
+    std::string out = "first difference at line " + std::to_string(k + 1) + "\n";
+    for (size_t j = k >= 6 ? k - 6 : 0; j < k; ++j) out += "  " + la[j] + "\n";
+    out += "- " + (k < la.size() ? la[k] : std::string("<end>")) + "\n";
+    out += "+ " + (k < lb.size() ? lb[k] : std::string("<end>")) + "\n";
+    return out;
+}
+
 }  // namespace korvex::testing

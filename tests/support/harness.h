@@ -33,4 +33,13 @@ std::string encode(model::Store& s, platform::Prompt& ui);
 // The text without comment lines and blank lines.
 std::string without_comments(const std::string& text);
 
+// Keeps the first string of each language in every element and renumbers the
+// String keys: a TYP record holds one string a language, so an encode keeps
+// just that one.
+std::string first_string_per_language(const std::string& text);
+
+// "" when the texts are equal, else the first differing line of each with a
+// few lines of context: a readable failure for texts of megabytes.
+std::string first_difference(const std::string& a, const std::string& b);
+
 }  // namespace korvex::testing
