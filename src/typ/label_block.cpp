@@ -17,6 +17,7 @@ namespace {
 constexpr int k_lang_limit = 46;
 constexpr int k_lang_shift = 47;
 constexpr char k_pipe = '|';
+constexpr int k_utf8 = 65001;  // strings are UTF-8 bytes
 
 const char* const k_styles[] = {"Default", "Nolabel", "SmallFont", "Normal", "Large"};
 const char* const k_custom[] = {"No", "Day", "Night", "DayAndNight"};
@@ -149,7 +150,7 @@ std::string length_code(int32_t L) {
 
 //   length code | language | text [0 language text]... | 0
 DecodedLabels decode_labels(Store& s, int64_t record, int32_t offset, int cls, int32_t record_size,
-                            const std::string& type) {
+                            const std::string& /*type*/) {
     DecodedLabels d;
     int32_t pos = offset;
     int32_t L = lengthbyte(s, record, pos);
@@ -173,7 +174,7 @@ DecodedLabels decode_labels(Store& s, int64_t record, int32_t offset, int cls, i
     auto emit = [&](std::string str, int lang) {
         const std::string digits = hex2(hex(lang));
         const std::string key = "String" + std::to_string(d.strings + 1);
-        if (s.codepage < 65001) str = text::loadutf8(s, str, digits, key);
+        if (s.codepage < k_utf8) str = text::loadutf8(s, str, digits, key);
         str = rtrim(str);
         d.lines += key + "=0x" + digits + "," + str + "\r\n";
         ++d.strings;
@@ -226,8 +227,8 @@ DecodedLabels decode_labels(Store& s, int64_t record, int32_t offset, int cls, i
     d.next = pos + 1 + L + 1;
 
     std::string label = have_pref ? preferred : have_default ? deflt : have_fallback ? fallback : "";
+    // Quoted for the browser.
     if (!label.empty()) d.label = "'" + label + "'";
-    (void)type;
     return d;
 }
 
@@ -341,8 +342,7 @@ int getlang(const std::string& line) {
     return static_cast<int>(hex_value(low.substr(x + 1, 2)));
 }
 
-EncodedLabels encode_labels(Store& s, const std::string& element_text, int cls) {
-    (void)cls;
+EncodedLabels encode_labels(Store& s, const std::string& element_text, int /*cls*/) {
     EncodedLabels e;
     std::string body;
     int first_lang = -1;
@@ -367,7 +367,7 @@ EncodedLabels encode_labels(Store& s, const std::string& element_text, int cls) 
             replace_all(t, "\r", "");
             replace_all(t, "\n", "");
             if (t.empty()) t = " ";
-            if (s.codepage >= 65001 && !platform::is_valid_utf8(t))
+            if (s.codepage >= k_utf8 && !platform::is_valid_utf8(t))
                 t = text::saveasutf8(t, text::lang_cp(s, lang));
             replace_all(t, "|", "\r\n");
             if (first_lang < 0) {
