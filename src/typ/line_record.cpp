@@ -9,16 +9,17 @@
 //
 // Colours in file order, as palette digits (0/1 day, 2/3 night):
 //
-//   scheme  solid          bitmap
-//   0       0 1            0 1
-//   1       0 1 2 3        0 1 2 3
-//   3       0 1 2          0 2 3      (1 transparent)
-//   5       0 1 2          0 1 2      (3 transparent)
-//   6       0              0          (1 transparent)
-//   7       0 1            0 2        (1 and 3 transparent)
+//   0  0 1
+//   1  0 1 2 3
+//   3  0 2 3    1 transparent
+//   5  0 1 2    3 transparent
+//   6  0        1 transparent
+//   7  0 2      1 and 3 transparent
 //
-// Solid lines carry the line width and the total width (line plus both
-// borders); schemes 6 and 7 have no border colour and so only the line width.
+// On a solid line 1 and 3 are the border colours: the line width and the
+// total width (line plus both borders) follow the colours. Schemes 6 and 7
+// have no border and so only the line width; their solid form is written as
+// one colour, or as the day and the night colour without "none" lines.
 // In the bitmap a set bit is the line colour 0, the opposite of polygons.
 #include "typ/line_record.h"
 
@@ -92,17 +93,8 @@ int stored_colours(int scheme) {
 
 // Palette digits 0 to 3 from the colours in file order; "" leaves a slot out.
 std::array<std::string, 4> palette_of(int scheme, bool bitmap, const std::array<std::string, 4>& c) {
-    if (!bitmap) {
-        switch (scheme) {
-            case 0: return {c[0], c[1], "", ""};
-            case 1: return {c[0], c[1], c[2], c[3]};
-            case 3:
-            case 5: return {c[0], c[1], c[2], ""};
-            case 6: return {c[0], "", "", ""};
-            case 7: return {c[0], c[1], "", ""};
-            default: return {};
-        }
-    }
+    if (!bitmap && scheme == 6) return {c[0], "", "", ""};
+    if (!bitmap && scheme == 7) return {c[0], c[1], "", ""};
     switch (scheme) {
         case 0: return {c[0], c[1], "", ""};
         case 1: return {c[0], c[1], c[2], c[3]};
@@ -117,8 +109,10 @@ std::array<std::string, 4> palette_of(int scheme, bool bitmap, const std::array<
 // Night colours switched off in the load options: the day part of the
 // palette stays, and the scheme becomes the day-only scheme of the same look.
 int drop_night(int scheme, bool bitmap, std::array<std::string, 4>& pal) {
-    if (!bitmap && scheme == 7) {
+    if (!bitmap && (scheme == 3 || scheme == 7)) {
         pal[1].clear();
+        pal[2].clear();
+        pal[3].clear();
         return 6;
     }
     pal[2].clear();
@@ -126,7 +120,7 @@ int drop_night(int scheme, bool bitmap, std::array<std::string, 4>& pal) {
     switch (scheme) {
         case 1:
         case 5: return 0;
-        case 3: return bitmap ? 6 : 0;
+        case 3: return 6;
         case 7: return 6;
         default: return scheme;
     }
@@ -318,7 +312,7 @@ std::string encode_line_record(Store& s, int32_t n) {
         switch (scheme) {
             case 0: return c[0] + c[1];
             case 1: return c[0] + c[1] + c[2] + c[3];
-            case 3: return bitmap ? c[0] + c[2] + c[3] : c[0] + c[1] + c[2];
+            case 3: return c[0] + c[2] + c[3];
             case 5: return c[0] + c[1] + c[2];
             case 6: return c[0];
             case 7: return bitmap ? c[0] + c[2] : c[0] + c[1];

@@ -72,6 +72,11 @@ INSTANTIATE_TEST_SUITE_P(
         LineCase{"Solid1", bytes({1, 2}) + A + B + C + D + bytes({2, 4}),
                  "LineWidth=2\r\nBorderWidth=1\r\nUseOrientation=N\r\n", "Xpm=\"0 0 4 0\"",
                  "\"0 c #302010\"\r\n\"1 c #605040\"\r\n\"2 c #908070\"\r\n\"3 c #C0B0A0\""},
+        // Border colours may be transparent by day (3) or by night (5).
+        LineCase{"Solid3", bytes({3, 0}) + A + B + C + bytes({3, 5}), "LineWidth=3\r\nBorderWidth=1\r\n" + Y,
+                 "Xpm=\"0 0 4 0\"", "\"0 c #302010\"\r\n\"1 c none\"\r\n\"2 c #605040\"\r\n\"3 c #908070\""},
+        LineCase{"Solid5", bytes({5, 0}) + A + B + C + bytes({3, 5}), "LineWidth=3\r\nBorderWidth=1\r\n" + Y,
+                 "Xpm=\"0 0 4 0\"", "\"0 c #302010\"\r\n\"1 c #605040\"\r\n\"2 c #908070\"\r\n\"3 c none\""},
         LineCase{"Solid6", bytes({6, 0}) + A + bytes({5}), "LineWidth=5\r\nBorderWidth=0\r\n" + Y,
                  "Xpm=\"0 0 1 0\"", "\"0 c #302010\""},
         // Day and night colour: no border colour, so no total width.
@@ -128,6 +133,8 @@ TEST(LineRecord, NightColoursOffKeepsTheDayLook) {
         {bytes({15, 0}) + A + B + ROW, 14, "\"0 c #302010\"\r\n\"1 c none\""},
         {bytes({1, 0}) + A + B + C + D + bytes({2, 4}), 0, "\"0 c #302010\"\r\n\"1 c #605040\""},
         {bytes({7, 0}) + A + B + bytes({1}), 6, "\"0 c #302010\""},
+        {bytes({3, 0}) + A + B + C + bytes({3, 5}), 6, "\"0 c #302010\""},
+        {bytes({5, 0}) + A + B + C + bytes({3, 5}), 0, "\"0 c #302010\"\r\n\"1 c #605040\""},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(static_cast<int>(c.record[0]));
