@@ -243,8 +243,8 @@ std::vector<uint8_t> pixel_values(std::string_view rows, int w, int h, int cpp, 
     const int colours = static_cast<int>(remap.size());
     size_t pos = 0;
     for (int y = 0; y < h && pos < rows.size(); ++y) {
-        size_t end = rows.find_first_of("\r\n", pos);
-        if (end == std::string_view::npos) end = rows.size();
+        size_t end = pos;
+        while (end < rows.size() && rows[end] != '\r' && rows[end] != '\n') ++end;
         const std::string_view row = rows.substr(pos, end - pos);
         uint8_t* dst = out.data() + static_cast<size_t>(y) * static_cast<size_t>(w);
         const int present = std::min<int>(w, static_cast<int>(row.size()) / cpp);

@@ -50,6 +50,24 @@ int quiet_byte(const Store& s, int64_t pos) {
 
 int mode_digit(int mode) { return mode / 16; }
 
+// Case-blind search for a lower-case word, without copying the text.
+size_t find_nocase(std::string_view text, std::string_view word, size_t from = 0) {
+    if (word.empty() || text.size() < word.size()) return std::string_view::npos;
+    for (size_t i = from; i + word.size() <= text.size(); ++i) {
+        size_t k = 0;
+        while (k < word.size()) {
+            char c = text[i + k];
+            if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+            if (c != word[k]) break;
+            ++k;
+        }
+        if (k == word.size()) return i;
+    }
+    return std::string_view::npos;
+}
+
+bool holds(std::string_view text, std::string_view word) { return find_nocase(text, word) != std::string_view::npos; }
+
 // The quoted head of a picture: key="w h colours cpp" Colormode=m
 std::string picture_head(const char* key, int w, int h, int colours, int cpp, int mode) {
     std::string head = key;
@@ -126,7 +144,7 @@ std::string dimensions_text(const std::string& xpm) {
     if (blank != std::string::npos) t[blank] = 'x';
     t.erase(std::remove(t.begin(), t.end(), '"'), t.end());
     // Cut from two characters in front of "Colormode" on.
-    const size_t color = lower(t).find("color");
+    const size_t color = find_nocase(t, "color");
     if (color != std::string::npos) t.resize(color >= 1 ? color - 1 : 0);
     return t;
 }
@@ -291,7 +309,7 @@ void poi_bmp(Store& s, int64_t pos, int32_t n, int flag, int64_t indexpos, int32
         s.pt_nnight += h;
     }
 
-    const bool custom = lower(font.lines).find("customcolor:") != std::string::npos;
+    const bool custom = holds(font.lines, "customcolor:");
     s.pt_cc[r] = custom ? font.colours : "0";
     s.pt_lab[r] = std::string(1, static_cast<char>(has_night ? 1 : 0)) + static_cast<char>(digit) +
                   dimensions_text(s.pt_xpm[r]) + k_crlf + digits + "#" + labels.label;
@@ -363,7 +381,7 @@ struct Tables {
 Tables split_tables(std::string_view col) {
     Tables t;
     for (std::string_view line : text_lines(col)) {
-        if (!t.has_night && lower(line).find("nightxpm") != std::string::npos) {
+        if (!t.has_night && holds(line, "nightxpm")) {
             t.has_night = true;
             t.night_head = line;
             continue;
@@ -374,8 +392,19 @@ Tables split_tables(std::string_view col) {
     return t;
 }
 
-bool holds_alpha(std::string_view line) { return lower(line).find("alpha") != std::string::npos; }
-bool holds_none(std::string_view line) { return lower(line).find("none") != std::string::npos; }
+bool holds_alpha(std::string_view line) { return holds(line, "alpha"); }
+bool holds_none(std::string_view line) { return holds(line, "none"); }
+
+// The key lines of an element's text: its colour lines are no labels.
+std::string key_lines(std::string_view text) {
+    std::string out;
+    for (std::string_view line : text_lines(text)) {
+        if (is_colour_line(line)) continue;
+        out.append(line);
+        out += k_crlf;
+    }
+    return out;
+}
 
 struct EncodedPicture {
     int count = 0;       // palette entries (256 is stored as 0)
@@ -500,8 +529,7 @@ std::string encode_point_record(Store& s, int32_t n) {
     Tables tables = split_tables(col);
     if (!tables.has_night) {
         // The night block may stand in the text only.
-        const std::string low = lower(s.pt_txt[r]);
-        const size_t at = low.find("nightxpm");
+        const size_t at = find_nocase(s.pt_txt[r], "nightxpm");
         if (at != std::string::npos) {
             const size_t line_start = s.pt_txt[r].rfind('\n', at);
             const Tables t = split_tables(std::string_view(s.pt_txt[r]).substr(line_start == std::string::npos ? 0 : line_start + 1));
@@ -524,7 +552,7 @@ std::string encode_point_record(Store& s, int32_t n) {
             night = encode_picture(s, tables.night, nh, w, h, s.pt_nbmp[r], type);
         }
     }
-    const EncodedLabels labels = encode_labels(s, s.pt_txt[r], model::k_points);
+    const EncodedLabels labels = encode_labels(s, key_lines(s.pt_txt[r]), model::k_points);
 
     int flag = k_flag_day;
     if (tables.has_night) flag |= k_flag_night;
