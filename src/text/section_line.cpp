@@ -33,11 +33,10 @@ std::string lower_colour_count(const std::string& header, int removed) {
 
 }  // namespace
 
-std::string line_section(const Store& s, int32_t r, const LineOptions& opt) {
+std::string line_section(const Store& s, int32_t r, LineOptions& opt) {
     const std::string& txt = s.ln_txt[static_cast<size_t>(r)];
     if (trim(txt).empty()) return {};
-    const std::string lotxt = lower(txt);
-    const bool has_border = contains(lotxt, "borderwidth=");
+    const bool has_border = contains_ci(txt, "borderwidth=");
 
     std::vector<std::string> lines;
     int type_index = -1;

@@ -40,8 +40,8 @@ std::string with_digits(std::string_view line, std::string_view digits) {
     return out;
 }
 
-// The third number of a quoted picture header ("" when absent).
-std::string colour_field(std::string_view header) {
+// Number k (from 1) of a quoted picture header ("" when absent).
+std::string header_field(std::string_view header, int k) {
     size_t q = header.find('"');
     if (q == std::string_view::npos) return {};
     std::string_view rest = header.substr(q + 1);
@@ -52,7 +52,7 @@ std::string colour_field(std::string_view header) {
         while (p < rest.size() && rest[p] == ' ') ++p;
         size_t e = p;
         while (e < rest.size() && rest[e] != ' ') ++e;
-        if (e > p && ++field == 3) return std::string(rest.substr(p, e - p));
+        if (e > p && ++field == k) return std::string(rest.substr(p, e - p));
         p = e;
     }
     return {};
@@ -60,13 +60,12 @@ std::string colour_field(std::string_view header) {
 
 }  // namespace
 
-std::string point_section(const Store& s, int32_t r, bool extended, const LineOptions& opt) {
+std::string point_section(const Store& s, int32_t r, bool extended, LineOptions& opt) {
     const size_t row = static_cast<size_t>(r);
     const std::string& txt = s.pt_txt[row];
     if (trim(txt).empty()) return {};
-    const std::string lotxt = lower(txt);
     const bool no_table = s.pt_ncol[row] == 0;
-    const bool true_table = no_table && contains(lotxt, "colormode=32");
+    const bool true_table = no_table && contains_ci(txt, "colormode=32");
     const std::string digits = point_digits(s.pt_typ[row]);
     const std::string key = extended ? "ID=" : "Type=";
 
@@ -157,12 +156,30 @@ std::string point_section(const Store& s, int32_t r, bool extended, const LineOp
     if (night_start >= 0) {
         night.assign(lines.begin() + night_start, lines.end());
         lines.resize(static_cast<size_t>(night_start));
-        if (s.pt_nncol[row] == 0 && s.pt_nbmp[row].empty() && colour_field(night.front()) == "0") night.clear();
+        if (s.pt_nncol[row] == 0 && s.pt_nbmp[row].empty() && header_field(night.front(), 3) == "0") night.clear();
+    }
+
+    // A picture of no pixels (a label-only point) cannot be compiled by
+    // mkgmap; one transparent pixel draws the same nothing.
+    std::string_view day_rows = s.pt_bmp[row];
+    if (day_header >= 0) {
+        const std::string& h = lines[static_cast<size_t>(day_header)];
+        if (header_field(h, 1) == "0" || header_field(h, 2) == "0") {
+            const size_t q = h.find('"');
+            std::vector<std::string> kept(lines.begin(), lines.begin() + day_header);
+            kept.push_back(h.substr(0, q) + "\"1 1 1 1\" Colormode=16");
+            kept.emplace_back("\"$ c none\"");
+            for (size_t i = static_cast<size_t>(day_header) + 1; i < lines.size(); ++i)
+                if (!lines[i].starts_with('"') && lines[i] != ";Colours") kept.push_back(lines[i]);
+            lines = std::move(kept);
+            day_rows = "$";
+            night.clear();
+        }
     }
 
     std::string out = join_lines(lines);
     out += crlf;
-    append_rows(out, s.pt_bmp[row]);
+    append_rows(out, day_rows);
     out += ruler;
     out += crlf;
     if (!night.empty()) {

@@ -34,7 +34,7 @@ void solid_colour_line(std::vector<std::string>& lines, std::string line, bool d
 
 }  // namespace
 
-std::string polygon_section(const Store& s, int32_t r, const LineOptions& opt) {
+std::string polygon_section(const Store& s, int32_t r, LineOptions& opt) {
     const std::string& txt = s.pg_txt[static_cast<size_t>(r)];
     if (trim(txt).empty()) return {};
     const std::string& xpm = s.pg_xpm[static_cast<size_t>(r)];

@@ -12,8 +12,8 @@
 namespace korvex::text::detail {
 
 // r is the table row (0-based, extra rows already offset).
-std::string polygon_section(const Store& s, int32_t r, const LineOptions& opt);
-std::string line_section(const Store& s, int32_t r, const LineOptions& opt);
-std::string point_section(const Store& s, int32_t r, bool extended, const LineOptions& opt);
+std::string polygon_section(const Store& s, int32_t r, LineOptions& opt);
+std::string line_section(const Store& s, int32_t r, LineOptions& opt);
+std::string point_section(const Store& s, int32_t r, bool extended, LineOptions& opt);
 
 }  // namespace korvex::text::detail

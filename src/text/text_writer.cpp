@@ -24,7 +24,7 @@ detail::LineOptions line_options(const Store& s, bool utf8) {
     return o;
 }
 
-std::string section(const Store& s, int32_t row, int cls, const detail::LineOptions& o) {
+std::string section(const Store& s, int32_t row, int cls, detail::LineOptions& o) {
     const int32_t r = row - 1;
     switch (cls) {
     case model::k_polygons:
@@ -78,7 +78,10 @@ std::string quoted_rows(std::string_view rows) {
 
 }  // namespace
 
-std::string create_textfile(Store& s, int32_t row, int cls) { return section(s, row, cls, line_options(s, s.utf8txt)); }
+std::string create_textfile(Store& s, int32_t row, int cls) {
+    detail::LineOptions o = line_options(s, s.utf8txt);
+    return section(s, row, cls, o);
+}
 
 std::string drword(const Store& s) {
     std::string out = "[_drawOrder]\r\n";
@@ -143,7 +146,7 @@ bool save_txt(Store& s, platform::Prompt& ui, const platform::Clock& clock, int 
     head += crlf;
     out(head);
 
-    const detail::LineOptions o = line_options(s, utf8 || s.utf8txt);
+    detail::LineOptions o = line_options(s, utf8 || s.utf8txt);
     const int32_t counts[] = {s.pg_n, s.ln_n, s.pt_n, s.ln_nact, s.pt_nx};
     const int classes[] = {model::k_polygons, model::k_lines, model::k_points, model::k_active_lines,
                            model::k_extra_points};

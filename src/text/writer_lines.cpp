@@ -30,6 +30,25 @@ std::string lower_digits(std::string_view d) {
     return out;
 }
 
+bool is_double_byte_page(int page) { return page == 932 || page == 936 || page == 949 || page == 950; }
+
+std::string recode_to_utf8(const std::string& text, int page, LineOptions& opt) {
+    if (is_double_byte_page(page) || text.empty()) return saveasutf8(text, page);
+    auto [it, fresh] = opt.utf8_of_byte.try_emplace(page);
+    auto& table = it->second;
+    if (fresh)
+        for (int b = 0; b < 256; ++b) table[static_cast<size_t>(b)] = saveasutf8(std::string(1, static_cast<char>(b)), page);
+    std::string out;
+    out.reserve(text.size() + text.size() / 2);
+    for (unsigned char c : text) {
+        if (c < 0x80)
+            out += static_cast<char>(c);
+        else
+            out += table[c];
+    }
+    return out;
+}
+
 }  // namespace
 
 std::string lower(std::string_view s) {
@@ -55,6 +74,17 @@ bool starts_with_ci(std::string_view s, std::string_view prefix) {
     return true;
 }
 
+bool contains_ci(std::string_view hay, std::string_view needle) {
+    if (needle.empty()) return true;
+    const char first = needle.front();
+    const char first_upper = first >= 'a' && first <= 'z' ? static_cast<char>(first - 'a' + 'A') : first;
+    for (size_t i = 0; i + needle.size() <= hay.size(); ++i) {
+        if (hay[i] != first && hay[i] != first_upper) continue;
+        if (starts_with_ci(hay.substr(i), needle)) return true;
+    }
+    return false;
+}
+
 void append_rows(std::string& out, std::string_view rows) {
     for_each_line(rows, [&](std::string_view row) {
         if (row.empty()) return;
@@ -71,7 +101,7 @@ bool is_ruler(std::string_view line) { return line.starts_with(";123"); }
 
 bool is_end_marker(std::string_view lowered) { return trim(lowered) == "[end]"; }
 
-std::string string_line(const Store& s, std::string_view line, const LineOptions& opt) {
+std::string string_line(const Store& s, std::string_view line, LineOptions& opt) {
     std::string out(line);
     // "StringN=0x2F" is the stored form of the unspecified language 0x00.
     size_t p = 6;  // behind "String"
@@ -91,7 +121,7 @@ std::string string_line(const Store& s, std::string_view line, const LineOptions
     int lang = len == 0 ? 0 : static_cast<int>(std::strtol(out.substr(b, len).c_str(), nullptr, 16));
     int page = lang_cp(s, lang);
     if (page == 65001) return out;
-    return out.substr(0, comma + 1) + saveasutf8(out.substr(comma + 1), page);
+    return out.substr(0, comma + 1) + recode_to_utf8(out.substr(comma + 1), page, opt);
 }
 
 std::string_view hex_digits_after_x(std::string_view line) {

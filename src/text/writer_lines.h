@@ -3,7 +3,9 @@
 // every class applies (string conversion, the 0x2F language, type digits).
 #pragma once
 
+#include <array>
 #include <cstdint>
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -36,6 +38,8 @@ std::string lower(std::string_view s);
 std::string_view trim(std::string_view s);
 bool contains(std::string_view hay, std::string_view needle);
 bool starts_with_ci(std::string_view s, std::string_view prefix);
+// needle in lower case.
+bool contains_ci(std::string_view hay, std::string_view needle);
 
 // Appends each non-empty row of rows, quoted, with CR LF.
 void append_rows(std::string& out, std::string_view rows);
@@ -43,11 +47,15 @@ void append_rows(std::string& out, std::string_view rows);
 // How the section writers treat strings.
 struct LineOptions {
     bool to_utf8 = false;  // re-encode String texts from their language's page to UTF-8
+    // UTF-8 of each byte of a single-byte page, built on first use: a save
+    // recodes thousands of strings and opening a converter each time costs
+    // more than the rest of the writer.
+    std::map<int, std::array<std::string, 256>> utf8_of_byte;
 };
 
 // A "String" line: the language 0x2F written as 0x00, and the text converted
 // when asked. Other lines come back unchanged.
-std::string string_line(const Store& s, std::string_view line, const LineOptions& opt);
+std::string string_line(const Store& s, std::string_view line, LineOptions& opt);
 bool is_string_line(std::string_view lowered);
 
 // The writer puts its own ruler behind the rows; one kept in an element's text

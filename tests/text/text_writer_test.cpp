@@ -180,6 +180,23 @@ TEST(PointSection, ExtraPointUsesIdAndMissingColormodeIsAdded) {
                                             k_ruler + "[end]\r\n");
 }
 
+TEST(PointSection, LabelOnlyPointGetsOneTransparentPixel) {
+    Store s;
+    add_point(s, "[_point]\r\nType=0x10300\r\nString1=0x04,Lodge\r\nDayXpm=\"0 0 0 1\" Colormode=16", "10300", 0, "");
+    EXPECT_EQ(create_textfile(s, 1, 2), "[_point]\r\nType=0x10300\r\nString1=0x04,Lodge\r\n"
+                                        "DayXpm=\"1 1 1 1\" Colormode=16\r\n\"$ c none\"\r\n\"$\"\r\n" +
+                                            k_ruler + "[end]\r\n");
+}
+
+TEST(PointSection, NightPictureWithoutColoursIsLeftOut) {
+    Store s;
+    add_point(s,
+              "[_point]\r\nType=0x2f06\r\nDayXpm=\"1 1 1 1\" Colormode=0\r\n\"$ c #FF0000\"\r\n"
+              "NightXpm=\"1 1 0 1\" Colormode=0",
+              "02F06", 1, "$\r\n");
+    EXPECT_EQ(create_textfile(s, 1, 2).find("NightXpm"), std::string::npos);
+}
+
 TEST(PointSection, SubtypeLineIsMergedFromTheTypeColumn) {
     Store s;
     add_point(s, "[_point]\r\nType=0x2f\r\nSubType=0x06\r\nDayXpm=\"1 1 1 1\" Colormode=0\r\n\"$ c #FF0000\"", "10f03", 1,
