@@ -300,13 +300,14 @@ std::string encode_line_record(Store& s, int32_t n) {
 
     const int scheme = s.ln_mode[r] & 7;
     // Solid lines keep rows for the browser; a width says which form it is.
-    // Schemes 0 and 6 also exist as bitmaps with a width key of 0.
+    // Schemes 0 and 6 also exist as bitmaps with a width key of 0. A picture
+    // of no rows can only be written as a solid line.
     bool solid;
     if (scheme == 0 || scheme == 6)
-        solid = width >= 1 || s.ln_bmp[r].empty() ||
-                (width == 0 && s.ln_xpm[r].find("\"0 0 ") != std::string::npos);
+        solid = width >= 1 || (width == 0 && s.ln_xpm[r].find("\"0 0 ") != std::string::npos);
     else
         solid = width >= 0;
+    solid = solid || s.ln_bmp[r].empty();
 
     auto colours = [&](bool bitmap) -> std::string {
         switch (scheme) {

@@ -161,6 +161,11 @@ TEST(LineRecord, WidthComesFromTheColumnWhenTheTextHasAWidthKey) {
     // No width key: the rows are the picture.
     s.ln_txt[0] = "[_line]\r\nType=0x2b\r\nUseOrientation=N\r\n";
     EXPECT_EQ(typ::encode_line_record(s, 0), bytes({8, 2}) + A + B + ROW);
+    // No width key and no rows: a record of no rows is solid, width 0.
+    s.ln_mode[0] = 7;
+    s.ln_bmp[0].clear();
+    s.ln_txt[0] = "[_line]\r\nType=0x2b\r\n";
+    EXPECT_EQ(typ::encode_line_record(s, 0), bytes({7, 0}) + A + B + bytes({0}));
 }
 
 TEST(LineRecord, LabelsAndFontFollowTheWidths) {
