@@ -149,6 +149,27 @@ TEST(PolygonRecord, CommentLinesNameSchemeLevelAndPosition) {
               "[_polygon]\r\nType=0x0300\r\n;polygon type:6\r\n;draworder:2\r\n;&5 DBlk:&3\r\n");
 }
 
+TEST(PolygonRecord, LabelsAndFontFollowTheBitmap) {
+    model::Store s;
+    model::procredim(s, model::k_polygons, 1);
+    s.pg_typ[0] = "0x0300";
+    s.pg_mode[0] = 14;
+    s.pg_col[0] = "\"0 c none\"\r\n\"1 c #302010\"";
+    s.pg_txt[0] = "[_polygon]\r\nType=0x0300\r\nString1=0x04,Wood\r\nExtendedLabels=Y\r\nFontStyle=SmallFont\r\n"
+                  "CustomColor=Day\r\nDaycustomColor:#112233\r\n";
+    const std::string record = typ::encode_polygon_record(s, 0);
+    ASSERT_GT(record.size(), 4u + 128);
+    EXPECT_EQ(record.substr(0, 4), bytes({14 | 16 | 32}) + A);
+
+    model::Store t = decode_one(record);
+    EXPECT_NE(t.pg_txt[0].find("String1=0x04,Wood\r\n"), std::string::npos);
+    EXPECT_NE(t.pg_txt[0].find("FontStyle=SmallFont\r\n"), std::string::npos);
+    EXPECT_EQ(t.pg_txt[0].find("ExtendedLabels=N"), std::string::npos);
+    EXPECT_EQ(t.pg_dayc[0], "332211");
+    EXPECT_NE(t.pg_lab[0].find("Wood"), std::string::npos);
+    EXPECT_EQ(typ::encode_polygon_record(t, 0), record);
+}
+
 TEST(PolygonRecord, Scheme8WithoutBackgroundWritesZeroColourAndEmptyPictureAllSet) {
     model::Store s;
     model::procredim(s, model::k_polygons, 1);
