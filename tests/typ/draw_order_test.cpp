@@ -6,6 +6,9 @@
 #include "typ/curf_access.h"
 #include "typ/draw_order.h"
 #include "typ/header.h"
+#include "support/harness.h"
+
+#include <map>
 
 using namespace korvex;
 
@@ -115,4 +118,52 @@ TEST(DrawOrderWrite, NoPairLeavesTheFieldsZeroAndWarnsOnFileSave) {
     platform::ScriptedPrompt quiet;
     typ::save_draworder(s, quiet, 100, false);
     EXPECT_TRUE(quiet.messages.empty());
+}
+
+namespace {
+
+// Per level: the plain types and the subtype masks of extended types.
+using Levels = std::vector<std::map<std::string, uint32_t>>;
+
+Levels levels_of(model::Store& s, int64_t at, int64_t len) {
+    Levels out(1);
+    bool step = true;
+    for (int64_t p = at; p + 5 <= at + len; p += 5) {
+        const auto type = typ::hex2(typ::hex(typ::curf_byte(s, p)));
+        const auto mask = static_cast<uint32_t>(typ::curf_u32(s, p + 1));
+        if (type == "00" && mask == 0 && !step) {
+            out.emplace_back();
+            step = true;
+            continue;
+        }
+        step = false;
+        out.back()[(mask ? "x" : "") + type] |= mask;
+    }
+    return out;
+}
+
+}  // namespace
+
+TEST(DrawOrderCorpus, ReadAndWrittenSectionsHoldTheSameLevels) {
+    const std::string dir = korvex::testing::corpus_dir();
+    if (dir.empty()) GTEST_SKIP() << "no corpus";
+    int checked = 0;
+    for (const std::string& file : korvex::testing::files_with(dir + "/typ", ".typ")) {
+        model::Store s;
+        s.curf = korvex::testing::read_bytes(file);
+        const int64_t at = typ::curf_u32(s, typ::hdr::drw), len = typ::curf_u32(s, typ::hdr::drw_len);
+        if (len == 0) continue;
+        typ::read_draworder(s, at, len, typ::curf_byte(s, typ::hdr::drw_recsize));
+        const Levels before = levels_of(s, at, len);
+
+        platform::ScriptedPrompt ui;
+        model::Store w;
+        w.drwlist = s.drwlist;
+        w.curf.assign(200, '\0');
+        const int64_t end = typ::save_draworder(w, ui, 100, true);
+        EXPECT_EQ(levels_of(w, 100, end - 100), before) << file;
+        EXPECT_TRUE(ui.messages.empty()) << file;
+        ++checked;
+    }
+    EXPECT_GE(checked, 10);
 }
