@@ -354,8 +354,9 @@ int64_t save_polylines(Store& s, int64_t offset) {
     const bool active = s.ln_nact > 0 && s.hdr_len >= hdr::k_active;
     const int32_t nact = active ? s.ln_nact : 0;
 
+    // Offsets need two bytes at least; only 4 and 5 are written.
     int recsize = curf_byte(s, hdr::ln_recsize);
-    if (recsize == 0) recsize = 4;
+    if (recsize != 5) recsize = 4;
     if (count > k_wide_index_count) recsize = 5;
 
     for (int f : {hdr::ln_data, hdr::ln_data_len, hdr::ln_index, hdr::ln_index_len}) put_head4(s, 0, f);
