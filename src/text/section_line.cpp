@@ -43,6 +43,7 @@ std::string line_section(const Store& s, int32_t r, LineOptions& opt) {
     int xpm_index = -1;
     bool solid = false;
     int none_removed = 0;
+    bool width_written = false;
     std::string pending_sub;
     bool ended = false;
     for_each_line(txt, [&](std::string_view raw) {
@@ -74,6 +75,8 @@ std::string line_section(const Store& s, int32_t r, LineOptions& opt) {
         // mkgmap knows the width only as LineWidth=; a border is always
         // stated so that two colours read as line and border.
         if (lo.starts_with("lwidth(=") || lo.starts_with("linewidth=")) {
+            if (width_written) return;  // both spellings in one text: the first counts
+            width_written = true;
             const size_t eq = line.find('=');
             lines.push_back("LineWidth=" + std::string(trim(line.substr(eq + 1))));
             if (!has_border) lines.emplace_back("BorderWidth=0");

@@ -1,0 +1,73 @@
+// The text of every corpus TYP file, checked for the shapes mkgmap and our
+// own reader rely on.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <regex>
+
+#include "platform/codepage.h"
+#include "support/harness.h"
+#include "text/encoding.h"
+#include "text/text_writer.h"
+
+using namespace korvex;
+using namespace korvex::testing;
+
+namespace {
+
+std::vector<std::string> typ_files() {
+    if (corpus_dir().empty()) return {};
+    return files_with(corpus_dir() + "/typ", ".typ");
+}
+
+std::string name_of(const ::testing::TestParamInfo<std::string>& info) {
+    std::string n = std::filesystem::path(info.param).stem().string();
+    for (char& c : n)
+        if (!std::isalnum(static_cast<unsigned char>(c))) c = '_';
+    return n;
+}
+
+int count_of(const std::string& text, const std::string& what) {
+    int n = 0;
+    for (size_t p = text.find(what); p != std::string::npos; p = text.find(what, p + what.size())) ++n;
+    return n;
+}
+
+class CorpusText : public ::testing::TestWithParam<std::string> {};
+
+TEST_P(CorpusText, SectionsAreClosedAndSpelledForMkgmap) {
+    platform::ScriptedPrompt ui;
+    model::Store s;
+    decode_bytes(s, ui, read_bytes(GetParam()));
+    if (s.pid == "0") s.pid = "1";
+    const std::string text = text_of(s, ui);
+    ASSERT_FALSE(text.empty());
+
+    int with_text = 0;
+    for (int32_t i = 0; i < s.pg_n; ++i) with_text += !s.pg_txt[static_cast<size_t>(i)].empty();
+    EXPECT_EQ(count_of(text, "[_polygon]"), with_text);
+    EXPECT_EQ(count_of(text, "[_polygon]") + count_of(text, "[_line]") + count_of(text, "[_point]") + 2,
+              count_of(text, "\r\n[end]\r\n"));
+
+    static const std::regex three_digit_type("\r\nType=0x[0-9a-fA-F]{3}\r\n");
+    static const std::regex unspecified_as_2f("\r\nString[0-9]+=0x2[fF],");
+    EXPECT_FALSE(std::regex_search(text, three_digit_type));
+    EXPECT_FALSE(std::regex_search(text, unspecified_as_2f));
+    EXPECT_EQ(text.find("SubType="), std::string::npos);
+    EXPECT_EQ(text.find("lwidth("), std::string::npos);
+}
+
+TEST_P(CorpusText, Utf8KindIsValidUtf8Throughout) {
+    platform::ScriptedPrompt ui;
+    model::Store s;
+    decode_bytes(s, ui, read_bytes(GetParam()));
+    if (s.pid == "0") s.pid = "1";
+    const std::string text = text_of(s, ui, text::k_kind_utf8);
+    ASSERT_EQ(text.substr(0, 3), text::bom);
+    EXPECT_TRUE(platform::is_valid_utf8(text));
+}
+
+INSTANTIATE_TEST_SUITE_P(Files, CorpusText, ::testing::ValuesIn(typ_files()), name_of);
+GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(CorpusText);
+
+}  // namespace
