@@ -128,7 +128,7 @@ int drop_night(int scheme, bool bitmap, std::array<std::string, 4>& pal) {
 
 std::string activity_line(const Store& s, int32_t n) {
     const auto r = static_cast<size_t>(n);
-    if (n < s.ln_n || r >= s.ln_act.size()) return {};
+    if (n < s.ln_n || r >= s.ln_act.size() || s.ln_act[r].empty()) return {};
     // The name reads back to the same code; the digits are the fallback.
     std::string name = chkactivity(s.ln_act[r]);
     if (name.empty()) name = s.ln_act[r];

@@ -165,6 +165,7 @@ void polygon_bmp(Store& s, int64_t pos, int64_t dblk, int32_t n, int flag) {
     const int32_t size = s.pg_len[r];
     int read = 2;
     if (scheme == 9) read = 4;
+    // An unknown size (0: two index entries sharing one record) reads it.
     if (scheme == 11 || scheme == 13) read = size > k_third_colour_min_size || size <= 0 ? 3 : 2;
     if (scheme == 14) read = 1;
     std::array<std::string, 4> c;
