@@ -24,6 +24,7 @@ constexpr int k_head_bytes = 5;          // flag, width, height, colours, mode
 constexpr int k_full_palette = 256;      // a colour byte of 0 can mean 256 colours
 constexpr int k_small_index_points = 300;
 constexpr int64_t k_u16_limit = 0xffff;
+constexpr int64_t k_u24_limit = 0xffffff;
 
 const char* const k_crlf = "\r\n";
 
@@ -48,7 +49,15 @@ int quiet_byte(const Store& s, int64_t pos) {
     return pos >= 0 && static_cast<uint64_t>(pos) < s.curf.size() ? static_cast<unsigned char>(s.curf[static_cast<size_t>(pos)]) : 0;
 }
 
-int mode_digit(int mode) { return mode / 16; }
+// The colour mode a mode byte stands for; an unknown one is read as opaque.
+int colour_mode(Store& s, int raw) {
+    const int digit = raw / 16;
+    if (digit > 2) {
+        model::note_once(s, "Colour" + std::to_string(raw));
+        return k_mode_opaque;
+    }
+    return digit * 16;
+}
 
 // Case-blind search for a lower-case word, without copying the text.
 size_t find_nocase(std::string_view text, std::string_view word, size_t from = 0) {
@@ -105,7 +114,7 @@ Picture decode_palette_picture(Store& s, int64_t palette_at, const char* key, in
     p.colours = palette_lines(pal, mode);
     p.pixels_at = palette_at + pal_bytes;
     p.pixel_bytes = point_pixel_bytes(w, h, n, mode);
-    p.rows = draw_rows(curf_view(s, p.pixels_at, p.pixel_bytes), w, h, n, mode, cpp);
+    if (w > 0) p.rows = draw_rows(curf_view(s, p.pixels_at, p.pixel_bytes), w, h, n, mode, cpp);
     p.end = p.pixels_at + p.pixel_bytes;
     return p;
 }
@@ -170,17 +179,13 @@ void poi_bmp(Store& s, int64_t pos, int32_t n, int flag, int64_t indexpos, int32
     const int w = curf_byte(s, pos + 1);
     const int h = curf_byte(s, pos + 2);
     const int count = curf_byte(s, pos + 3);
-    const int mode = curf_byte(s, pos + 4);
+    const int mode = colour_mode(s, curf_byte(s, pos + 4));
+    const int digit = mode / 16;
     const std::string type = point_type_text(code);
 
     std::string digits = type.substr(2);
     if (digits.size() < 5) digits.insert(0, 5 - digits.size(), '0');
     s.pt_typ[r] = digits;
-    int digit = mode_digit(mode);
-    if (digit > 2) {
-        model::note_once(s, "Colour" + std::to_string(mode));
-        digit = 0;
-    }
     s.pt_mode[r] = static_cast<uint8_t>(digit);
 
     const int64_t palette_at = pos + k_head_bytes;
@@ -244,7 +249,7 @@ void poi_bmp(Store& s, int64_t pos, int32_t n, int flag, int64_t indexpos, int32
     int64_t p = day.end;
     if (flag & k_flag_night) {
         const int nc = curf_byte(s, p);
-        const int nm = curf_byte(s, p + 1);
+        const int nm = colour_mode(s, curf_byte(s, p + 1));
         if (nc > 0) {
             night = decode_palette_picture(s, p + 2, "NightXpm=", w, h, nc, nm);
         } else {
@@ -453,10 +458,12 @@ EncodedPicture encode_picture(Store& s, const std::vector<std::string_view>& lin
                               std::string_view rows, const std::string& type) {
     EncodedPicture out;
     const int table = static_cast<int>(lines.size());
-    bool alpha = false, none = false, bare = head.colours == 0 && table > 0;
+    // Lines of a picture without palette have no symbol: "#RRGGBB".
+    bool alpha = false, none = false, bare = table > 0;
     for (std::string_view l : lines) {
         alpha = alpha || holds_alpha(l);
         none = none || holds_none(l);
+        bare = bare && !holds(l, "c #") && !holds(l, "none");
     }
     if (bare) {
         // A picture without palette: one colour for each pixel, no pixel data.
@@ -609,8 +616,9 @@ int64_t save_pois(Store& s, int64_t offset) {
     }
     const int64_t data_len = p - offset;
 
-    // Offsets need three bytes with many points, or when two cannot hold them.
-    const int recsize = count > k_small_index_points || data_len > k_u16_limit ? 5 : 4;
+    // Offsets need three bytes with many points, or when two cannot hold
+    // them; four when the data outgrows three (no real file comes near).
+    const int recsize = data_len > k_u24_limit ? 6 : count > k_small_index_points || data_len > k_u16_limit ? 5 : 4;
     const int64_t index = p;
     const int64_t index_len = static_cast<int64_t>(count) * recsize;
     if (static_cast<int64_t>(s.curf.size()) < index + index_len) s.curf.resize(static_cast<size_t>(index + index_len), '\0');

@@ -412,3 +412,21 @@ TEST(PointEncoding, NoPointsLeaveTheHeaderFieldsZero) {
     EXPECT_EQ(typ::curf_u16(s, typ::hdr::pt_recsize), 0);
     EXPECT_EQ(typ::curf_u32(s, typ::hdr::pt_index_len), 0);
 }
+
+TEST(PointEncoding, DataBeyondThreeByteOffsetsUsesFourByteIndexOffsets) {
+    // 259 icons of 255 x 255 at a byte a pixel: more than 16 MB of point data.
+    const int count = 259;
+    model::Store s;
+    s.pt_n = count;
+    model::procredim(s, model::k_points, count);
+    std::string col, rows;
+    for (int k = 0; k < 16; ++k) col += "\"" + std::string(1, static_cast<char>(36 + k)) + " c #00000" + typ::hex(k) + "\"\r\n";
+    for (int y = 0; y < 255; ++y) rows += std::string(255, '3') + "\r\n";
+    for (int32_t r = 0; r < count; ++r) set_point(s, r, "02F00", "DayXpm=\"255 255 16 1\" Colormode=0", col, rows);
+    const int64_t end = typ::save_pois(s, 0);
+    const int64_t record = 5 + 48 + 255 * 255;
+    EXPECT_EQ(typ::curf_u16(s, typ::hdr::pt_recsize), 6);
+    EXPECT_EQ(typ::curf_u32(s, typ::hdr::pt_index_len), count * 6);
+    EXPECT_EQ(end, record * count + count * 6);
+    EXPECT_EQ(typ::curf_u32(s, record * count + (count - 1) * 6 + 2), record * (count - 1));
+}
