@@ -63,8 +63,10 @@ std::string stamp_text(const platform::Stamp& t) {
 }
 
 std::string header_caption(const Store& s) {
-    std::string_view cap = detail::trim(s.hdr_caption);
-    if (!cap.empty()) return std::string(cap);
+    std::string cap(detail::trim(s.hdr_caption));
+    for (char& c : cap)
+        if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
+    if (!cap.empty()) return cap;
     char b[16];
     std::snprintf(b, sizeof b, "%X", static_cast<unsigned>(s.hdr_len));
     return b;
@@ -168,6 +170,30 @@ bool save_txt(Store& s, platform::Prompt& ui, const platform::Clock& clock, int 
     if (!chunk.empty()) out(chunk);
     s.dirty = false;
     return true;
+}
+
+std::string convert(const Store& s, const std::string& text) {
+    if (s.codepage >= 65001) return text;
+    detail::LineOptions o = line_options(s, true);
+    std::string out;
+    out.reserve(text.size() + text.size() / 4);
+    size_t pos = 0;
+    while (pos < text.size()) {
+        size_t end = text.find('\n', pos);
+        end = end == std::string::npos ? text.size() : end + 1;
+        std::string_view piece(text.data() + pos, end - pos);
+        std::string_view line = piece;
+        while (!line.empty() && (line.back() == '\n' || line.back() == '\r')) line.remove_suffix(1);
+        const std::string_view trimmed = detail::trim(line);
+        if (detail::starts_with_ci(trimmed, "string") && trimmed.find(',') != std::string_view::npos) {
+            out += detail::string_line(s, trimmed, o);
+            out += piece.substr(line.size());
+        } else {
+            out += piece;
+        }
+        pos = end;
+    }
+    return out;
 }
 
 std::string create_code(Store& s, int32_t row, int cls, bool forfile) {

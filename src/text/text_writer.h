@@ -30,7 +30,13 @@ std::string drword(const Store& s);
 // identifier is 0. Sets dirty false.
 bool save_txt(Store& s, platform::Prompt& ui, const platform::Clock& clock, int kind, const TextSink& out);
 
-// The text of the element on show for the code panel.
+// The text of the element on show for the code panel. Its strings are bytes
+// of their language's page (UTF-8 in a 65001 project); see convert.
 std::string create_code(Store& s, int32_t row, int cls, bool forfile);
+
+// Every String line of text re-encoded from its language's page to UTF-8, for
+// a widget that shows UTF-8. A 65001 project's strings are UTF-8 already and
+// come back unchanged.
+std::string convert(const Store& s, const std::string& text);
 
 }  // namespace korvex::text
