@@ -11,6 +11,7 @@ namespace {
 
 constexpr unsigned char k_utf8_lead_latin = 195;  // first byte of UTF-8 for U+00C0..U+00FF
 constexpr int k_default_page = 1252;
+constexpr int k_short_strings_warn = 12;
 
 bool is_valid_page(int cp) { return cp > 0 && cp != 65001; }
 
@@ -113,7 +114,8 @@ std::string wide_to_cp(const Store& s, const std::u32string& text) { return enco
 std::string wide_to_utf8(const std::u32string& text) { return platform::wide_to_bytes(text, 65001); }
 
 std::string loadutf8(Store& s, const std::string& text, const std::string& lang, const std::string& key) {
-    if (text.size() < 3) ++s.walk.short_strings;
+    const bool short_string = text.size() < 3;
+    if (short_string) ++s.walk.short_strings;
     if (!text.empty() && s.codepage >= 65001) {
         int page = text_cp(s, "0x" + upper_ascii(lang));
         s.cvcp = page == 0 ? k_default_page : page;
@@ -121,7 +123,10 @@ std::string loadutf8(Store& s, const std::string& text, const std::string& lang,
     }
     if (lang_cp(s, static_cast<int>(std::strtol(lang.c_str(), nullptr, 16))) == k_default_page) {
         const bool has_lead = text.find(static_cast<char>(k_utf8_lead_latin)) != std::string::npos;
-        if (s.walk.short_strings == 12) model::note_once(s, "Check 'String1 etc ' " + key);
+        // Many near-empty strings hint at a label block read wrongly; said
+        // once, when the twelfth turns up.
+        if (short_string && s.walk.short_strings == k_short_strings_warn)
+            model::note_once(s, "Check 'String1 etc ' " + key);
         if (lang != "10" && has_lead) {
             if (!s.walk.wrongly_parsed) s.walk.wrong_example = key + "(" + text + " " + lang + ")";
             s.walk.wrongly_parsed = true;

@@ -85,6 +85,16 @@ TEST(LoadUtf8, PortugueseAndPlainStringsAreNotSuspect) {
     EXPECT_EQ(s.walk.short_strings, 1);
 }
 
+TEST(LoadUtf8, TwelfthShortStringIsReportedOnce) {
+    Store s;
+    s.codepage = 1252;
+    for (int i = 0; i < 11; ++i) loadutf8(s, "a", "04", "String1");
+    EXPECT_EQ(s.loadrep, "");
+    loadutf8(s, "b", "04", "String2");
+    loadutf8(s, "long enough", "04", "String3");
+    EXPECT_EQ(s.loadrep, "Check 'String1 etc ' String2\r\n");
+}
+
 TEST(LoadUtf8, Utf8ProjectRecodesIntoLanguagePage) {
     Store s;
     s.codepage = 65001;
