@@ -28,7 +28,10 @@ std::string wide_to_cp(const Store& s, const std::u32string& text);
 std::string wide_to_utf8(const std::u32string& text);
 
 // Brings one string from a TYP file into the tables (lang: the language digits
-// "04"; key: the String key for the report).
+// "04"; key: the String key for the report). Counts short strings and notes
+// UTF-8 bytes in a Western string (s.walk). With codepage 65001 it recodes the
+// UTF-8 into the language's page and sets s.cvcp; the label decoder keeps
+// UTF-8 strings as they are and does not call it then.
 std::string loadutf8(Store& s, const std::string& text, const std::string& lang, const std::string& key);
 
 // From a string of page cp to UTF-8 bytes; "" becomes one blank.
