@@ -145,7 +145,7 @@ std::string alphacols(std::string_view data, int n) {
     return palette_lines(read_palette(data, n, k_mode_alpha), k_mode_alpha);
 }
 
-std::string draw_rows(std::string_view data, int w, int h, int n, int mode, int cpp) {
+std::string drawbmp(std::string_view data, int w, int h, int n, int mode, int cpp) {
     const int bpp = point_bpp(n, mode);
     const int64_t row_bytes = (static_cast<int64_t>(w) * bpp + 7) / 8;
     const int mask = (1 << bpp) - 1;

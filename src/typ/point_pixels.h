@@ -67,7 +67,7 @@ std::string alphacols(std::string_view data, int n);
 
 // Pixel rows of an icon in canonical symbols, each row ending in CR LF.
 // data starts at the pixel bytes and may be short (missing bytes read as 0).
-std::string draw_rows(std::string_view data, int w, int h, int n, int mode, int cpp);
+std::string drawbmp(std::string_view data, int w, int h, int n, int mode, int cpp);
 
 // One colour line to 28 bits (blue, green, red, alpha), as a number.
 uint32_t fnpoi32(std::string_view line);

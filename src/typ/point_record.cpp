@@ -114,7 +114,7 @@ Picture decode_palette_picture(Store& s, int64_t palette_at, const char* key, in
     p.colours = palette_lines(pal, mode);
     p.pixels_at = palette_at + pal_bytes;
     p.pixel_bytes = point_pixel_bytes(w, h, n, mode);
-    if (w > 0) p.rows = draw_rows(curf_view(s, p.pixels_at, p.pixel_bytes), w, h, n, mode, cpp);
+    if (w > 0) p.rows = drawbmp(curf_view(s, p.pixels_at, p.pixel_bytes), w, h, n, mode, cpp);
     p.end = p.pixels_at + p.pixel_bytes;
     return p;
 }

@@ -242,6 +242,15 @@ TEST(PointRecord, TrueColourPictureWithoutPixelDataListsOneColourAPixel) {
     expect_encodes_back(s, rec);
 }
 
+TEST(PointRecord, UnknownColourModeIsReportedAndReadAsOpaque) {
+    const std::string rec = bytes({1, 2, 1, 1, 48, 0x00, 0x00, 0xFF, 0x00});
+    model::Store s = decode_one(rec);
+    EXPECT_EQ(s.pt_xpm[0], "DayXpm=\"2 1 1 1\" Colormode=0");
+    EXPECT_EQ(s.pt_mode[0], 0);
+    EXPECT_EQ(s.loadrep, "Colour48\r\n");
+    EXPECT_EQ(typ::encode_point_record(s, 0), bytes({1, 2, 1, 1, 0, 0x00, 0x00, 0xFF, 0x00}));
+}
+
 // ---- night pictures ----
 
 TEST(PointRecord, NightWithoutColoursSharesTheDayPixels) {
