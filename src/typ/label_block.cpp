@@ -111,6 +111,14 @@ std::string key_value(const std::string& line) {
     return p == std::string::npos ? std::string() : line.substr(p + 1);
 }
 
+// The string as the file's code page wants it: under 65001 a string that is
+// not UTF-8 is taken as text of its language's page; otherwise the table
+// already holds the page's bytes.
+std::string to_file_page(const Store& s, const std::string& t, int lang) {
+    if (s.codepage < k_utf8 || platform::is_valid_utf8(t)) return t;
+    return text::saveasutf8(t, text::lang_cp(s, lang));
+}
+
 }  // namespace
 
 int32_t lengthbyte(Store& s, int64_t base, int32_t& position) {
@@ -367,8 +375,7 @@ EncodedLabels encode_labels(Store& s, const std::string& element_text, int /*cls
             replace_all(t, "\r", "");
             replace_all(t, "\n", "");
             if (t.empty()) t = " ";
-            if (s.codepage >= k_utf8 && !platform::is_valid_utf8(t))
-                t = text::saveasutf8(t, text::lang_cp(s, lang));
+            t = to_file_page(s, t, lang);
             replace_all(t, "|", "\r\n");
             if (first_lang < 0) {
                 first_lang = lang;

@@ -204,3 +204,11 @@ TEST(EncodeLabels, GetlangReadsTheDigitsBehindTheX) {
     EXPECT_EQ(typ::getlang("string2=0X4,text with x"), 4);
     EXPECT_EQ(typ::getlang("String3=0x2F,a"), 0x2f);
 }
+
+TEST(EncodeLabels, CodePageBytesAreWrittenAsTheyStand) {
+    // The loaders warn of UTF-8 in a 1252 string; the writer keeps its bytes.
+    model::Store s;
+    s.codepage = 1252;
+    EXPECT_EQ(typ::encode_labels(s, "String1=0x02,F\xe4hre\r\n", model::k_lines).block, S("\x0f\x02" "F\xe4hre\x00", 8));
+    EXPECT_EQ(typ::encode_labels(s, "String1=0x02,F\xc3\xa4hre\r\n", model::k_lines).block.substr(2, 6), "F\xc3\xa4hre");
+}
