@@ -23,7 +23,6 @@ constexpr int k_small_index_points = 300;
 constexpr int64_t k_u16_limit = 0xffff;
 constexpr int64_t k_u24_limit = 0xffffff;
 
-
 struct XpmHead {
     int w = 0, h = 0, colours = 0, cpp = 1;
     int colormode = -1;  // -1 when the head does not state it
@@ -252,9 +251,7 @@ std::string encode_point_record(Store& s, int32_t n) {
             // No colours of its own: the night shows the day pixels.
             night.mode = nhead.colormode > 0 ? nhead.colormode : k_mode_opaque;
         } else {
-            XpmHead nh = nhead;
-            if (nh.colours == 0) nh.colours = static_cast<int>(tables.night.size());
-            night = encode_picture(s, tables.night, nh, w, h, s.pt_nbmp[r], type);
+            night = encode_picture(s, tables.night, nhead, w, h, s.pt_nbmp[r], type);
         }
     }
     const EncodedLabels labels = encode_labels(s, key_lines(s.pt_txt[r]), model::k_points);
