@@ -1,6 +1,8 @@
 #include "typ/draw_order.h"
 
 #include <algorithm>
+#include <cctype>
+#include <cstdlib>
 #include <map>
 #include <sstream>
 
