@@ -166,9 +166,9 @@ void poi_bmp(Store& s, int64_t pos, int32_t n, int flag, int64_t indexpos, int32
     int palette_n = count;
     if (count == 0) {
         // A colour byte of 0: 256 colours as mkgmap writes them, an icon of
-        // transparent pixels only, or a picture without palette.
-        // An icon without pixels reads the same every way; the last record's
-        // size from the index is not always exact.
+        // transparent pixels only, or a picture without palette; the record
+        // size tells them apart. An icon without pixels reads the same every
+        // way (and the last record's size from the index is not always exact).
         const bool empty = w == 0 || h == 0;
         if (!empty && record_end_with(s, pos, flag, w, h, k_full_palette, mode) == pos + size)
             palette_n = k_full_palette;
@@ -290,7 +290,6 @@ void poi_bmp(Store& s, int64_t pos, int32_t n, int flag, int64_t indexpos, int32
     s.pt_cc[r] = custom ? font.colours : "0";
     s.pt_lab[r] = std::string(1, static_cast<char>(has_night ? 1 : 0)) + static_cast<char>(digit) +
                   dimensions_text(s.pt_xpm[r]) + k_crlf + digits + "#" + labels.label;
-    (void)no_palette;
 }
 
 }  // namespace korvex::typ
