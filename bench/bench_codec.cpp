@@ -3,6 +3,7 @@
 // large file.
 #include <benchmark/benchmark.h>
 
+#include <fcntl.h>
 #include <filesystem>
 #include <sys/resource.h>
 #include <sys/wait.h>

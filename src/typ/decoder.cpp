@@ -44,10 +44,13 @@ int32_t clamp_count(Store& s, int64_t count, int64_t start, int recsize, const c
     return static_cast<int32_t>(std::min<int64_t>(count, 0x7fffffff));
 }
 
-// The offset field of an index record, by record size.
-int32_t offset_field(Store& s, int64_t entry, int recsize) {
+// The offset field of an index record, by record size. Records of 6 bytes
+// and more carry 4-byte offsets: we write them for data beyond 16 MB, which
+// 3 bytes cannot address.
+int64_t offset_field(Store& s, int64_t entry, int recsize) {
     if (recsize == 3) return bit1(s, entry + 2);
     if (recsize == 4) return curf_u16(s, entry + 2);
+    if (recsize >= 6) return curf_u32(s, entry + 2);
     return curf_u24(s, entry + 2);
 }
 
@@ -107,7 +110,7 @@ void decode_lines(Store& s, const Index& ix) {
             next[r] = data + data_len;
             break;
         }
-        const int32_t field = offset_field(s, ix.start + static_cast<int64_t>(n + 1) * ix.recsize, ix.recsize);
+        const int64_t field = offset_field(s, ix.start + static_cast<int64_t>(n + 1) * ix.recsize, ix.recsize);
         next[r] = ix.recsize == 4 && field == 0 && n > 0 ? next[r - 1] : data + field;
     }
     for (int32_t n = 0; n < count; ++n) {
@@ -141,6 +144,7 @@ void decode_points(Store& s, platform::Prompt& ui, const Index& ix) {
         const int64_t entry = ix.start + static_cast<int64_t>(n) * ix.recsize;
         if (ix.recsize == 4) return curf_u16(s, entry + 2);
         if (ix.recsize == 5) return curf_u24(s, entry + 2);
+        if (ix.recsize >= 6) return curf_u32(s, entry + 2);
         return curf_byte(s, entry + 2);
     };
     for (int32_t n = 0; n < count; ++n) {
@@ -160,7 +164,7 @@ void decode_points(Store& s, platform::Prompt& ui, const Index& ix) {
     for (int32_t n = 0; n < count; ++n) {
         if (n % 20 == 1) ui.progress(75 + static_cast<int>(21LL * n / count));
         const int64_t entry = ix.start + static_cast<int64_t>(n) * ix.recsize;
-        const int32_t field = offset_field(s, entry, ix.recsize);
+        const int64_t field = offset_field(s, entry, ix.recsize);
         const int code = curf_u16(s, entry);
         std::string digits = point_type_text(code);
         if (digits.size() > 2) digits = digits.substr(2);

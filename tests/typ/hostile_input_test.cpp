@@ -41,7 +41,7 @@ TEST(HostileInput, FlippedBytesDecode) {
     std::mt19937 rng(12345);
     for (const auto& seed : seeds()) {
         if (seed.empty()) continue;
-        for (int round = 0; round < 12; ++round) {
+        for (int round = 0; round < 8; ++round) {
             std::string bytes = seed;
             const int flips = 1 + static_cast<int>(rng() % 16);
             for (int k = 0; k < flips; ++k) {
