@@ -273,8 +273,8 @@ void chk_typ(Store& s, platform::Prompt& ui) {
     ui.progress(10);
     if (pg.count > 0) {
         int64_t sum = 0;
+        assign_levels(s);
         for (int32_t n = 0; n < pg.count; ++n) {
-            assign_level(s, n);
             int64_t size;
             const int64_t entry = pg.start + static_cast<int64_t>(n) * pg.recsize;
             if (n + 1 < pg.count) {

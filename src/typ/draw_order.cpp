@@ -4,6 +4,8 @@
 #include <cctype>
 #include <cstdlib>
 #include <map>
+#include <unordered_map>
+#include <unordered_set>
 #include <sstream>
 
 #include "typ/curf_access.h"
@@ -83,6 +85,19 @@ int find_level(const std::string& list, const std::string& code) {
     return std::atoi(hay.c_str() + p + needle.size());
 }
 
+// Levels by code, the first token of a code winning as in a search of the
+// list; built once so that a file of many polygons is not quadratic.
+std::unordered_map<std::string, int> level_index(const std::string& list) {
+    std::unordered_map<std::string, int> index;
+    for (const Token& t : parse_tokens(list)) index.emplace(t.code, t.level);
+    return index;
+}
+
+int lookup(const std::unordered_map<std::string, int>& index, const std::string& code) {
+    auto it = index.find(upper(code));
+    return it == index.end() ? 0 : it->second;
+}
+
 std::string type_code(const Store& s, int32_t n) {
     if (n < 0 || static_cast<size_t>(n) >= s.pg_typ.size()) return {};
     std::string t = s.pg_typ[static_cast<size_t>(n)];
@@ -128,13 +143,10 @@ void read_draworder(Store& s, int64_t offset, int64_t length, int recsize) {
     }
 }
 
-void assign_level(Store& s, int32_t n) {
-    if (n < 0) return;
-    ensure_drw(s, n);
-    const std::string own = type_code(s, n);
-    bool can_have = true;
-    const std::string code = drw_code(own, can_have);
-    const int level = can_have ? find_level(s.drwlist, code) : 0;
+namespace {
+
+void set_level(Store& s, int32_t n, const std::string& code, bool can_have, int level,
+               std::unordered_set<std::string>& no_level) {
     std::string& drw = s.pg_drw[static_cast<size_t>(n)];
     if (level > 0) {
         drw = "Type=" + code + "," + std::to_string(level);
@@ -143,7 +155,38 @@ void assign_level(Store& s, int32_t n) {
     if (!can_have) model::note_once(s, s.pg_typ[static_cast<size_t>(n)] + " pgon<&100 with subtype can't have draworder");
     drw = "Type=" + code + ",0";
     const std::string entry = code + ",0 ";
-    if (s.walk.no_level_types.find(entry) == std::string::npos) s.walk.no_level_types += entry;
+    if (no_level.insert(entry).second) s.walk.no_level_types += entry;
+}
+
+std::unordered_set<std::string> no_level_set(const Store& s) {
+    std::unordered_set<std::string> set;
+    std::istringstream in(s.walk.no_level_types);
+    std::string word;
+    while (in >> word) set.insert(word + " ");
+    return set;
+}
+
+}  // namespace
+
+void assign_level(Store& s, int32_t n) {
+    if (n < 0) return;
+    ensure_drw(s, n);
+    bool can_have = true;
+    const std::string code = drw_code(type_code(s, n), can_have);
+    const int level = can_have ? find_level(s.drwlist, code) : 0;
+    auto no_level = no_level_set(s);
+    set_level(s, n, code, can_have, level, no_level);
+}
+
+void assign_levels(Store& s) {
+    const auto index = level_index(s.drwlist);
+    auto no_level = no_level_set(s);
+    for (int32_t n = 0; n < s.pg_n; ++n) {
+        ensure_drw(s, n);
+        bool can_have = true;
+        const std::string code = drw_code(type_code(s, n), can_have);
+        set_level(s, n, code, can_have, can_have ? lookup(index, code) : 0, no_level);
+    }
 }
 
 std::string polygon_level(const Store& s, int32_t n) {
@@ -168,14 +211,16 @@ void sort_drwlist(Store& s) {
 
 void complete_draworder(Store& s) {
     const int32_t count = std::min<int32_t>(s.pg_n, static_cast<int32_t>(s.pg_typ.size()));
+    auto index = level_index(s.drwlist);
     for (int32_t n = 0; n < count; ++n) {
         bool can_have = true;
         const std::string code = drw_code(type_code(s, n), can_have);
         if (!can_have || !all_hex(code)) continue;
-        int level = find_level(s.drwlist, code);
+        int level = lookup(index, code);
         if (level == 0) {
             level = 1;
             s.drwlist += " " + code + ",1";
+            index[upper(code)] = 1;
         }
         ensure_drw(s, n);
         s.pg_drw[static_cast<size_t>(n)] = "Type=" + code + "," + std::to_string(level);

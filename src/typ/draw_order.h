@@ -21,6 +21,9 @@ void read_draworder(Store& s, int64_t offset, int64_t length, int recsize);
 // for a polygon with subtype that has none).
 void assign_level(Store& s, int32_t n);
 
+// assign_level for every polygon, with one look at drwlist.
+void assign_levels(Store& s);
+
 // The level of polygon n from its pg_drw entry ("" when none).
 std::string polygon_level(const Store& s, int32_t n);
 
