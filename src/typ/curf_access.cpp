@@ -101,15 +101,19 @@ int64_t hex_value(std::string_view digits) {
     return v;
 }
 
+// ASCII only, as the text form's keys are: bytes of labels above 127 keep
+// their value whatever the locale.
 std::string lower(std::string_view s) {
     std::string out(s);
-    for (char& c : out) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    for (char& c : out)
+        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c + ('a' - 'A'));
     return out;
 }
 
 std::string upper(std::string_view s) {
     std::string out(s);
-    for (char& c : out) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+    for (char& c : out)
+        if (c >= 'a' && c <= 'z') c = static_cast<char>(c - ('a' - 'A'));
     return out;
 }
 

@@ -362,6 +362,9 @@ EncodedLabels encode_labels(Store& s, const std::string& element_text, int /*cls
     std::string day, night;
 
     for (const std::string& raw : split_lines(strorder(s, element_text))) {
+        // Picture lines (quoted) are most of a point's text and hold no key.
+        const size_t first = raw.find_first_not_of(" \t");
+        if (first == std::string::npos || raw[first] == '"') continue;
         const std::string line = trim(raw);
         const std::string low = lower(line);
         if (!is_key_line(low)) continue;
