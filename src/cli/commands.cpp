@@ -27,7 +27,8 @@ const char* k_usage_text =
     "       korvex-cli encode FILE.typ [-o OUT.typ]\n"
     "options: --load-options 111111   classes and night colours to load (default 111111)\n"
     "         --offsets               show record offsets as comments in the text\n"
-    "         --answer yes|no         the answer to every question (default yes)\n";
+    "         --answer yes|no         the answer to every question (default yes)\n"
+    "         --fid N, --pid N        family and product id to save with, in place of the file's\n";
 
 struct Args {
     std::string command;
@@ -36,6 +37,7 @@ struct Args {
     bool utf8 = false;
     bool offsets = false;
     std::string ldopts = "111111";
+    std::string fid, pid;
     platform::Answer answer = platform::Answer::yes;
 };
 
@@ -64,6 +66,11 @@ std::string parse(int argc, char** argv, Args& a) {
         } else if (arg == "--load-options") {
             if (!value(a.ldopts) || !workbench::valid_ldopts(a.ldopts))
                 return "--load-options needs six characters of 0 and 1";
+        } else if (arg == "--fid" || arg == "--pid") {
+            std::string& into = arg == "--fid" ? a.fid : a.pid;
+            if (!value(into) || into.empty() || into.find_first_not_of("0123456789") != std::string::npos ||
+                into.size() > 5 || std::stoi(into) > 65535)
+                return arg + " needs a number from 0 to 65535";
         } else if (arg == "--answer") {
             std::string v;
             if (!value(v) || (v != "yes" && v != "no")) return "--answer needs yes or no";
@@ -212,6 +219,9 @@ int run(int argc, char** argv) {
 
     if (a.command == "info") return info(s);
     print_report(s.loadrep, stderr);
+    // As if typed into the identifier fields before saving.
+    if (!a.fid.empty()) s.fid = a.fid;
+    if (!a.pid.empty()) s.pid = a.pid;
     if (a.command == "decode") return decode(s, ui, a);
     return encode(s, ui, a);
 }

@@ -123,6 +123,23 @@ TEST_F(CliTest, RefusedSaveLeavesTheOldOutputAndNoTemporaryFile) {
     EXPECT_EQ(files, 2u) << "a temporary file was left behind";
 }
 
+TEST_F(CliTest, ProductIdZeroIsRefusedUnlessGivenOnTheCommandLine) {
+    std::string bytes = read_bytes(sample);
+    bytes[49] = 0;
+    bytes[50] = 0;
+    {
+        std::ofstream f(path("pid0.typ"), std::ios::binary);
+        f << bytes;
+    }
+    CliRun r = cli("decode " + path("pid0.typ"), true);
+    EXPECT_EQ(r.status, 1);
+    EXPECT_NE(r.out.find("message: Please enter valid PID at the top."), std::string::npos);
+    CliRun ok = cli("decode " + path("pid0.typ") + " --pid 7");
+    EXPECT_EQ(ok.status, 0);
+    EXPECT_NE(ok.out.find("ProductCode=7"), std::string::npos);
+    EXPECT_EQ(cli("decode " + sample + " --fid 70000").status, 2);
+}
+
 TEST_F(CliTest, AnswerNoRefusesLoadOptionsQuestion) {
     CliRun r = cli("info " + sample + " --load-options 110111 --answer no", true);
     EXPECT_EQ(r.status, 1);
