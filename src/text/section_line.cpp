@@ -39,39 +39,13 @@ std::string line_section(const Store& s, int32_t r, LineOptions& opt) {
     const bool has_border = contains_ci(txt, "borderwidth=");
 
     std::vector<std::string> lines;
-    int type_index = -1;
     int xpm_index = -1;
     bool solid = false;
     int none_removed = 0;
     bool width_written = false;
-    std::string pending_sub;
-    bool ended = false;
-    for_each_line(txt, [&](std::string_view raw) {
-        if (ended) return;
-        std::string_view line = trim(raw);
-        if (line.empty() || is_ruler(line)) return;
-        std::string lo = lower(line);
-        if (is_end_marker(lo)) {
-            ended = true;
-            return;
-        }
-        if (lo.starts_with("subtype=")) {
-            if (type_index >= 0)
-                lines[static_cast<size_t>(type_index)] = merge_subtype(lines[static_cast<size_t>(type_index)], line);
-            else
-                pending_sub = line;
-            return;
-        }
-        if (lo.starts_with("type=")) {
-            std::string t = repair_type_line(line);
-            if (!pending_sub.empty()) {
-                t = merge_subtype(t, pending_sub);
-                pending_sub.clear();
-            }
-            type_index = static_cast<int>(lines.size());
-            lines.push_back(std::move(t));
-            return;
-        }
+    TypeLine type_line(lines);
+    for_each_key_line(txt, [&](std::string_view raw, std::string_view line, std::string& lo) {
+        if (type_line.take(line, lo)) return;
         // mkgmap knows the width only as LineWidth=; a border is always
         // stated so that two colours read as line and border.
         if (lo.starts_with("lwidth(=") || lo.starts_with("linewidth=")) {
@@ -102,13 +76,9 @@ std::string line_section(const Store& s, int32_t r, LineOptions& opt) {
             lines.push_back(std::move(colour));
             return;
         }
-        if (is_string_line(lo)) {
-            lines.push_back(string_line(s, line, opt));
-            return;
-        }
-        lines.emplace_back(raw);
+        keep_line(s, lines, raw, line, lo, opt);
     });
-    if (!pending_sub.empty()) lines.push_back(pending_sub);
+    type_line.finish();
     // The header must count what is left, or mkgmap stops.
     if (none_removed > 0 && xpm_index >= 0)
         lines[static_cast<size_t>(xpm_index)] = lower_colour_count(lines[static_cast<size_t>(xpm_index)], none_removed);

@@ -70,41 +70,23 @@ std::string point_section(const Store& s, int32_t r, bool extended, LineOptions&
     const std::string key = extended ? "ID=" : "Type=";
 
     std::vector<std::string> lines;
-    int type_index = -1;
     int day_header = -1;
     int night_start = -1;
     bool day_none = false;
     bool day_alpha = false;
-    std::string pending_sub;
-    bool ended = false;
-    for_each_line(txt, [&](std::string_view raw) {
-        if (ended) return;
-        std::string_view line = trim(raw);
-        if (line.empty() || is_ruler(line)) return;
-        std::string lo = lower(line);
-        if (is_end_marker(lo)) {
-            ended = true;
-            return;
-        }
+    TypeLine type_line(lines);
+    for_each_key_line(txt, [&](std::string_view raw, std::string_view line, std::string& lo) {
         if (lo.starts_with("subtype=")) {
             // pt_typ already holds the merged digits.
             if (!digits.empty()) return;
-            if (type_index >= 0)
-                lines[static_cast<size_t>(type_index)] = merge_subtype(lines[static_cast<size_t>(type_index)], line);
-            else
-                pending_sub = line;
+            type_line.subtype(line);
             return;
         }
         if (lo.starts_with("type=") || lo.starts_with("id=")) {
             std::string_view value = line.substr(line.find('=') + 1);
             std::string t = key + std::string(value);
             t = digits.empty() ? repair_type_line(t) : with_digits(t, digits);
-            if (!pending_sub.empty()) {
-                t = merge_subtype(t, pending_sub);
-                pending_sub.clear();
-            }
-            type_index = static_cast<int>(lines.size());
-            lines.push_back(std::move(t));
+            type_line.type(std::move(t));
             return;
         }
         if (contains(lo, "xpm=")) {
@@ -130,13 +112,9 @@ std::string point_section(const Store& s, int32_t r, bool extended, LineOptions&
             lines.push_back(std::move(colour));
             return;
         }
-        if (is_string_line(lo)) {
-            lines.push_back(string_line(s, line, opt));
-            return;
-        }
-        lines.emplace_back(raw);
+        keep_line(s, lines, raw, line, lo, opt);
     });
-    if (!pending_sub.empty()) lines.push_back(pending_sub);
+    type_line.finish();
 
     // Every day header states its opacity mode.
     if (day_header >= 0) {

@@ -42,35 +42,9 @@ std::string polygon_section(const Store& s, int32_t r, LineOptions& opt) {
     const bool day_night = solid && contains(xpm, "0 2 ");
 
     std::vector<std::string> lines;
-    int type_index = -1;
-    std::string pending_sub;  // a SubType= in front of its Type=
-    bool ended = false;
-    for_each_line(txt, [&](std::string_view raw) {
-        if (ended) return;
-        std::string_view line = trim(raw);
-        if (line.empty() || is_ruler(line)) return;
-        const std::string lo = lower(line);
-        if (is_end_marker(lo)) {
-            ended = true;
-            return;
-        }
-        if (lo.starts_with("subtype=")) {
-            if (type_index >= 0)
-                lines[static_cast<size_t>(type_index)] = merge_subtype(lines[static_cast<size_t>(type_index)], line);
-            else
-                pending_sub = line;
-            return;
-        }
-        if (lo.starts_with("type=")) {
-            std::string t = repair_type_line(line);
-            if (!pending_sub.empty()) {
-                t = merge_subtype(t, pending_sub);
-                pending_sub.clear();
-            }
-            type_index = static_cast<int>(lines.size());
-            lines.push_back(std::move(t));
-            return;
-        }
+    TypeLine type_line(lines);
+    for_each_key_line(txt, [&](std::string_view raw, std::string_view line, std::string& lo) {
+        if (type_line.take(line, lo)) return;
         if (solid && contains(lo, "xpm=")) {
             lines.emplace_back(xpm);
             return;
@@ -79,13 +53,9 @@ std::string polygon_section(const Store& s, int32_t r, LineOptions& opt) {
             solid_colour_line(lines, std::string(line), day_night);
             return;
         }
-        if (is_string_line(lo)) {
-            lines.push_back(string_line(s, line, opt));
-            return;
-        }
-        lines.emplace_back(raw);
+        keep_line(s, lines, raw, line, lo, opt);
     });
-    if (!pending_sub.empty()) lines.push_back(pending_sub);
+    type_line.finish();
 
     std::string out = join_lines(lines);
     out += crlf;

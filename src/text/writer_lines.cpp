@@ -175,4 +175,45 @@ std::string join_lines(const std::vector<std::string>& lines) {
     return out;
 }
 
+void TypeLine::subtype(std::string_view line) {
+    if (index_ >= 0)
+        lines_[static_cast<size_t>(index_)] = merge_subtype(lines_[static_cast<size_t>(index_)], line);
+    else
+        pending_ = line;
+}
+
+void TypeLine::type(std::string line) {
+    if (!pending_.empty()) {
+        line = merge_subtype(line, pending_);
+        pending_.clear();
+    }
+    index_ = static_cast<int>(lines_.size());
+    lines_.push_back(std::move(line));
+}
+
+bool TypeLine::take(std::string_view line, std::string_view lowered) {
+    if (lowered.starts_with("subtype=")) {
+        subtype(line);
+        return true;
+    }
+    if (lowered.starts_with("type=")) {
+        type(repair_type_line(line));
+        return true;
+    }
+    return false;
+}
+
+void keep_line(const Store& s, std::vector<std::string>& lines, std::string_view raw, std::string_view line,
+               std::string_view lowered, LineOptions& opt) {
+    if (is_string_line(lowered))
+        lines.push_back(string_line(s, line, opt));
+    else
+        lines.emplace_back(raw);
+}
+
+void TypeLine::finish() {
+    if (!pending_.empty()) lines_.push_back(pending_);
+    pending_.clear();
+}
+
 }  // namespace korvex::text::detail

@@ -75,6 +75,48 @@ std::string merge_subtype(std::string_view type_line, std::string_view subtype_l
 // Hex digits behind the first "x" of a line (empty when none).
 std::string_view hex_digits_after_x(std::string_view line);
 
+// Calls fn(raw, line, lowered) for each line of an element's own text that a
+// section carries: blank lines and rulers are left out, and "[end]" ends the
+// text. line is raw trimmed.
+template <typename Fn>
+void for_each_key_line(std::string_view text, Fn&& fn) {
+    bool ended = false;
+    for_each_line(text, [&](std::string_view raw) {
+        if (ended) return;
+        std::string_view line = trim(raw);
+        if (line.empty() || is_ruler(line)) return;
+        std::string lo = lower(line);
+        if (is_end_marker(lo)) {
+            ended = true;
+            return;
+        }
+        fn(raw, line, lo);
+    });
+}
+
+// Keeps an element's Type= line among its lines and merges a SubType= line
+// into it, whichever of the two stands first.
+class TypeLine {
+public:
+    explicit TypeLine(std::vector<std::string>& lines) : lines_(lines) {}
+    void subtype(std::string_view line);
+    void type(std::string line);
+    // A Type= (digits repaired) or SubType= line; false for any other.
+    bool take(std::string_view line, std::string_view lowered);
+    // A SubType= that found no Type= is kept as it stood.
+    void finish();
+
+private:
+    std::vector<std::string>& lines_;
+    int index_ = -1;
+    std::string pending_;
+};
+
+// What a section does with a line no rule of its own took: a String line is
+// converted, any other kept as it stands.
+void keep_line(const Store& s, std::vector<std::string>& lines, std::string_view raw, std::string_view line,
+               std::string_view lowered, LineOptions& opt);
+
 // Joins lines with CR LF, no line end after the last.
 std::string join_lines(const std::vector<std::string>& lines);
 
