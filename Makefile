@@ -4,7 +4,7 @@ BENCH_BUILD ?= build-bench
 JOBS ?= $(shell nproc 2>/dev/null || echo 2)
 SAMPLE := data/samples/sample.typ
 
-.PHONY: all deps build run test bench clean
+.PHONY: all deps build run test bench samples clean
 
 all: build
 
@@ -28,6 +28,10 @@ bench: deps
 	cmake -S . -B $(BENCH_BUILD) -DCMAKE_BUILD_TYPE=Release -DKORVEX_BENCH=ON -DKORVEX_TESTS=OFF
 	cmake --build $(BENCH_BUILD) -j $(JOBS)
 	@for b in $(BENCH_BUILD)/bench_*; do [ -x "$$b" ] && "$$b"; done
+
+# Rebuilds the bundled sample from its description in bench/support.
+samples: build
+	$(BUILD)/korvex-make-samples data/samples
 
 clean:
 	rm -rf $(BUILD) $(BENCH_BUILD)

@@ -308,39 +308,29 @@ void build_sample(model::Store& s) {
     const int counts[] = {1, 2, 3, 15, 16, 31, 32, 200};
     unsigned seed = 10;
     int sub = 0;
-    for (int c : counts) {
+    auto icon = [&](int type, int w, int h, int colours, int mode) {
         PointSpec p;
-        p.type = 0x2f;
-        p.subtype = sub++;
-        p.width = c >= 31 ? 24 : 13 + (c % 5);
-        p.height = c >= 31 ? 20 : 11;
-        p.colours = c;
-        p.mode = 0;
+        p.type = type;
+        p.subtype = sub++ % 32;
+        p.width = w;
+        p.height = h;
+        p.colours = colours;
+        p.mode = mode;
         p.seed = seed++;
+        return p;
+    };
+    for (int c : counts) {
+        PointSpec p = icon(0x2f, c >= 31 ? 24 : 13 + (c % 5), c >= 31 ? 20 : 11, c, 0);
         p.labels = {{0x04, "Shop " + std::to_string(c)}, {0x02, "Laden " + std::to_string(c)}};
         add_point(s, p);
     }
     for (int c : {1, 2, 3, 14, 15, 40}) {
-        PointSpec p;
-        p.type = 0x30;
-        p.subtype = sub++ % 32;
-        p.width = 15;
-        p.height = 9;
-        p.colours = c;
-        p.mode = 16;
-        p.seed = seed++;
+        PointSpec p = icon(0x30, 15, 9, c, 16);
         p.night_colours = c == 3 ? 2 : 0;
         add_point(s, p);
     }
     for (int c : {1, 3, 7, 16, 48}) {
-        PointSpec p;
-        p.type = 0x11a;
-        p.subtype = sub++ % 32;
-        p.width = 17;
-        p.height = 12;
-        p.colours = c;
-        p.mode = 32;
-        p.seed = seed++;
+        PointSpec p = icon(0x11a, 17, 12, c, 32);
         p.night_colours = c == 7 ? 5 : 0;
         p.font = {"SmallFont", "Day", "#102030", ""};
         add_point(s, p);
