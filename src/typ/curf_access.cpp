@@ -60,11 +60,26 @@ std::string hex(int64_t value) {
     return out;
 }
 
-std::string Dec2Binary(int value) {
-    std::string out(8, '0');
-    for (int k = 0; k < 8; ++k)
-        if (value & (1 << k)) out[static_cast<size_t>(k)] = '1';
-    return out;
+namespace {
+struct BinaryTable {
+    char digits[256][8]{};
+    constexpr BinaryTable() {
+        for (int v = 0; v < 256; ++v)
+            for (int k = 0; k < 8; ++k) digits[v][k] = (v & (1 << k)) ? '1' : '0';
+    }
+};
+constexpr BinaryTable k_binary;
+}  // namespace
+
+std::string_view binary8(int value) { return {k_binary.digits[value & 0xff], 8}; }
+
+std::string Dec2Binary(int value) { return std::string(binary8(value)); }
+
+void put_block(Store& s, int64_t pos, std::string_view bytes) {
+    if (pos < 0 || bytes.empty()) return;
+    const auto p = static_cast<size_t>(pos);
+    if (p + bytes.size() > s.curf.size()) s.curf.resize(p + bytes.size(), '\0');
+    s.curf.replace(p, bytes.size(), bytes);
 }
 
 std::string rgbswap(std::string_view text) {
@@ -76,18 +91,25 @@ std::string rgbswap(std::string_view text) {
 }
 
 std::string fnkl(std::string_view xpmline) {
-    std::string clean;
-    clean.reserve(xpmline.size());
-    for (char c : xpmline)
-        if (c != '"' && c != ' ') clean += c;
-    const size_t hash = clean.rfind('#');
-    if (hash == std::string::npos) return std::string(3, '\xff');
-    std::string digits = clean.substr(hash + 1);
+    // Quotes and blanks do not count; the digits stand behind the last "#".
+    const size_t hash = xpmline.rfind('#');
+    if (hash == std::string_view::npos) return std::string(3, '\xff');
     // Only the colour digits count; "alpha=" and the like stand behind them.
-    size_t n = 0;
-    while (n < digits.size() && n < 6 && digit(digits[n]) >= 0) ++n;
-    digits.resize(n);
-    return hexasc(rgbswap(digits));
+    // Fewer than six are padded in front, so the value is the number.
+    uint32_t v = 0;
+    int n = 0;
+    for (size_t k = hash + 1; k < xpmline.size() && n < 6; ++k) {
+        const char c = xpmline[k];
+        if (c == '"' || c == ' ') continue;
+        const int d = digit(c);
+        if (d < 0) break;
+        v = v << 4 | static_cast<uint32_t>(d);
+        ++n;
+    }
+    // Written blue, green, red.
+    const char out[3] = {static_cast<char>(v & 0xff), static_cast<char>((v >> 8) & 0xff),
+                         static_cast<char>((v >> 16) & 0xff)};
+    return std::string(out, 3);
 }
 
 int64_t hex_value(std::string_view digits) {
@@ -108,6 +130,26 @@ std::string lower(std::string_view s) {
     for (char& c : out)
         if (c >= 'A' && c <= 'Z') c = static_cast<char>(c + ('a' - 'A'));
     return out;
+}
+
+size_t find_caseless(std::string_view text, std::string_view needle, size_t from) {
+    if (needle.empty()) return from <= text.size() ? from : std::string_view::npos;
+    if (text.size() < needle.size()) return std::string_view::npos;
+    const char first = needle[0];
+    const char first_up = (first >= 'a' && first <= 'z') ? static_cast<char>(first - ('a' - 'A')) : first;
+    const size_t last = text.size() - needle.size();
+    for (size_t p = from; p <= last; ++p) {
+        const char c = text[p];
+        if (c != first && c != first_up) continue;
+        size_t k = 1;
+        for (; k < needle.size(); ++k) {
+            char t = text[p + k];
+            if (t >= 'A' && t <= 'Z') t = static_cast<char>(t + ('a' - 'A'));
+            if (t != needle[k]) break;
+        }
+        if (k == needle.size()) return p;
+    }
+    return std::string_view::npos;
 }
 
 std::string upper(std::string_view s) {

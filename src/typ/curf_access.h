@@ -55,6 +55,13 @@ std::string hex(int64_t value);
 // Eight "0"/"1" characters, lowest bit first.
 std::string Dec2Binary(int value);
 
+// The same eight characters without a string of their own: pictures print
+// thousands of them.
+std::string_view binary8(int value);
+
+// Stores bytes at pos, growing the buffer with zeros as head() does.
+void put_block(Store& s, int64_t pos, std::string_view bytes);
+
 // Pads to six digits, then swaps the first and third pair: RRGGBB <-> BBGGRR.
 std::string rgbswap(std::string_view text);
 
@@ -68,5 +75,12 @@ int64_t hex_value(std::string_view digits);
 // Upper-case/lower-case copies.
 std::string lower(std::string_view s);
 std::string upper(std::string_view s);
+
+// Position of needle (given in lower case) in text, ASCII case ignored; npos
+// when absent. Spares the lower() copy of a whole line for one look-up.
+size_t find_caseless(std::string_view text, std::string_view needle, size_t from = 0);
+inline bool contains_caseless(std::string_view text, std::string_view needle) {
+    return find_caseless(text, needle) != std::string_view::npos;
+}
 
 }  // namespace korvex::typ

@@ -28,23 +28,6 @@ std::string hex_byte(int v) {
     return buf;
 }
 
-std::string rtrim(std::string t) {
-    while (!t.empty() && t.back() == ' ') t.pop_back();
-    return t;
-}
-
-std::string trim(std::string_view t) {
-    size_t a = 0, b = t.size();
-    while (a < b && (t[a] == ' ' || t[a] == '\t' || t[a] == '\r' || t[a] == '\n')) ++a;
-    while (b > a && (t[b - 1] == ' ' || t[b - 1] == '\t' || t[b - 1] == '\r' || t[b - 1] == '\n')) --b;
-    return std::string(t.substr(a, b - a));
-}
-
-void replace_all(std::string& t, std::string_view from, std::string_view to) {
-    for (size_t p = t.find(from); p != std::string::npos; p = t.find(from, p + to.size()))
-        t.replace(p, from.size(), to);
-}
-
 // Lines without their CR LF; the last piece is kept even when empty so that
 // join() gives the text back.
 std::vector<std::string> split_lines(const std::string& text) {
@@ -70,16 +53,44 @@ std::string join_lines(const std::vector<std::string>& lines) {
     return out;
 }
 
-// A "String" key line: not a comment, and "string" stands in front of "=".
-bool is_string_line(const std::string& line) {
-    const std::string low = lower(trim(line));
-    if (low.empty() || low[0] == ';') return false;
-    const size_t key = low.find("string");
-    const size_t eq = low.find('=');
-    return key != std::string::npos && eq != std::string::npos && key < eq;
+std::string_view trim_view(std::string_view t) {
+    size_t a = 0, b = t.size();
+    while (a < b && (t[a] == ' ' || t[a] == '\t' || t[a] == '\r' || t[a] == '\n')) ++a;
+    while (b > a && (t[b - 1] == ' ' || t[b - 1] == '\t' || t[b - 1] == '\r' || t[b - 1] == '\n')) --b;
+    return t.substr(a, b - a);
 }
 
-bool is_key_line(const std::string& low) { return !low.empty() && low[0] != ';'; }
+// A trimmed key line whose "string" (any case) stands in front of its "=".
+bool is_string_key(std::string_view line) {
+    const size_t key = find_caseless(line, "string");
+    const size_t eq = line.find('=');
+    return key != std::string_view::npos && eq != std::string_view::npos && key < eq;
+}
+
+// A "String" key line: not a comment, and "string" stands in front of "=".
+bool is_string_line(std::string_view line) {
+    const std::string_view t = trim_view(line);
+    if (t.empty() || t[0] == ';') return false;
+    return is_string_key(t);
+}
+
+// The two hex digits behind the first "x" (any case) behind the "=".
+int getlang_of(std::string_view line) {
+    const size_t eq = line.find('=');
+    const size_t x = line.find_first_of("xX", eq == std::string_view::npos ? 0 : eq);
+    if (x == std::string_view::npos) return 0;
+    return static_cast<int>(hex_value(line.substr(x + 1, 2)));
+}
+
+// A label's text as the block holds it: CR and LF of the text line dropped,
+// "|" a line break.
+void append_label_text(std::string& out, std::string_view text) {
+    for (char c : text) {
+        if (c == '\r' || c == '\n') continue;
+        if (c == '|') out += "\r\n";
+        else out += c;
+    }
+}
 
 int read_lang(Store& s, int64_t pos) {
     int lang = curf_byte(s, pos);
@@ -98,17 +109,19 @@ int stream_bits(Store& s, int64_t base, int64_t bit, int count) {
 }
 
 // Three record bytes, blue green red, from the value of a custom colour key.
-std::string colour_bytes(const std::string& value) {
-    std::string v = trim(value);
+std::string colour_bytes(std::string_view value) {
+    std::string_view v = trim_view(value);
     const size_t hash = v.rfind('#');
-    if (hash != std::string::npos) v = v.substr(hash + 1);
-    return fnkl("#" + v);
+    if (hash != std::string_view::npos) v = v.substr(hash + 1);
+    std::string digits = "#";
+    digits += v;
+    return fnkl(digits);
 }
 
 // The value behind a key's first ":" or "=".
-std::string key_value(const std::string& line) {
+std::string_view key_value(std::string_view line) {
     const size_t p = line.find_first_of(":=");
-    return p == std::string::npos ? std::string() : line.substr(p + 1);
+    return p == std::string_view::npos ? std::string_view() : line.substr(p + 1);
 }
 
 // The string as the file's code page wants it: under 65001 a string that is
@@ -163,13 +176,24 @@ DecodedLabels decode_labels(Store& s, int64_t record, int32_t offset, int cls, i
     int32_t pos = offset;
     int32_t L = lengthbyte(s, record, pos);
     const int64_t lang_at = record + pos;
+    const auto size = static_cast<int64_t>(s.curf.size());
     // Never walk further than the buffer holds.
-    const int64_t room = static_cast<int64_t>(s.curf.size()) - lang_at - 2;
+    const int64_t room = size - lang_at - 2;
     if (room < 0) L = 0;
     else if (L > room) L = static_cast<int32_t>(room);
+    const int64_t last = lang_at + L + 1;  // the terminator
 
-    std::string preferred, fallback, deflt;
-    bool have_pref = false, have_default = false, have_fallback = false;
+    // A block inside the buffer (all but hostile files) is read straight from
+    // it; otherwise every byte goes through the checked reader.
+    const bool inside = lang_at >= 0 && last < size;
+    const auto* bytes = reinterpret_cast<const unsigned char*>(s.curf.data());
+    auto byte_at = [&](int64_t at) { return inside ? static_cast<int>(bytes[at]) : curf_byte(s, at); };
+
+    // The display label candidates, as places in d.lines.
+    struct Span {
+        size_t at = 0, len = 0;
+        bool set = false;
+    } preferred, deflt, fallback;
 
     auto language = [&](int64_t at) {
         const int raw = curf_byte(s, at);
@@ -179,33 +203,50 @@ DecodedLabels decode_labels(Store& s, int64_t record, int32_t offset, int cls, i
         return lang;
     };
 
-    auto emit = [&](std::string str, int lang) {
-        const std::string digits = hex2(hex(lang));
-        const std::string key = "String" + std::to_string(d.strings + 1);
+    d.lines.reserve(static_cast<size_t>(L) + 24);
+    auto emit = [&](std::string& str, int lang) {
+        static const char* const k_hex = "0123456789ABCDEF";
+        // Language digits: upper-case hex, at least two.
+        std::string digits;
+        if (lang > 0xff) digits = hex(lang);
+        else digits = {k_hex[(lang >> 4) & 15], k_hex[lang & 15]};
+        std::string key = "String";
+        key += std::to_string(d.strings + 1);
         if (s.codepage < k_utf8) str = text::loadutf8(s, str, digits, key);
-        str = rtrim(str);
-        d.lines += key + "=0x" + digits + "," + str + "\r\n";
+        size_t n = str.size();
+        while (n > 0 && str[n - 1] == ' ') --n;
+        d.lines += key;
+        d.lines += "=0x";
+        d.lines += digits;
+        d.lines += ',';
+        const Span here{d.lines.size(), n, true};
+        d.lines.append(str, 0, n);
+        d.lines += "\r\n";
         ++d.strings;
-        if (lang == s.opt.langid) {
-            preferred = str;
-            have_pref = true;
-        }
-        if (lang == 0) {
-            deflt = str;
-            have_default = true;
-        }
-        if (!have_fallback && !str.empty() && static_cast<unsigned char>(str[0]) < 127) {
-            fallback = str;
-            have_fallback = true;
-        }
+        if (lang == s.opt.langid) preferred = here;
+        if (lang == 0) deflt = here;
+        if (!fallback.set && n > 0 && static_cast<unsigned char>(str[0]) < 127) fallback = here;
     };
 
     int lang = language(lang_at);
     std::string str;
     bool pending = false;
-    const int64_t last = lang_at + L + 1;  // the terminator
     for (int64_t at = lang_at + 1; at <= last; ++at) {
-        int b = curf_byte(s, at);
+        if (inside) {
+            // The run of text bytes up to the next control byte, in one piece.
+            int64_t end = at;
+            while (end <= last && (bytes[end] >= 32 || bytes[end] == 10 || bytes[end] == 13)) ++end;
+            if (end > at) {
+                const size_t from = str.size();
+                str.append(reinterpret_cast<const char*>(bytes + at), static_cast<size_t>(end - at));
+                for (size_t k = from; k < str.size(); ++k)
+                    if (str[k] == '\n' || str[k] == '\r') str[k] = k_pipe;
+                pending = true;
+                at = end;
+                if (at > last) break;
+            }
+        }
+        int b = byte_at(at);
         if (b == 10 || b == 13) b = k_pipe;
         if (b < 32) {
             // The terminator leaves the last string open, so that it keeps its
@@ -215,9 +256,8 @@ DecodedLabels decode_labels(Store& s, int64_t record, int32_t offset, int cls, i
                 pending = true;
                 break;
             }
-            std::string t = str;
-            replace_all(t, "|", "");
-            emit(t, lang);
+            std::erase(str, k_pipe);
+            emit(str, lang);
             str.clear();
             pending = false;
             ++at;
@@ -229,14 +269,29 @@ DecodedLabels decode_labels(Store& s, int64_t record, int32_t offset, int cls, i
         pending = true;
     }
     if (pending) {
-        replace_all(str, "||", "|");
+        // Each pair of pipes, left to right, becomes one.
+        size_t w = 0;
+        for (size_t k = 0; k < str.size();) {
+            if (str[k] == k_pipe && k + 1 < str.size() && str[k + 1] == k_pipe) {
+                str[w++] = k_pipe;
+                k += 2;
+            } else {
+                str[w++] = str[k++];
+            }
+        }
+        str.resize(w);
         emit(str, lang);
     }
     d.next = pos + 1 + L + 1;
 
-    std::string label = have_pref ? preferred : have_default ? deflt : have_fallback ? fallback : "";
+    const Span& label = preferred.set ? preferred : deflt.set ? deflt : fallback;
     // Quoted for the browser.
-    if (!label.empty()) d.label = "'" + label + "'";
+    if (label.set && label.len > 0) {
+        d.label.reserve(label.len + 2);
+        d.label += '\'';
+        d.label.append(d.lines, label.at, label.len);
+        d.label += '\'';
+    }
     return d;
 }
 
@@ -342,13 +397,7 @@ std::string strorder(const Store& s, const std::string& text) {
     return join_lines(lines);
 }
 
-int getlang(const std::string& line) {
-    const std::string low = lower(line);
-    const size_t eq = low.find('=');
-    const size_t x = low.find('x', eq == std::string::npos ? 0 : eq);
-    if (x == std::string::npos) return 0;
-    return static_cast<int>(hex_value(low.substr(x + 1, 2)));
-}
+int getlang(const std::string& line) { return getlang_of(line); }
 
 EncodedLabels encode_labels(Store& s, const std::string& element_text, int /*cls*/) {
     EncodedLabels e;
@@ -361,60 +410,80 @@ EncodedLabels encode_labels(Store& s, const std::string& element_text, int /*cls
     bool has_day = false, has_night = false;
     std::string day, night;
 
-    for (const std::string& raw : split_lines(strorder(s, element_text))) {
+    std::string ordered;
+    std::string_view text = element_text;
+    if (s.opt.strorder && s.opt.langid != 0) {
+        ordered = strorder(s, element_text);
+        text = ordered;
+    }
+
+    auto one_line = [&](std::string_view raw) {
         // Picture lines (quoted) are most of a point's text and hold no key.
         const size_t first = raw.find_first_not_of(" \t");
-        if (first == std::string::npos || raw[first] == '"') continue;
-        const std::string line = trim(raw);
-        const std::string low = lower(line);
-        if (!is_key_line(low)) continue;
-        if (is_string_line(line)) {
+        if (first == std::string_view::npos || raw[first] == '"') return;
+        const std::string_view line = trim_view(raw);
+        if (line.empty() || line[0] == ';') return;
+        if (is_string_key(line)) {
             const size_t comma = line.find(',');
-            if (comma == std::string::npos) continue;
-            const int lang = getlang(line) & 0xff;
-            if (seen[lang]) continue;  // the first string of a language wins
+            if (comma == std::string_view::npos) return;
+            const int lang = getlang_of(line) & 0xff;
+            if (seen[lang]) return;  // the first string of a language wins
             seen[lang] = true;
-            std::string t = raw.substr(raw.find(',') + 1);
-            replace_all(t, "\r", "");
-            replace_all(t, "\n", "");
-            if (t.empty()) t = " ";
-            t = to_file_page(s, t, lang);
-            replace_all(t, "|", "\r\n");
+            const std::string_view value = raw.substr(raw.find(',') + 1);
             if (first_lang < 0) {
                 first_lang = lang;
-                body = t;
             } else {
                 body += '\0';
                 body += static_cast<char>(lang);
-                body += t;
             }
-        } else if (low.find("fontstyle") != std::string::npos) {
-            const std::string v = lower(key_value(line));
+            if (s.codepage < k_utf8) {
+                const size_t from = body.size();
+                append_label_text(body, value);
+                if (body.size() == from) body += ' ';  // an empty text is a blank
+            } else {
+                std::string t;
+                t.reserve(value.size());
+                for (char c : value)
+                    if (c != '\r' && c != '\n') t += c;
+                if (t.empty()) t = " ";
+                append_label_text(body, to_file_page(s, t, lang));
+            }
+        } else if (contains_caseless(line, "fontstyle")) {
+            const std::string_view v = key_value(line);
             font_set = true;
-            if (v.find("nolabel") != std::string::npos) fontval = 1;
-            else if (v.find("small") != std::string::npos) fontval = 2;
-            else if (v.find("normal") != std::string::npos) fontval = 3;
-            else if (v.find("large") != std::string::npos) fontval = 4;
+            if (contains_caseless(v, "nolabel")) fontval = 1;
+            else if (contains_caseless(v, "small")) fontval = 2;
+            else if (contains_caseless(v, "normal")) fontval = 3;
+            else if (contains_caseless(v, "large")) fontval = 4;
             else fontval = 0;
-        } else if (low.find("customco") != std::string::npos) {
-            if (low.find("daycustomco") != std::string::npos) {
+        } else if (contains_caseless(line, "customco")) {
+            if (contains_caseless(line, "daycustomco")) {
                 has_day = true;
                 day = colour_bytes(key_value(line));
-            } else if (low.find("nightcustomco") != std::string::npos) {
+            } else if (contains_caseless(line, "nightcustomco")) {
                 has_night = true;
                 night = colour_bytes(key_value(line));
             } else {
-                const std::string v = lower(trim(key_value(line)));
-                if (v.find("dayandnight") != std::string::npos) custom = 3;
-                else if (v.find("night") != std::string::npos) custom = 2;
-                else if (v.find("day") != std::string::npos) custom = 1;
-                else if (v.find("no") != std::string::npos) custom = 0;
+                const std::string_view v = key_value(line);
+                if (contains_caseless(v, "dayandnight")) custom = 3;
+                else if (contains_caseless(v, "night")) custom = 2;
+                else if (contains_caseless(v, "day")) custom = 1;
+                else if (contains_caseless(v, "no")) custom = 0;
             }
         }
+    };
+    for (size_t start = 0;;) {
+        const size_t lf = text.find('\n', start);
+        std::string_view raw = text.substr(start, lf == std::string_view::npos ? std::string_view::npos : lf - start);
+        if (!raw.empty() && raw.back() == '\r') raw.remove_suffix(1);
+        one_line(raw);
+        if (lf == std::string_view::npos) break;
+        start = lf + 1;
     }
 
     if (first_lang >= 0) {
         e.block = length_code(static_cast<int32_t>(body.size()));
+        e.block.reserve(e.block.size() + body.size() + 2);
         e.block += static_cast<char>(first_lang);
         e.block += body;
         e.block += '\0';

@@ -37,3 +37,32 @@ TEST(CurfAccess, PutHead4SpillsIntoTheNextRecord) {
     typ::put_head4(s, 0x0304, 4);
     EXPECT_EQ(s.curf, std::string("\0\0\x02\x01\x04\x03\0\0", 8));
 }
+
+TEST(CurfAccess, CaselessFindTakesTheNeedleInLowerCase) {
+    EXPECT_EQ(typ::find_caseless("Type=0x01", "type"), 0u);
+    EXPECT_EQ(typ::find_caseless("DayCustomColor:#ff", "customco"), 3u);
+    EXPECT_EQ(typ::find_caseless("abcABC", "abc", 1), 3u);
+    EXPECT_EQ(typ::find_caseless("Strin", "string"), std::string_view::npos);
+    // Only ASCII letters fold; other bytes compare as they are.
+    EXPECT_EQ(typ::find_caseless("\xc4x", "\xe4x"), std::string_view::npos);
+    EXPECT_TRUE(typ::contains_caseless("FontStyle=SmallFont", "small"));
+}
+
+TEST(CurfAccess, BinaryDigitsAndBlockWrites) {
+    EXPECT_EQ(typ::binary8(0x81), "10000001");
+    EXPECT_EQ(typ::binary8(0x1fe), "01111111");  // only the low byte counts
+    EXPECT_EQ(typ::Dec2Binary(-1), "11111111");
+
+    model::Store s;
+    typ::put_block(s, 2, std::string("\x01\x02", 2));
+    EXPECT_EQ(s.curf, std::string("\0\0\x01\x02", 4));
+    typ::put_block(s, 1, "\x09");
+    EXPECT_EQ(s.curf, std::string("\0\x09\x01\x02", 4));
+}
+
+TEST(CurfAccess, PaletteDigitsSkipQuotesAndBlanksAndPadInFront) {
+    EXPECT_EQ(typ::fnkl("\"0 c #12 34 56\""), std::string("\x56\x34\x12", 3));
+    EXPECT_EQ(typ::fnkl("#123"), std::string("\x23\x01\x00", 3));
+    EXPECT_EQ(typ::fnkl("#1234567"), std::string("\x56\x34\x12", 3));
+    EXPECT_EQ(typ::fnkl("#"), std::string(3, '\0'));
+}
