@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
+#include <cstring>
 
 #include "model/store.h"
 
@@ -18,12 +20,22 @@ const char* const k_hex_digits = "0123456789ABCDEF";
 struct SymbolTable {
     std::array<char, 256> one{};
     std::array<std::array<char, 2>, 256> two{};
+    // The one-character symbols of all pixels of a byte at 1, 2 and 4 bits a
+    // pixel (8, 4 and 2 of them), lowest bits first.
+    std::array<std::array<std::array<char, 8>, 256>, 3> packed{};
     SymbolTable() {
         for (int v = 0; v < 256; ++v) {
             const int c = k_symbol_base + v;
             one[static_cast<size_t>(v)] = static_cast<char>(c >= 255 ? k_symbol_base : c);
             two[static_cast<size_t>(v)] = {static_cast<char>(v / 16 + k_symbol_base),
                                            static_cast<char>(v % 16 + k_symbol_base)};
+        }
+        for (int k = 0; k < 3; ++k) {
+            const int bpp = 1 << k;
+            for (int v = 0; v < 256; ++v)
+                for (int x = 0; x < 8 / bpp; ++x)
+                    packed[static_cast<size_t>(k)][static_cast<size_t>(v)][static_cast<size_t>(x)] =
+                        one[static_cast<size_t>((v >> (x * bpp)) & ((1 << bpp) - 1))];
         }
     }
 };
@@ -37,9 +49,24 @@ uint8_t byte_at(std::string_view data, int64_t i) {
     return i >= 0 && static_cast<size_t>(i) < data.size() ? static_cast<uint8_t>(data[static_cast<size_t>(i)]) : 0;
 }
 
-void append_hex_byte(std::string& out, int v) {
-    out += k_hex_digits[(v >> 4) & 15];
-    out += k_hex_digits[v & 15];
+char* put_hex_byte(char* p, int v) {
+    p[0] = k_hex_digits[(v >> 4) & 15];
+    p[1] = k_hex_digits[v & 15];
+    return p + 2;
+}
+
+// Writes the canonical symbol of colour index v; returns the end.
+char* put_symbol(char* p, int v, int cpp) {
+    const auto& t = symbols();
+    if (cpp == 2) {
+        if (v < 0 || v > 255) v = 0;
+        const auto& sym = t.two[static_cast<size_t>(v)];
+        p[0] = sym[0];
+        p[1] = sym[1];
+        return p + 2;
+    }
+    *p = v >= 0 && v <= 255 ? t.one[static_cast<size_t>(v)] : static_cast<char>(k_symbol_base);
+    return p + 1;
 }
 
 }  // namespace
@@ -70,13 +97,8 @@ int fnzero_sz(int w, int h) {
 }
 
 void append_symbol(std::string& out, int v, int cpp) {
-    const auto& t = symbols();
-    if (cpp == 2) {
-        if (v < 0 || v > 255) v = 0;
-        out.append(t.two[static_cast<size_t>(v)].data(), 2);
-    } else {
-        out += v >= 0 && v <= 255 ? t.one[static_cast<size_t>(v)] : static_cast<char>(k_symbol_base);
-    }
+    char sym[2];
+    out.append(sym, static_cast<size_t>(put_symbol(sym, v, cpp) - sym));
 }
 
 int symbol_width(int colours) { return colours >= model::cpp_limit ? 2 : 1; }
@@ -115,29 +137,42 @@ std::vector<PaletteEntry> read_palette(std::string_view data, int n, int mode) {
     return pal;
 }
 
-std::string palette_lines(const std::vector<PaletteEntry>& pal, int mode) {
+void append_palette_lines(std::string& out, const std::vector<PaletteEntry>& pal, int mode) {
+    // Written through a pointer into room sized for the longest line: this
+    // runs for every colour of every icon of a file.
+    constexpr size_t k_longest_line = 48;  // quote, symbol, " c #RRGGBB\"", " alpha=" and an int, CR LF
     const int cpp = symbol_width(static_cast<int>(pal.size()));
-    std::string out;
-    out.reserve(pal.size() * 24);
+    const size_t start = out.size();
+    out.resize(start + pal.size() * k_longest_line);
+    char* p = out.data() + start;
     for (size_t k = 0; k < pal.size(); ++k) {
         const PaletteEntry& e = pal[k];
-        out += '"';
-        append_symbol(out, static_cast<int>(k), cpp);
+        *p++ = '"';
+        p = put_symbol(p, static_cast<int>(k), cpp);
         if (e.none) {
-            out += " c none\"\r\n";
+            std::memcpy(p, " c none\"\r\n", 10);
+            p += 10;
             continue;
         }
-        out += " c #";
-        append_hex_byte(out, e.r);
-        append_hex_byte(out, e.g);
-        append_hex_byte(out, e.b);
-        out += '"';
+        std::memcpy(p, " c #", 4);
+        p += 4;
+        p = put_hex_byte(p, e.r);
+        p = put_hex_byte(p, e.g);
+        p = put_hex_byte(p, e.b);
+        *p++ = '"';
         if (mode == k_mode_alpha) {
-            out += " alpha=";
-            out += std::to_string(e.alpha);
+            std::memcpy(p, " alpha=", 7);
+            p = std::to_chars(p + 7, p + 7 + 11, e.alpha).ptr;
         }
-        out += "\r\n";
+        *p++ = '\r';
+        *p++ = '\n';
     }
+    out.resize(static_cast<size_t>(p - out.data()));
+}
+
+std::string palette_lines(const std::vector<PaletteEntry>& pal, int mode) {
+    std::string out;
+    append_palette_lines(out, pal, mode);
     return out;
 }
 
@@ -145,28 +180,62 @@ std::string alphacols(std::string_view data, int n) {
     return palette_lines(read_palette(data, n, k_mode_alpha), k_mode_alpha);
 }
 
-std::string drawbmp(std::string_view data, int w, int h, int n, int mode, int cpp) {
+void append_rows(std::string& out, std::string_view data, int w, int h, int n, int mode, int cpp) {
+    if (h <= 0) return;
+    w = std::max(w, 0);
     const int bpp = point_bpp(n, mode);
-    const int64_t row_bytes = (static_cast<int64_t>(w) * bpp + 7) / 8;
-    const int mask = (1 << bpp) - 1;
+    const size_t row_bytes = (static_cast<size_t>(w) * static_cast<size_t>(bpp) + 7) / 8;
+    const unsigned mask = (1u << bpp) - 1;
+    const size_t line = static_cast<size_t>(w) * (cpp == 2 ? 2 : 1) + 2;
     const auto& t = symbols();
-    std::string out;
-    out.reserve(static_cast<size_t>(h) * (static_cast<size_t>(w) * cpp + 2));
+    // A whole byte's symbols are copied at once; the last copy of a row may
+    // run up to 8 characters on, into room the next row overwrites or the
+    // slack cut off at the end.
+    constexpr size_t k_slack = 8;
+    const size_t start = out.size();
+    const size_t total = line * static_cast<size_t>(h);
+    out.resize(start + total + k_slack);
+    char* p = out.data() + start;
+    const auto* bytes = reinterpret_cast<const uint8_t*>(data.data());
+    const int per_byte = 8 / bpp;
+    const auto& packed = t.packed[bpp == 1 ? 0 : bpp == 2 ? 1 : 2];
     for (int y = 0; y < h; ++y) {
-        const int64_t base = row_bytes * y;
-        const bool inside = base + row_bytes <= static_cast<int64_t>(data.size());
-        const auto* row = reinterpret_cast<const uint8_t*>(data.data()) + (inside ? base : 0);
-        for (int x = 0; x < w; ++x) {
-            const int64_t bit = static_cast<int64_t>(x) * bpp;
-            const uint8_t byte = inside ? row[bit >> 3] : byte_at(data, base + (bit >> 3));
-            const int v = (byte >> (bit & 7)) & mask;
-            if (cpp == 2)
-                out.append(t.two[static_cast<size_t>(v)].data(), 2);
-            else
-                out += t.one[static_cast<size_t>(v)];
+        const size_t base = row_bytes * static_cast<size_t>(y);
+        if (base + row_bytes <= data.size()) {
+            const uint8_t* row = bytes + base;
+            if (cpp == 2) {
+                for (int x = 0; x < w; ++x) {
+                    const size_t bit = static_cast<size_t>(x) * static_cast<size_t>(bpp);
+                    const auto& sym = t.two[(row[bit >> 3] >> (bit & 7)) & mask];
+                    *p++ = sym[0];
+                    *p++ = sym[1];
+                }
+            } else if (bpp == 8) {
+                for (int x = 0; x < w; ++x) *p++ = t.one[row[x]];
+            } else {
+                char* const row_end = p + w;
+                for (size_t i = 0; p < row_end; ++i) {
+                    std::memcpy(p, packed[row[i]].data(), 8);
+                    p += per_byte;
+                }
+                p = row_end;
+            }
+        } else {
+            // A short buffer: the missing bytes read as 0.
+            for (int x = 0; x < w; ++x) {
+                const int64_t bit = static_cast<int64_t>(x) * bpp;
+                p = put_symbol(p, (byte_at(data, static_cast<int64_t>(base) + (bit >> 3)) >> (bit & 7)) & static_cast<int>(mask), cpp);
+            }
         }
-        out += "\r\n";
+        *p++ = '\r';
+        *p++ = '\n';
     }
+    out.resize(start + total);
+}
+
+std::string drawbmp(std::string_view data, int w, int h, int n, int mode, int cpp) {
+    std::string out;
+    append_rows(out, data, w, h, n, mode, cpp);
     return out;
 }
 

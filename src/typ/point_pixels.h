@@ -61,6 +61,7 @@ std::vector<PaletteEntry> read_palette(std::string_view data, int n, int mode);
 
 // The colour lines of a palette: "<sym> c #RRGGBB" [alpha=a], "<sym> c none".
 std::string palette_lines(const std::vector<PaletteEntry>& pal, int mode);
+void append_palette_lines(std::string& out, const std::vector<PaletteEntry>& pal, int mode);
 
 // Mode 32 palette lines, printed from the 28-bit stream.
 std::string alphacols(std::string_view data, int n);
@@ -68,6 +69,7 @@ std::string alphacols(std::string_view data, int n);
 // Pixel rows of an icon in canonical symbols, each row ending in CR LF.
 // data starts at the pixel bytes and may be short (missing bytes read as 0).
 std::string drawbmp(std::string_view data, int w, int h, int n, int mode, int cpp);
+void append_rows(std::string& out, std::string_view data, int w, int h, int n, int mode, int cpp);
 
 // One colour line to 28 bits (blue, green, red, alpha), as a number.
 uint32_t fnpoi32(std::string_view line);

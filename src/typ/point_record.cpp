@@ -2,6 +2,7 @@
 #include "typ/point_record.h"
 
 #include <algorithm>
+#include <charconv>
 #include <string_view>
 #include <vector>
 
@@ -49,13 +50,26 @@ int colour_mode(Store& s, int raw) {
 }
 
 
+void append_int(std::string& out, int64_t v) {
+    char digits[24];
+    out.append(digits, static_cast<size_t>(std::to_chars(digits, digits + sizeof digits, v).ptr - digits));
+}
+
 // The quoted head of a picture: key="w h colours cpp" Colormode=m
 std::string picture_head(const char* key, int w, int h, int colours, int cpp, int mode) {
-    std::string head = key;
+    std::string head;
+    head.reserve(48);
+    head += key;
     head += '"';
-    head += std::to_string(w) + ' ' + std::to_string(h) + ' ' + std::to_string(colours) + ' ' + std::to_string(cpp);
+    append_int(head, w);
+    head += ' ';
+    append_int(head, h);
+    head += ' ';
+    append_int(head, colours);
+    head += ' ';
+    append_int(head, cpp);
     head += "\" Colormode=";
-    head += std::to_string(mode);
+    append_int(head, mode);
     return head;
 }
 
@@ -65,6 +79,7 @@ struct Picture {
     std::string colours;    // colour lines, each ending in CR LF
     std::string rows;       // canonical rows, each ending in CR LF
     int lines = 0;          // colour lines in the text
+    int cpp = 1;            // characters a pixel, as the head says
     int64_t pixels_at = 0;  // absolute position of the pixel data
     int64_t pixel_bytes = 0;
     int64_t end = 0;        // position behind the picture
@@ -81,12 +96,12 @@ Picture decode_palette_picture(Store& s, int64_t palette_at, const char* key, in
         pal.push_back(none);
     }
     p.lines = static_cast<int>(pal.size());
-    const int cpp = symbol_width(p.lines);
-    p.head = picture_head(key, w, h, p.lines, cpp, mode);
-    p.colours = palette_lines(pal, mode);
+    p.cpp = symbol_width(p.lines);
+    p.head = picture_head(key, w, h, p.lines, p.cpp, mode);
+    append_palette_lines(p.colours, pal, mode);
     p.pixels_at = palette_at + pal_bytes;
     p.pixel_bytes = point_pixel_bytes(w, h, n, mode);
-    if (w > 0) p.rows = drawbmp(curf_view(s, p.pixels_at, p.pixel_bytes), w, h, n, mode, cpp);
+    if (w > 0) append_rows(p.rows, curf_view(s, p.pixels_at, p.pixel_bytes), w, h, n, mode, p.cpp);
     p.end = p.pixels_at + p.pixel_bytes;
     return p;
 }
@@ -117,22 +132,40 @@ int64_t record_end_with(Store& s, int64_t pos, int flag, int w, int h, int n, in
     return p;
 }
 
-// The dimensions text of pt_lab, from the Xpm line: "16x16 3 1".
-std::string dimensions_text(const std::string& xpm) {
-    const size_t q = xpm.find('"');
-    std::string t = q == std::string::npos ? xpm : xpm.substr(q + 1);
-    const size_t blank = t.find(' ');
-    if (blank != std::string::npos) t[blank] = 'x';
-    t.erase(std::remove(t.begin(), t.end(), '"'), t.end());
-    // Cut from two characters in front of "Colormode" on.
-    const size_t color = find_nocase(t, "color");
-    if (color != std::string::npos) t.resize(color >= 1 ? color - 1 : 0);
-    return t;
+// The dimensions text of pt_lab, what the Xpm head quotes: "16x16 3 1".
+void append_dimensions(std::string& out, int w, int h, int colours, int cpp) {
+    append_int(out, w);
+    out += 'x';
+    append_int(out, h);
+    out += ' ';
+    append_int(out, colours);
+    out += ' ';
+    append_int(out, cpp);
 }
 
 }  // namespace
 
-std::string point_type_text(int32_t code) { return "0x" + hex2(hex(code / 32)) + hex2(hex(code % 32)); }
+std::string point_type_text(int32_t code) {
+    // hex2(hex(code / 32)) + hex2(hex(code % 32)) without the temporaries.
+    static const char* const digits = "0123456789ABCDEF";
+    char buf[40];
+    char* end = buf + sizeof buf;
+    char* p = end;
+    auto put = [&p](uint64_t v) {
+        int n = 0;
+        do {
+            *--p = digits[v & 15];
+            v >>= 4;
+            ++n;
+        } while (v != 0);
+        if (n == 1) *--p = '0';
+    };
+    put(static_cast<uint64_t>(static_cast<int64_t>(code % 32)));
+    put(static_cast<uint64_t>(static_cast<int64_t>(code / 32)));
+    *--p = 'x';
+    *--p = '0';
+    return std::string(p, static_cast<size_t>(end - p));
+}
 
 bool fnchk_nobmp(Store& s, int64_t base, int64_t sizepos) {
     const int count = fnzero_sz(curf_byte(s, sizepos), curf_byte(s, sizepos + 1));
@@ -211,7 +244,8 @@ void poi_bmp(Store& s, int64_t pos, int32_t n, int flag, int64_t indexpos, int32
                 }
             }
         }
-        day.head = picture_head("DayXpm=", w, h, day.lines, no_palette ? 1 : symbol_width(day.lines), mode);
+        day.cpp = no_palette ? 1 : symbol_width(day.lines);
+        day.head = picture_head("DayXpm=", w, h, day.lines, day.cpp, mode);
     }
 
     // Night picture: its own palette, or with a count of 0 the day pixels.
@@ -264,8 +298,8 @@ void poi_bmp(Store& s, int64_t pos, int32_t n, int flag, int64_t indexpos, int32
     txt += day.colours;
     if (s.opt.show_offsets) txt += ";size:" + std::to_string(day.pixel_bytes) + k_crlf;
 
-    s.pt_xpm[r] = day.head;
-    s.pt_col[r] = std::move(day.colours);
+    std::string& col = s.pt_col[r];
+    col = std::move(day.colours);
     s.pt_bmp[r] = std::move(day.rows);
     s.pt_ncol[r] = static_cast<int16_t>(day.lines);
     s.pt_nncol[r] = 0;
@@ -273,12 +307,13 @@ void poi_bmp(Store& s, int64_t pos, int32_t n, int flag, int64_t indexpos, int32
     if (has_night) {
         // The night head and colours stand behind the day colours, as one
         // block without a final line end.
-        std::string block = night.head + k_crlf + night.colours;
-        if (block.size() >= 2 && block.compare(block.size() - 2, 2, k_crlf) == 0) block.resize(block.size() - 2);
-        s.pt_col[r] += k_crlf;
-        s.pt_col[r] += block;
-        txt += k_crlf;
-        txt += block;
+        const size_t block = col.size();
+        col += k_crlf;
+        col += night.head;
+        col += k_crlf;
+        col += night.colours;
+        col.resize(col.size() - 2);  // the head's or the last colour's line end
+        txt.append(col, block);
         if (s.opt.show_offsets && night.pixel_bytes > 0)
             txt += std::string(k_crlf) + ";size:" + std::to_string(night.pixel_bytes);
         s.pt_nncol[r] = static_cast<int16_t>(night.lines);
@@ -288,8 +323,17 @@ void poi_bmp(Store& s, int64_t pos, int32_t n, int flag, int64_t indexpos, int32
 
     const bool custom = holds(font.lines, "customcolor:");
     s.pt_cc[r] = custom ? font.colours : "0";
-    s.pt_lab[r] = std::string(1, static_cast<char>(has_night ? 1 : 0)) + static_cast<char>(digit) +
-                  dimensions_text(s.pt_xpm[r]) + k_crlf + digits + "#" + labels.label;
+    std::string& lab = s.pt_lab[r];
+    lab.clear();
+    lab.reserve(32 + digits.size() + labels.label.size());
+    lab += static_cast<char>(has_night ? 1 : 0);
+    lab += static_cast<char>(digit);
+    append_dimensions(lab, w, h, day.lines, day.cpp);
+    lab += k_crlf;
+    lab += digits;
+    lab += '#';
+    lab += labels.label;
+    s.pt_xpm[r] = std::move(day.head);
 }
 
 }  // namespace korvex::typ

@@ -233,7 +233,7 @@ std::string encode_point_record(Store& s, int32_t n) {
     Tables tables = split_tables(col);
     if (!tables.has_night) {
         // The night block may stand in the text only.
-        const size_t at = find_nocase(s.pt_txt[r], "nightxpm");
+        const size_t at = find_word(s.pt_txt[r], "nightxpm");
         if (at != std::string::npos) {
             const size_t line_start = s.pt_txt[r].rfind('\n', at);
             const Tables t = split_tables(std::string_view(s.pt_txt[r]).substr(line_start == std::string::npos ? 0 : line_start + 1));
