@@ -72,6 +72,20 @@ std::string fnkl(std::string_view xpmline);
 // Value of hex digits; stops at the first non-digit.
 int64_t hex_value(std::string_view digits);
 
+// Calls f with each line of text that is not empty, without its CR LF.
+template <class F>
+void for_each_line(std::string_view text, F&& f) {
+    size_t at = 0;
+    while (at <= text.size()) {
+        size_t end = text.find('\n', at);
+        if (end == std::string_view::npos) end = text.size();
+        std::string_view line = text.substr(at, end - at);
+        if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
+        if (!line.empty()) f(line);
+        at = end + 1;
+    }
+}
+
 // Upper-case/lower-case copies.
 std::string lower(std::string_view s);
 std::string upper(std::string_view s);

@@ -50,30 +50,22 @@ constexpr int32_t k_wide_index_count = 300;
 constexpr int k_active_recsize = 4;
 
 const char* const k_crlf = "\r\n";
-const std::string k_row_of_ones(32, '1');
-const std::string k_row_of_zeros(32, '0');
+constexpr std::string_view k_row_of_ones = "11111111111111111111111111111111";
+constexpr std::string_view k_row_of_zeros = "00000000000000000000000000000000";
 
+// "#RRGGBB" of the three bytes blue, green, red at pos.
 std::string colour_at(Store& s, int64_t pos) {
+    static const char* const k_hex = "0123456789ABCDEF";
     const int b = curf_byte(s, pos), g = curf_byte(s, pos + 1), r = curf_byte(s, pos + 2);
-    return "#" + hex2(hex(r)) + hex2(hex(g)) + hex2(hex(b));
+    return {'#', k_hex[r >> 4], k_hex[r & 15], k_hex[g >> 4], k_hex[g & 15], k_hex[b >> 4], k_hex[b & 15]};
 }
 
-std::string palette_line(int digit, const std::string& value) {
-    return "\"" + std::to_string(digit) + " c " + value + "\"";
-}
-
-std::vector<std::string> split_lines(const std::string& text) {
-    std::vector<std::string> out;
-    size_t at = 0;
-    while (at <= text.size()) {
-        size_t end = text.find('\n', at);
-        if (end == std::string::npos) end = text.size();
-        std::string line = text.substr(at, end - at);
-        if (!line.empty() && line.back() == '\r') line.pop_back();
-        if (!line.empty()) out.push_back(line);
-        at = end + 1;
-    }
-    return out;
+void append_palette_line(std::string& out, int digit, const std::string& value) {
+    out += '"';
+    out += static_cast<char>('0' + digit);
+    out += " c ";
+    out += value;
+    out += '"';
 }
 
 bool known_scheme(int scheme) { return scheme != 2 && scheme != 4; }
@@ -135,6 +127,20 @@ std::string activity_line(const Store& s, int32_t n) {
     return "Activity=" + name + k_crlf;
 }
 
+// Lower-case hex digits of a line code, at least five.
+void append_code_digits(std::string& out, int32_t code) {
+    static const char* const k_hex = "0123456789abcdef";
+    char buf[16];
+    int n = 0;
+    auto v = static_cast<uint64_t>(static_cast<int64_t>(code));
+    do {
+        buf[n++] = k_hex[v & 15];
+        v >>= 4;
+    } while (v);
+    for (int k = n; k < 5; ++k) out += '0';
+    while (n) out += buf[--n];
+}
+
 struct LineDecode {
     std::string keys;       // text between the head and the Xpm line
     int scheme = 0;
@@ -160,18 +166,19 @@ void finish_line(Store& s, int64_t pos, int32_t n, int flag2, int32_t off, int32
         DecodedFont font = chk_fontcc(s, pos + off, true, true, model::k_lines, type);
         d.keys += font.lines;
         off += font.consumed;
-        if (lower(font.lines).find("daycustomcolor") != std::string::npos) s.ln_dayc[r] = font.colours.substr(0, 6);
+        if (contains_caseless(font.lines, "daycustomcolor")) s.ln_dayc[r] = font.colours.substr(0, 6);
     }
 
     if (model::chkl(s, 5) != '1') d.scheme = drop_night(d.scheme, d.rows > 0, d.pal);
 
     std::string colours;
+    colours.reserve(64);
     int ncol = 0;
     for (int k = 0; k < 4; ++k) {
         const std::string& v = d.pal[static_cast<size_t>(k)];
         if (v.empty()) continue;
         if (ncol) colours += k_crlf;
-        colours += palette_line(k, v);
+        append_palette_line(colours, k, v);
         ++ncol;
     }
     if (d.rows > 0) {
@@ -179,33 +186,47 @@ void finish_line(Store& s, int64_t pos, int32_t n, int flag2, int32_t off, int32
     } else {
         s.ln_xpm[r] = "Xpm=\"0 0 " + std::to_string(ncol) + " 0\"";
         // The browser draws a solid line from rows: border, line, border.
-        std::vector<std::string> rows;
-        for (int k = 0; k < d.border; ++k) rows.push_back(k_row_of_ones);
-        for (int k = 0; k < d.width; ++k) rows.push_back(k_row_of_zeros);
-        for (int k = 0; k < d.border; ++k) rows.push_back(k_row_of_ones);
-        std::string text;
-        for (size_t k = 0; k < rows.size(); ++k) text += (k ? k_crlf : "") + rows[k];
-        s.ln_bmp[r] = text;
+        std::string& text = s.ln_bmp[r];
+        text.clear();
+        const int rows = 2 * d.border + d.width;
+        text.reserve(static_cast<size_t>(rows) * (k_row_of_ones.size() + 2));
+        for (int k = 0; k < rows; ++k) {
+            if (k) text += k_crlf;
+            text += (k < d.border || k >= d.border + d.width) ? k_row_of_ones : k_row_of_zeros;
+        }
     }
     s.ln_mode[r] = static_cast<uint8_t>(d.rows * 8 + d.scheme);
     s.ln_col[r] = colours;
     s.ln_ncol[r] = static_cast<int16_t>(ncol);
     s.ln_wid[r] = static_cast<int16_t>(d.width);
     s.ln_bord[r] = static_cast<int16_t>(d.border);
-    s.ln_lab[r] = "0x" + [&] {
-        std::string digits = lower(hex(s.ln_code[r]));
-        while (digits.size() < 5) digits.insert(digits.begin(), '0');
-        return digits;
-    }() + "#" + label;
-    s.ln_txt[r] = d.keys + s.ln_xpm[r] + k_crlf + colours + k_crlf;
+    std::string& lab = s.ln_lab[r];
+    lab.assign("0x");
+    append_code_digits(lab, s.ln_code[r]);
+    lab += '#';
+    lab += label;
+    std::string& txt = s.ln_txt[r];
+    txt.clear();
+    txt.reserve(d.keys.size() + s.ln_xpm[r].size() + colours.size() + 4);
+    txt += d.keys;
+    txt += s.ln_xpm[r];
+    txt += k_crlf;
+    txt += colours;
+    txt += k_crlf;
     s.ln_len[r] = off;
 }
 
 int32_t index_code_of(const Store& s, int32_t n) { return row_code(s, model::k_lines, n); }
 
-std::string head_lines(const Store& s, int32_t n, int flag) {
-    const std::string type = line_type_text(index_code_of(s, n));
-    std::string out = std::string("[_line] ") + k_crlf + activity_line(s, n) + "Type=" + type + k_crlf;
+std::string head_lines(const Store& s, int32_t n, int flag, const std::string& type) {
+    std::string out;
+    out.reserve(256);
+    out += "[_line] ";
+    out += k_crlf;
+    out += activity_line(s, n);
+    out += "Type=";
+    out += type;
+    out += k_crlf;
     out += garmin_comment(s, type, model::k_lines);
     if (s.opt.show_offsets) out += ";typ=" + std::to_string(flag) + k_crlf;
     return out;
@@ -231,8 +252,8 @@ std::string line_type_text(int32_t code) {
 
 void line_no_bmp(Store& s, int64_t pos, int32_t n, int flag, int32_t size) {
     LineDecode d;
-    d.keys = head_lines(s, n, flag);
     const std::string type = line_type_text(index_code_of(s, n));
+    d.keys = head_lines(s, n, flag, type);
     const int flag2 = curf_byte(s, pos + 1);
     d.scheme = flag & 7;
     d.rows = 0;
@@ -250,7 +271,12 @@ void line_no_bmp(Store& s, int64_t pos, int32_t n, int flag, int32_t size) {
         const double half = (total - d.width) / 2.0;
         d.border = std::max(0, static_cast<int>(std::nearbyint(half)));
     }
-    d.keys += "LineWidth=" + std::to_string(d.width) + k_crlf + "BorderWidth=" + std::to_string(d.border) + k_crlf;
+    d.keys += "LineWidth=";
+    d.keys += std::to_string(d.width);
+    d.keys += k_crlf;
+    d.keys += "BorderWidth=";
+    d.keys += std::to_string(d.border);
+    d.keys += k_crlf;
     d.keys += orientation_line(flag2);
     finish_line(s, pos, n, flag2, off, size, d, type);
 }
@@ -258,8 +284,8 @@ void line_no_bmp(Store& s, int64_t pos, int32_t n, int flag, int32_t size) {
 void line_bmp(Store& s, int64_t pos, int32_t n, int flag, int32_t size) {
     const auto r = static_cast<size_t>(n);
     LineDecode d;
-    d.keys = head_lines(s, n, flag);
     const std::string type = line_type_text(index_code_of(s, n));
+    d.keys = head_lines(s, n, flag, type);
     const int flag2 = curf_byte(s, pos + 1);
     d.scheme = flag & 7;
     d.rows = flag >> 3;
@@ -268,32 +294,35 @@ void line_bmp(Store& s, int64_t pos, int32_t n, int flag, int32_t size) {
     d.pal = palette_of(d.scheme, true, read_colours(s, pos, count));
 
     int32_t off = 2 + count * k_colour_bytes;
-    std::string rows;
+    std::string& rows = s.ln_bmp[r];
+    rows.clear();
+    rows.reserve(static_cast<size_t>(d.rows) * 34);
     for (int row = 0; row < d.rows; ++row) {
         if (row) rows += k_crlf;
-        for (int b = 0; b < k_row_bytes; ++b) rows += Dec2Binary(255 - curf_byte(s, pos + off + b));
+        for (int b = 0; b < k_row_bytes; ++b) rows += binary8(255 - curf_byte(s, pos + off + b));
         off += k_row_bytes;
     }
-    s.ln_bmp[r] = rows;
     d.keys += orientation_line(flag2);
     finish_line(s, pos, n, flag2, off, size, d, type);
 }
 
 std::string encode_line_record(Store& s, int32_t n) {
     const auto r = static_cast<size_t>(n);
-    const std::vector<std::string> lines = split_lines(s.ln_col[r]);
     std::array<std::string, 4> c;
-    for (size_t k = 0; k < 4; ++k) c[k] = k < lines.size() ? fnkl(lines[k]) : fnkl("");
+    size_t ncol = 0;
+    for_each_line(s.ln_col[r], [&](std::string_view line) {
+        if (ncol < 4) c[ncol++] = fnkl(line);
+    });
+    for (size_t k = ncol; k < 4; ++k) c[k] = fnkl("");
 
     int flag2 = 0;
     int width = -1, border = 0;
-    for (const std::string& line : split_lines(s.ln_txt[r])) {
-        const std::string l = lower(line);
-        if (l.rfind(";", 0) == 0) continue;
-        if (l.find("orientation=n") != std::string::npos) flag2 |= k_flag2_fixed_orientation;
-        if (l.find("lwidth(=") != std::string::npos || l.find("linewidth=") != std::string::npos) width = s.ln_wid[r];
-        if (l.find("borderwidth=") != std::string::npos) border = s.ln_bord[r];
-    }
+    for_each_line(s.ln_txt[r], [&](std::string_view l) {
+        if (l[0] == ';') return;
+        if (contains_caseless(l, "orientation=n")) flag2 |= k_flag2_fixed_orientation;
+        if (contains_caseless(l, "lwidth(=") || contains_caseless(l, "linewidth=")) width = s.ln_wid[r];
+        if (contains_caseless(l, "borderwidth=")) border = s.ln_bord[r];
+    });
     const EncodedLabels labels = encode_labels(s, s.ln_txt[r], model::k_lines);
     if (labels.has_block()) flag2 |= k_flag2_labels;
     if (labels.has_font()) flag2 |= k_flag2_font;
@@ -373,8 +402,7 @@ int64_t save_polylines(Store& s, int64_t offset) {
         for (int32_t n : rows) {
             const std::string rec = encode_line_record(s, n);
             starts.push_back(running);
-            for (size_t k = 0; k < rec.size(); ++k)
-                head(s, offset + running + static_cast<int64_t>(k), static_cast<unsigned char>(rec[k]));
+            put_block(s, offset + running, rec);
             running += static_cast<int64_t>(rec.size());
         }
         return starts;
