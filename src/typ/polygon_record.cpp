@@ -19,6 +19,7 @@
 // palette digit (day 0/1, night 2/3 share the one bitmap).
 #include "typ/polygon_record.h"
 
+#include <algorithm>
 #include <array>
 #include <vector>
 
@@ -46,9 +47,11 @@ constexpr int32_t k_wide_index_count = 300;
 
 const char* const k_crlf = "\r\n";
 
+// "#RRGGBB" of the three bytes blue, green, red at pos.
 std::string colour_at(Store& s, int64_t pos) {
+    static const char* const k_hex = "0123456789ABCDEF";
     const int b = curf_byte(s, pos), g = curf_byte(s, pos + 1), r = curf_byte(s, pos + 2);
-    return "#" + hex2(hex(r)) + hex2(hex(g)) + hex2(hex(b));
+    return {'#', k_hex[r >> 4], k_hex[r & 15], k_hex[g >> 4], k_hex[g & 15], k_hex[b >> 4], k_hex[b & 15]};
 }
 
 std::string palette_line(int digit, const std::string& value) {
@@ -60,20 +63,6 @@ std::string join_lines(const std::vector<std::string>& lines) {
     for (size_t k = 0; k < lines.size(); ++k) {
         if (k) out += k_crlf;
         out += lines[k];
-    }
-    return out;
-}
-
-std::vector<std::string> split_lines(const std::string& text) {
-    std::vector<std::string> out;
-    size_t at = 0;
-    while (at <= text.size()) {
-        size_t end = text.find('\n', at);
-        if (end == std::string::npos) end = text.size();
-        std::string line = text.substr(at, end - at);
-        if (!line.empty() && line.back() == '\r') line.pop_back();
-        if (!line.empty()) out.push_back(line);
-        at = end + 1;
     }
     return out;
 }
@@ -104,9 +93,9 @@ std::string read_labels_and_font(Store& s, int64_t pos, int32_t n, int flag, int
         DecodedFont f = chk_fontcc(s, pos + off, true, true, model::k_polygons, s.pg_typ[r]);
         keys += f.lines;
         off += f.consumed;
-        if (lower(f.lines).find("daycustomcolor") != std::string::npos) dayc = f.colours.substr(0, 6);
+        if (contains_caseless(f.lines, "daycustomcolor")) dayc = f.colours.substr(0, 6);
     }
-    if (lower(keys).find("extendedlabels") == std::string::npos) keys += std::string("ExtendedLabels=N") + k_crlf;
+    if (!contains_caseless(keys, "extendedlabels")) keys += std::string("ExtendedLabels=N") + k_crlf;
     return keys;
 }
 
@@ -120,25 +109,43 @@ void store_polygon(Store& s, int32_t n, int scheme, const std::string& head_and_
     s.pg_ncol[r] = static_cast<int16_t>(palette.size());
     s.pg_xpm[r] = xpm;
     s.pg_dayc[r] = dayc.empty() ? "0" : dayc;
-    s.pg_txt[r] = head_and_keys + xpm + k_crlf + s.pg_col[r] + k_crlf;
+    std::string& txt = s.pg_txt[r];
+    txt.clear();
+    txt.reserve(head_and_keys.size() + xpm.size() + s.pg_col[r].size() + 4);
+    txt += head_and_keys;
+    txt += xpm;
+    txt += k_crlf;
+    txt += s.pg_col[r];
+    txt += k_crlf;
     const bool night = palette.size() == 4 || scheme == 7;
     const bool transparent = s.pg_col[r].find("none") != std::string::npos;
-    s.pg_lab[r] = std::string(1, static_cast<char>(night ? 1 : 0)) +
-                  std::string(1, static_cast<char>(transparent ? 1 : 0)) + "#" + label;
+    std::string& lab = s.pg_lab[r];
+    lab.clear();
+    lab += static_cast<char>(night ? 1 : 0);
+    lab += static_cast<char>(transparent ? 1 : 0);
+    lab += '#';
+    lab += label;
     if (night) ++s.pg_nnight;
 }
 
 std::string head_lines(const Store& s, int32_t n) {
-    return std::string("[_polygon]") + k_crlf + "Type=" + s.pg_typ[static_cast<size_t>(n)] + k_crlf;
+    std::string out;
+    out.reserve(256);
+    out += "[_polygon]";
+    out += k_crlf;
+    out += "Type=";
+    out += s.pg_typ[static_cast<size_t>(n)];
+    out += k_crlf;
+    return out;
 }
 
-std::string bitmap_text(Store& s, int64_t pos) {
-    std::string out;
+void bitmap_text(Store& s, int64_t pos, std::string& out) {
+    out.clear();
+    out.reserve(k_bitmap_side * (k_bitmap_side + 2));
     for (int row = 0; row < k_bitmap_side; ++row) {
         if (row) out += k_crlf;
-        for (int b = 0; b < 4; ++b) out += Dec2Binary(curf_byte(s, pos + row * 4 + b));
+        for (int b = 0; b < 4; ++b) out += binary8(curf_byte(s, pos + row * 4 + b));
     }
-    return out;
 }
 
 }  // namespace
@@ -202,7 +209,7 @@ void polygon_bmp(Store& s, int64_t pos, int64_t dblk, int32_t n, int flag) {
     if (scheme == 6 || scheme == 7) {
         s.pg_bmp[r].clear();
     } else {
-        s.pg_bmp[r] = bitmap_text(s, pos + off);
+        bitmap_text(s, pos + off, s.pg_bmp[r]);
         off += k_bitmap_bytes;
     }
 
@@ -223,16 +230,18 @@ void polygon_bmp(Store& s, int64_t pos, int64_t dblk, int32_t n, int flag) {
 std::string compressbmp(Store& s, const std::string& text, int groupsize, const std::string& type) {
     std::string out;
     if (groupsize <= 0) return out;
-    for (const std::string& line : split_lines(text)) {
-        for (size_t at = 0; at < line.size(); at += static_cast<size_t>(groupsize)) {
-            const std::string group = line.substr(at, static_cast<size_t>(groupsize));
-            if (group.size() < static_cast<size_t>(groupsize)) model::note_once(s, type + " compress error ");
+    const auto group = static_cast<size_t>(groupsize);
+    out.reserve(text.size() / group + 1);
+    for_each_line(text, [&](std::string_view line) {
+        for (size_t at = 0; at < line.size(); at += group) {
+            const size_t n = std::min(group, line.size() - at);
+            if (n < group) model::note_once(s, type + " compress error ");
             int value = 0;
-            for (size_t k = 0; k < group.size() && k < 8; ++k)
-                if (group[k] == '1') value |= 1 << k;
+            for (size_t k = 0; k < n && k < 8; ++k)
+                if (line[at + k] == '1') value |= 1 << k;
             out += static_cast<char>(value);
         }
-    }
+    });
     return out;
 }
 
@@ -240,18 +249,23 @@ std::string encode_polygon_record(Store& s, int32_t n) {
     const auto r = static_cast<size_t>(n);
     const int scheme = s.pg_mode[r] & 15;
 
-    const std::vector<std::string> lines = split_lines(s.pg_col[r]);
     std::array<std::string, 4> c;
-    for (size_t k = 0; k < 4; ++k) c[k] = k < lines.size() ? fnkl(lines[k]) : fnkl("");
+    size_t ncol = 0;
+    for_each_line(s.pg_col[r], [&](std::string_view line) {
+        if (ncol < 4) c[ncol++] = fnkl(line);
+    });
+    for (size_t k = ncol; k < 4; ++k) c[k] = fnkl("");
     // A scheme 8 polygon may lack its background line.
-    const std::string c0_or_zero = lines.empty() ? std::string(3, '\0') : c[0];
+    const std::string c0_or_zero = ncol == 0 ? std::string(3, '\0') : c[0];
 
     const EncodedLabels labels = encode_labels(s, s.pg_txt[r], model::k_polygons);
     int flag = scheme;
     if (labels.has_block()) flag |= k_flag_labels;
     if (labels.has_font()) flag |= k_flag_font;
 
-    std::string out(1, static_cast<char>(flag));
+    std::string out;
+    out.reserve(1 + 4 * k_colour_bytes + k_bitmap_bytes + labels.block.size() + labels.font.size());
+    out += static_cast<char>(flag);
     switch (scheme) {
         case 6: out += c[0]; break;
         case 7: out += c[0] + c[1]; break;
@@ -297,8 +311,7 @@ int64_t save_polygons(Store& s, int64_t offset) {
     for (int32_t n : order) {
         const std::string rec = encode_polygon_record(s, n);
         starts.push_back(running);
-        for (size_t k = 0; k < rec.size(); ++k)
-            head(s, offset + running + static_cast<int64_t>(k), static_cast<unsigned char>(rec[k]));
+        put_block(s, offset + running, rec);
         running += static_cast<int64_t>(rec.size());
     }
 
