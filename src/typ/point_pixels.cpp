@@ -11,7 +11,6 @@ namespace korvex::typ {
 
 namespace {
 
-constexpr int k_symbol_base = 36;  // "$", the symbol of colour 0
 constexpr int k_bits_per_entry32 = 28;
 
 const char* const k_hex_digits = "0123456789ABCDEF";

@@ -20,6 +20,8 @@ constexpr int k_mode_opaque = 0;
 constexpr int k_mode_transparent = 16;
 constexpr int k_mode_alpha = 32;
 
+constexpr int k_symbol_base = 36;  // "$", the symbol of colour 0
+
 // Bits per pixel for n colours in a colour mode.
 int point_bpp(int n, int mode);
 

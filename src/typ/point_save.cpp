@@ -41,29 +41,28 @@ XpmHead parse_head(std::string_view line) {
         for (; k < line.size() && line[k] >= '0' && line[k] <= '9'; ++k) v = std::min(v * 10 + (line[k] - '0'), 1 << 20);
         *fields[f] = v;
     }
-    const std::string low = lower(line);
-    const size_t cm = low.find("colormode=");
-    if (cm != std::string::npos) {
+    const size_t cm = find_word(line, "colormode=");
+    if (cm != std::string_view::npos) {
         int v = 0;
-        for (size_t i = cm + 10; i < low.size() && low[i] >= '0' && low[i] <= '9'; ++i) v = std::min(v * 10 + (low[i] - '0'), 255);
+        for (size_t i = cm + 10; i < line.size() && line[i] >= '0' && line[i] <= '9'; ++i) v = std::min(v * 10 + (line[i] - '0'), 255);
         head.colormode = v;
     }
     return head;
 }
 
-// Lines of a text without their line ends.
-std::vector<std::string_view> text_lines(std::string_view text) {
-    std::vector<std::string_view> out;
+// Calls f(line, start) for every line of a text, the line without its line
+// end, start its position in the text.
+template <class F>
+void for_each_line(std::string_view text, F&& f) {
     size_t pos = 0;
     while (pos < text.size()) {
         size_t end = text.find('\n', pos);
         if (end == std::string_view::npos) end = text.size();
         std::string_view line = text.substr(pos, end - pos);
         if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
-        out.push_back(line);
+        f(line, pos);
         pos = end + 1;
     }
-    return out;
 }
 
 bool is_colour_line(std::string_view line) {
@@ -82,28 +81,112 @@ struct Tables {
 
 Tables split_tables(std::string_view col) {
     Tables t;
-    for (std::string_view line : text_lines(col)) {
-        if (!t.has_night && holds(line, "nightxpm")) {
+    // The first line that names the night picture is its head; one search
+    // over the column instead of one a line.
+    const size_t night_at = find_word(col, "nightxpm");
+    for_each_line(col, [&](std::string_view line, size_t start) {
+        if (!t.has_night && night_at < start + line.size()) {
             t.has_night = true;
             t.night_head = line;
-            continue;
+            return;
         }
-        if (!is_colour_line(line)) continue;
-        (t.has_night ? t.night : t.day).push_back(line);
-    }
+        if (is_colour_line(line)) (t.has_night ? t.night : t.day).push_back(line);
+    });
     return t;
 }
 
-bool holds_alpha(std::string_view line) { return holds(line, "alpha"); }
-bool holds_none(std::string_view line) { return holds(line, "none"); }
+// The words of a colour line that decide its table's colour mode.
+struct LineMarks {
+    bool alpha = false;   // "alpha"
+    bool none = false;    // "none"
+    bool colour = false;  // "c #"
+};
+
+// One pass over the line, in any case.
+LineMarks line_marks(std::string_view line) {
+    LineMarks m;
+    auto at = [line](size_t i, std::string_view word) {
+        if (line.size() - i < word.size()) return false;
+        for (size_t k = 0; k < word.size(); ++k) {
+            char c = line[i + k];
+            if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+            if (c != word[k]) return false;
+        }
+        return true;
+    };
+    for (size_t i = 0; i < line.size(); ++i) {
+        switch (line[i]) {
+            case 'a': case 'A': m.alpha = m.alpha || at(i, "alpha"); break;
+            case 'n': case 'N': m.none = m.none || at(i, "none"); break;
+            case 'c': case 'C': m.colour = m.colour || at(i, "c #"); break;
+            default: break;
+        }
+    }
+    return m;
+}
 
 // The key lines of an element's text: its colour lines are no labels.
 std::string key_lines(std::string_view text) {
     std::string out;
-    for (std::string_view line : text_lines(text)) {
-        if (is_colour_line(line)) continue;
+    for_each_line(text, [&out](std::string_view line, size_t) {
+        if (is_colour_line(line)) return;
         out.append(line);
         out += k_crlf;
+    });
+    return out;
+}
+
+// Canonical symbol rows packed straight into byte-aligned pixel rows: the
+// values pixel_values reads, stored as compressibmp stores them. remap turns
+// a table index into the stored value (nullptr: stored as it is); colours is
+// the size of the table. An unknown symbol is reported and stored as 0.
+std::string pack_rows(Store& s, std::string_view rows, int w, int h, int cpp, const int* remap, int colours, int bpp,
+                      const std::string& type) {
+    w = std::max(w, 0);
+    h = std::max(h, 0);
+    const size_t row_bytes = (static_cast<size_t>(w) * static_cast<size_t>(bpp) + 7) / 8;
+    std::string out(row_bytes * static_cast<size_t>(h), '\0');
+    const unsigned mask = (1u << bpp) - 1;
+    bool bad = false;
+    BadPixel first_bad;
+    size_t pos = 0;
+    for (int y = 0; y < h && pos < rows.size(); ++y) {
+        size_t end = pos;
+        while (end < rows.size() && rows[end] != '\r' && rows[end] != '\n') ++end;
+        const auto* row = reinterpret_cast<const uint8_t*>(rows.data() + pos);
+        auto* dst = reinterpret_cast<uint8_t*>(out.data() + row_bytes * static_cast<size_t>(y));
+        const int present = std::min<int>(w, static_cast<int>((end - pos) / static_cast<size_t>(cpp)));
+        for (int x = 0; x < present; ++x) {
+            int v;
+            if (cpp == 2) {
+                const int hi = row[2 * x] - k_symbol_base;
+                const int lo = row[2 * x + 1] - k_symbol_base;
+                v = lo < 0 || lo > 15 || hi < 0 ? -1 : hi * 16 + lo;
+            } else {
+                v = row[x] - k_symbol_base;
+            }
+            if (v < 0 || v >= colours) {
+                if (!bad) first_bad = {y + 1, x + 1, v};
+                bad = true;
+                v = 0;
+            }
+            const auto stored = static_cast<uint8_t>(colours == 0 ? 0 : remap ? remap[v] : v);
+            if (bpp == 8) {
+                dst[x] = stored;
+            } else {
+                const int bit = x * bpp;
+                dst[bit >> 3] = static_cast<uint8_t>(dst[bit >> 3] | ((stored & mask) << (bit & 7)));
+            }
+        }
+        // A line break is CR LF or a lone LF.
+        pos = end;
+        if (pos < rows.size() && rows[pos] == '\r') ++pos;
+        if (pos < rows.size() && rows[pos] == '\n') ++pos;
+    }
+    if (bad) {
+        model::note_once(s, "compressbmp " + std::to_string(first_bad.row) + " x" + std::to_string(first_bad.col) +
+                                " val:" + std::to_string(first_bad.value) + " " + type);
+        model::note_once(s, " Unknown colour in Point bmp.");
     }
     return out;
 }
@@ -131,21 +214,13 @@ bool alphabmp(const std::vector<uint32_t>& entries, int& transparent) {
 
 std::string compresspoibmp(Store& s, std::string_view rows, int w, int h, const std::vector<int>& remap, int count,
                            int mode, const std::string& type) {
-    std::vector<BadPixel> bad;
-    const int cpp = symbol_width(static_cast<int>(remap.size()));
-    const std::vector<uint8_t> values = pixel_values(rows, w, h, cpp, remap, &bad);
-    if (!bad.empty()) {
-        model::note_once(s, "compressbmp " + std::to_string(bad.front().row) + " x" + std::to_string(bad.front().col) +
-                                " val:" + std::to_string(bad.front().value) + " " + type);
-        model::note_once(s, " Unknown colour in Point bmp.");
-    }
-    return compressibmp(values, w, h, point_bpp(count, mode));
+    const int colours = static_cast<int>(remap.size());
+    return pack_rows(s, rows, w, h, symbol_width(colours), remap.data(), colours, point_bpp(count, mode), type);
 }
 
 std::string compresspoibmp0(Store& s, std::string_view rows, int w, int h, int count, int mode, const std::string& type) {
-    std::vector<int> identity(static_cast<size_t>(count));
-    for (int k = 0; k < count; ++k) identity[static_cast<size_t>(k)] = k;
-    return compresspoibmp(s, rows, w, h, identity, count, mode, type);
+    const int colours = std::max(0, count);
+    return pack_rows(s, rows, w, h, symbol_width(colours), nullptr, colours, point_bpp(count, mode), type);
 }
 
 namespace {
@@ -157,10 +232,13 @@ EncodedPicture encode_picture(Store& s, const std::vector<std::string_view>& lin
     const int table = static_cast<int>(lines.size());
     // Lines of a picture without palette have no symbol: "#RRGGBB".
     bool alpha = false, none = false, bare = table > 0;
+    std::vector<LineMarks> marks;
+    marks.reserve(lines.size());
     for (std::string_view l : lines) {
-        alpha = alpha || holds_alpha(l);
-        none = none || holds_none(l);
-        bare = bare && !holds(l, "c #") && !holds(l, "none");
+        const LineMarks m = marks.emplace_back(line_marks(l));
+        alpha = alpha || m.alpha;
+        none = none || m.none;
+        bare = bare && !m.colour && !m.none;
     }
     if (bare) {
         // A picture without palette: one colour for each pixel, no pixel data.
@@ -183,7 +261,7 @@ EncodedPicture encode_picture(Store& s, const std::vector<std::string_view>& lin
             transparent[static_cast<size_t>(t)] = true;
         }
     } else if (out.mode == k_mode_transparent) {
-        for (int k = 0; k < table; ++k) transparent[static_cast<size_t>(k)] = holds_none(lines[static_cast<size_t>(k)]);
+        for (int k = 0; k < table; ++k) transparent[static_cast<size_t>(k)] = marks[static_cast<size_t>(k)].none;
     }
 
     // Table index to stored value: mode 16 stores its transparent colour as n.
