@@ -152,6 +152,40 @@ size_t find_caseless(std::string_view text, std::string_view needle, size_t from
     return std::string_view::npos;
 }
 
+CaselessNeedles::CaselessNeedles(std::initializer_list<std::string_view> needles) {
+    for (std::string_view n : needles) {
+        if (count_ == 8 || n.empty()) break;
+        const auto c = static_cast<unsigned char>(n[0]);
+        starts_[c] |= static_cast<uint8_t>(1u << count_);
+        if (c >= 'a' && c <= 'z') starts_[c - ('a' - 'A')] |= static_cast<uint8_t>(1u << count_);
+        needles_[count_++] = n;
+    }
+}
+
+void CaselessNeedles::find_first(std::string_view text, size_t* at) const {
+    for (size_t k = 0; k < count_; ++k) at[k] = std::string_view::npos;
+    unsigned open = (1u << count_) - 1;  // needles not found yet
+    for (size_t p = 0; p < text.size() && open; ++p) {
+        unsigned m = starts_[static_cast<unsigned char>(text[p])] & open;
+        while (m) {
+            const int k = __builtin_ctz(m);
+            m &= m - 1;
+            const std::string_view n = needles_[k];
+            if (text.size() - p < n.size()) continue;
+            size_t j = 1;
+            for (; j < n.size(); ++j) {
+                char c = text[p + j];
+                if (c >= 'A' && c <= 'Z') c = static_cast<char>(c + ('a' - 'A'));
+                if (c != n[j]) break;
+            }
+            if (j == n.size()) {
+                at[k] = p;
+                open &= ~(1u << k);
+            }
+        }
+    }
+}
+
 std::string upper(std::string_view s) {
     std::string out(s);
     for (char& c : out)

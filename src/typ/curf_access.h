@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <initializer_list>
 #include <string>
 #include <string_view>
 
@@ -71,6 +72,20 @@ std::string fnkl(std::string_view xpmline);
 
 // Value of hex digits; stops at the first non-digit.
 int64_t hex_value(std::string_view digits);
+
+// Several needles (lower case, at most eight) looked for in one walk of a
+// text, ASCII case ignored: key lines are tested for many words at once.
+class CaselessNeedles {
+public:
+    CaselessNeedles(std::initializer_list<std::string_view> needles);
+    // First place of each needle in text, in the order given; npos if absent.
+    void find_first(std::string_view text, size_t* at) const;
+
+private:
+    std::string_view needles_[8];
+    size_t count_ = 0;
+    uint8_t starts_[256] = {};  // bit k: needle k may start with this byte
+};
 
 // Calls f with each line of text that is not empty, without its CR LF.
 template <class F>

@@ -423,7 +423,12 @@ EncodedLabels encode_labels(Store& s, const std::string& element_text, int /*cls
         if (first == std::string_view::npos || raw[first] == '"') return;
         const std::string_view line = trim_view(raw);
         if (line.empty() || line[0] == ';') return;
-        if (is_string_key(line)) {
+        static const CaselessNeedles k_keys{"string", "fontstyle", "customco"};
+        size_t at[3];
+        k_keys.find_first(line, at);
+        constexpr size_t none = std::string_view::npos;
+        const size_t eq = line.find('=');
+        if (at[0] != none && eq != none && at[0] < eq) {
             const size_t comma = line.find(',');
             if (comma == std::string_view::npos) return;
             const int lang = getlang_of(line) & 0xff;
@@ -448,7 +453,7 @@ EncodedLabels encode_labels(Store& s, const std::string& element_text, int /*cls
                 if (t.empty()) t = " ";
                 append_label_text(body, to_file_page(s, t, lang));
             }
-        } else if (contains_caseless(line, "fontstyle")) {
+        } else if (at[1] != none) {
             const std::string_view v = key_value(line);
             font_set = true;
             if (contains_caseless(v, "nolabel")) fontval = 1;
@@ -456,7 +461,7 @@ EncodedLabels encode_labels(Store& s, const std::string& element_text, int /*cls
             else if (contains_caseless(v, "normal")) fontval = 3;
             else if (contains_caseless(v, "large")) fontval = 4;
             else fontval = 0;
-        } else if (contains_caseless(line, "customco")) {
+        } else if (at[2] != none) {
             if (contains_caseless(line, "daycustomco")) {
                 has_day = true;
                 day = colour_bytes(key_value(line));

@@ -317,11 +317,15 @@ std::string encode_line_record(Store& s, int32_t n) {
 
     int flag2 = 0;
     int width = -1, border = 0;
+    static const CaselessNeedles k_keys{"orientation=n", "lwidth(=", "linewidth=", "borderwidth="};
     for_each_line(s.ln_txt[r], [&](std::string_view l) {
         if (l[0] == ';') return;
-        if (contains_caseless(l, "orientation=n")) flag2 |= k_flag2_fixed_orientation;
-        if (contains_caseless(l, "lwidth(=") || contains_caseless(l, "linewidth=")) width = s.ln_wid[r];
-        if (contains_caseless(l, "borderwidth=")) border = s.ln_bord[r];
+        size_t at[4];
+        k_keys.find_first(l, at);
+        constexpr size_t none = std::string_view::npos;
+        if (at[0] != none) flag2 |= k_flag2_fixed_orientation;
+        if (at[1] != none || at[2] != none) width = s.ln_wid[r];
+        if (at[3] != none) border = s.ln_bord[r];
     });
     const EncodedLabels labels = encode_labels(s, s.ln_txt[r], model::k_lines);
     if (labels.has_block()) flag2 |= k_flag2_labels;

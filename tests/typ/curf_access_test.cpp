@@ -66,3 +66,16 @@ TEST(CurfAccess, PaletteDigitsSkipQuotesAndBlanksAndPadInFront) {
     EXPECT_EQ(typ::fnkl("#1234567"), std::string("\x56\x34\x12", 3));
     EXPECT_EQ(typ::fnkl("#"), std::string(3, '\0'));
 }
+
+TEST(CurfAccess, CaselessNeedlesGiveEachFirstPlaceInOneWalk) {
+    const typ::CaselessNeedles keys{"string", "fontstyle", "st", "customco"};
+    size_t at[4];
+    keys.find_first("FontStyle=String", at);
+    EXPECT_EQ(at[0], 10u);
+    EXPECT_EQ(at[1], 0u);
+    EXPECT_EQ(at[2], 4u);  // "St" of "Style", the first of two
+    EXPECT_EQ(at[3], std::string_view::npos);
+    keys.find_first("strin", at);
+    EXPECT_EQ(at[0], std::string_view::npos);
+    EXPECT_EQ(at[2], 0u);
+}
