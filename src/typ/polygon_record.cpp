@@ -21,6 +21,8 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
+#include <cstring>
 #include <vector>
 
 #include "typ/curf_access.h"
@@ -65,6 +67,28 @@ std::string join_lines(const std::vector<std::string>& lines) {
         out += lines[k];
     }
     return out;
+}
+
+int pack_short(std::string_view digits) {
+    int value = 0;
+    for (size_t k = 0; k < digits.size() && k < 8; ++k)
+        if (digits[k] == '1') value |= 1 << k;
+    return value;
+}
+
+// Eight "0"/"1" characters to one byte, the first the lowest bit; any
+// character but "1" is a 0. Eight at once: pictures have thousands.
+int pack8(const char* digits) {
+    if constexpr (std::endian::native != std::endian::little) return pack_short({digits, 8});
+    uint64_t x;
+    std::memcpy(&x, digits, 8);
+    uint64_t y = ~(x ^ 0x3131313131313131ull);  // a byte of all ones where "1" stood
+    y &= y >> 4;
+    y &= y >> 2;
+    y &= y >> 1;
+    y &= 0x0101010101010101ull;
+    // Byte k to bit k (little-endian load: the first character is byte 0).
+    return static_cast<int>((y * 0x0102040810204080ull) >> 56);
 }
 
 // The comment lines ahead of the element data.
@@ -236,10 +260,7 @@ std::string compressbmp(Store& s, const std::string& text, int groupsize, const 
         for (size_t at = 0; at < line.size(); at += group) {
             const size_t n = std::min(group, line.size() - at);
             if (n < group) model::note_once(s, type + " compress error ");
-            int value = 0;
-            for (size_t k = 0; k < n && k < 8; ++k)
-                if (line[at + k] == '1') value |= 1 << k;
-            out += static_cast<char>(value);
+            out += static_cast<char>(n >= 8 ? pack8(line.data() + at) : pack_short(line.substr(at, n)));
         }
     });
     return out;

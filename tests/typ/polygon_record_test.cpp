@@ -190,6 +190,14 @@ TEST(PolygonRecord, CompressbmpPacksLowestBitFirstAndReportsShortGroupsOnce) {
     EXPECT_EQ(s.loadrep, "0x0300 compress error \r\n");
 }
 
+TEST(PolygonRecord, CompressbmpCountsOnlyTheDigitOneAsSet) {
+    model::Store s;
+    // "q" and 0xB1 share bits with "1"; wider groups read their first eight.
+    EXPECT_EQ(typ::compressbmp(s, "1q10 011\xb1" "1111111", 8, "0x0300"), bytes({0xc5, 0xfe}));
+    EXPECT_EQ(typ::compressbmp(s, "0000000110", 10, "0x0300"), bytes({0x80}));
+    EXPECT_EQ(s.loadrep, "");
+}
+
 // Two solid polygons in reverse type order.
 model::Store two_polygons() {
     model::Store s;
