@@ -1,6 +1,7 @@
 #include "typ/label_block.h"
 
 #include <cctype>
+#include <charconv>
 #include <cmath>
 #include <cstdio>
 #include <vector>
@@ -91,6 +92,16 @@ void append_label_text(std::string& out, std::string_view text) {
         else out += c;
     }
 }
+
+// Bytes that belong to a string: all but control bytes, and CR and LF
+// (which become "|").
+struct TextBytes {
+    bool is[256]{};
+    constexpr TextBytes() {
+        for (int b = 0; b < 256; ++b) is[b] = b >= 32 || b == 10 || b == 13;
+    }
+};
+constexpr TextBytes k_text_byte;
 
 int read_lang(Store& s, int64_t pos) {
     int lang = curf_byte(s, pos);
@@ -203,15 +214,19 @@ DecodedLabels decode_labels(Store& s, int64_t record, int32_t offset, int cls, i
         return lang;
     };
 
-    d.lines.reserve(static_cast<size_t>(L) + 24);
+    d.lines.reserve(static_cast<size_t>(L) + 48);
     auto emit = [&](std::string& str, int lang) {
         static const char* const k_hex = "0123456789ABCDEF";
         // Language digits: upper-case hex, at least two.
         std::string digits;
         if (lang > 0xff) digits = hex(lang);
         else digits = {k_hex[(lang >> 4) & 15], k_hex[lang & 15]};
-        std::string key = "String";
-        key += std::to_string(d.strings + 1);
+        char number[16];
+        const auto made = std::to_chars(number, number + sizeof number, d.strings + 1);
+        std::string key;
+        key.reserve(6 + static_cast<size_t>(made.ptr - number));
+        key += "String";
+        key.append(number, made.ptr);
         if (s.codepage < k_utf8) str = text::loadutf8(s, str, digits, key);
         size_t n = str.size();
         while (n > 0 && str[n - 1] == ' ') --n;
@@ -235,7 +250,7 @@ DecodedLabels decode_labels(Store& s, int64_t record, int32_t offset, int cls, i
         if (inside) {
             // The run of text bytes up to the next control byte, in one piece.
             int64_t end = at;
-            while (end <= last && (bytes[end] >= 32 || bytes[end] == 10 || bytes[end] == 13)) ++end;
+            while (end <= last && k_text_byte.is[bytes[end]]) ++end;
             if (end > at) {
                 const size_t from = str.size();
                 str.append(reinterpret_cast<const char*>(bytes + at), static_cast<size_t>(end - at));
