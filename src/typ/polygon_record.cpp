@@ -164,11 +164,12 @@ std::string head_lines(const Store& s, int32_t n) {
 }
 
 void bitmap_text(Store& s, int64_t pos, std::string& out) {
-    out.clear();
-    out.reserve(k_bitmap_side * (k_bitmap_side + 2));
-    for (int row = 0; row < k_bitmap_side; ++row) {
-        if (row) out += k_crlf;
-        for (int b = 0; b < 4; ++b) out += binary8(curf_byte(s, pos + row * 4 + b));
+    constexpr size_t line = k_bitmap_side + 2;
+    out.resize(k_bitmap_side * line - 2);
+    char* o = out.data();
+    for (int row = 0; row < k_bitmap_side; ++row, o += line) {
+        for (int b = 0; b < 4; ++b) std::memcpy(o + 8 * b, binary8(curf_byte(s, pos + row * 4 + b)).data(), 8);
+        if (row + 1 < k_bitmap_side) std::memcpy(o + k_bitmap_side, k_crlf, 2);
     }
 }
 
