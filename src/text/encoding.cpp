@@ -42,6 +42,20 @@ std::string encode_page(const std::u32string& text, int page) {
     return out;
 }
 
+// The value of the language digits; the label reader gives two hex digits,
+// anything else goes the long way.
+int lang_number(const std::string& digits) {
+    auto value = [](char c) {
+        if (c >= '0' && c <= '9') return c - '0';
+        if (c >= 'a' && c <= 'f') return c - 'a' + 10;
+        if (c >= 'A' && c <= 'F') return c - 'A' + 10;
+        return -1;
+    };
+    if (digits.size() == 2 && value(digits[0]) >= 0 && value(digits[1]) >= 0)
+        return value(digits[0]) * 16 + value(digits[1]);
+    return static_cast<int>(std::strtol(digits.c_str(), nullptr, 16));
+}
+
 }  // namespace
 
 int lang_cp(const Store& s, int id) {
@@ -121,7 +135,7 @@ std::string loadutf8(Store& s, const std::string& text, const std::string& lang,
         s.cvcp = page == 0 ? k_default_page : page;
         return wide_to_cp(s, platform::bytes_to_wide(text, 65001));
     }
-    if (lang_cp(s, static_cast<int>(std::strtol(lang.c_str(), nullptr, 16))) == k_default_page) {
+    if (lang_cp(s, lang_number(lang)) == k_default_page) {
         const bool has_lead = text.find(static_cast<char>(k_utf8_lead_latin)) != std::string::npos;
         // Many near-empty strings hint at a label block read wrongly; said
         // once, when the twelfth turns up.
