@@ -85,6 +85,18 @@ TEST(LoadUtf8, PortugueseAndPlainStringsAreNotSuspect) {
     EXPECT_EQ(s.walk.short_strings, 1);
 }
 
+TEST(LoadUtf8, OnlyLanguagesOfTheWesternPageAreCheckedForUtf8) {
+    Store s;
+    s.codepage = 1252;
+    // 0x1A and 0x11 are Baltic and Central European; "1a" in lower case too.
+    loadutf8(s, "R\xC3\xAB", "1a", "String1");
+    loadutf8(s, "R\xC3\xAB", "11", "String1");
+    loadutf8(s, "R\xC3\xAB", " 11", "String1");
+    EXPECT_FALSE(s.walk.wrongly_parsed);
+    loadutf8(s, "R\xC3\xAB", "2F", "String1");
+    EXPECT_TRUE(s.walk.wrongly_parsed);
+}
+
 TEST(LoadUtf8, TwelfthShortStringIsReportedOnce) {
     Store s;
     s.codepage = 1252;
