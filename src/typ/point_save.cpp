@@ -1,6 +1,7 @@
 // Encoding of point records and the point section of a file: data, index,
 // header fields.
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <string_view>
 #include <vector>
@@ -125,6 +126,85 @@ LineMarks line_marks(std::string_view line) {
     return m;
 }
 
+// A colour line as the decoder writes it, '"' symbol " c #RRGGBB" '"'
+// [" alpha=" digits], is read at a glance; the words and numbers come out
+// as the general readers (line_marks, fnkl, fnpoi32) would find them.
+struct ColourLine {
+    LineMarks marks;
+    bool plain = false;  // in that form; rgb and alpha are valid
+    uint32_t rgb = 0;    // 0xRRGGBB
+    int alpha = 0;       // alpha= value, 0 without
+};
+
+// Value of a hex digit, -1 for any other character.
+struct HexDigits {
+    std::array<int8_t, 256> value{};
+    constexpr HexDigits() {
+        for (int c = 0; c < 256; ++c)
+            value[static_cast<size_t>(c)] = static_cast<int8_t>(c >= '0' && c <= '9'   ? c - '0'
+                                                                : c >= 'A' && c <= 'F' ? c - 'A' + 10
+                                                                : c >= 'a' && c <= 'f' ? c - 'a' + 10
+                                                                                       : -1);
+    }
+};
+constexpr HexDigits k_hex_digits;
+
+int hex_digit(char c) { return k_hex_digits.value[static_cast<unsigned char>(c)]; }
+
+ColourLine read_colour_line(std::string_view line) {
+    ColourLine c;
+    constexpr std::string_view k_colour = " c #";
+    constexpr std::string_view k_alpha = " alpha=";
+    // The symbol is one or two characters; whatever they are, they cannot
+    // make up a word or a "#" behind the fixed " c #".
+    size_t at = std::string_view::npos;
+    if (line.size() >= 12 && line[0] == '"') at = line.substr(2, 4) == k_colour ? 6 : line.substr(3, 4) == k_colour ? 7 : at;
+    if (at != std::string_view::npos && line.size() >= at + 7 && line[at + 6] == '"') {
+        uint32_t rgb = 0;
+        bool digits = true;
+        for (size_t k = at; k < at + 6 && digits; ++k) {
+            const int d = hex_digit(line[k]);
+            digits = d >= 0;
+            rgb = rgb << 4 | static_cast<uint32_t>(d);
+        }
+        const std::string_view rest = line.substr(at + 7);
+        if (digits && rest.empty()) {
+            c.plain = true;
+            c.rgb = rgb;
+        } else if (digits && rest.size() > k_alpha.size() && rest.size() <= k_alpha.size() + 2 &&
+                   rest.substr(0, k_alpha.size()) == k_alpha) {
+            int alpha = 0;
+            bool number = true;
+            for (char d : rest.substr(k_alpha.size())) {
+                number = number && d >= '0' && d <= '9';
+                alpha = alpha * 10 + (d - '0');
+            }
+            if (number) {
+                c.plain = true;
+                c.rgb = rgb;
+                c.alpha = std::min(alpha, 15);
+                c.marks.alpha = true;
+            }
+        }
+    }
+    if (c.plain)
+        c.marks.colour = true;
+    else
+        c.marks = line_marks(line);
+    return c;
+}
+
+// The three palette bytes of a colour line: blue, green, red.
+void append_colour(std::string& out, std::string_view line, const ColourLine& c) {
+    if (!c.plain) {
+        out += fnkl(line);
+        return;
+    }
+    out += static_cast<char>(c.rgb & 0xff);
+    out += static_cast<char>((c.rgb >> 8) & 0xff);
+    out += static_cast<char>((c.rgb >> 16) & 0xff);
+}
+
 // The key lines of an element's text: its colour lines are no labels.
 std::string key_lines(std::string_view text) {
     std::string out;
@@ -134,6 +214,52 @@ std::string key_lines(std::string_view text) {
         out += k_crlf;
     });
     return out;
+}
+
+// Index of the symbol of pixel x in a row of Cpp characters a pixel; -1 for
+// a symbol that is none (line ends included).
+template <int Cpp>
+int symbol_index(const uint8_t* row, int x) {
+    if constexpr (Cpp == 2) {
+        const int hi = row[2 * x] - k_symbol_base;
+        const int lo = row[2 * x + 1] - k_symbol_base;
+        return lo < 0 || lo > 15 || hi < 0 ? -1 : hi * 16 + lo;
+    } else {
+        return row[x] - k_symbol_base;
+    }
+}
+
+bool is_line_end(uint8_t c) { return c == '\r' || c == '\n'; }
+
+// One row of symbols into dst: returns the characters it used, less than
+// `available` when a line end cut the row short. Pixels past it stay 0.
+template <int Cpp, bool WholeBytes>
+size_t pack_row(const uint8_t* row, size_t available, int w, int y, uint8_t* dst, const int* remap, int colours,
+                int bpp, bool& bad, BadPixel& first_bad) {
+    const unsigned mask = (1u << bpp) - 1;
+    const int present = static_cast<int>(std::min<size_t>(static_cast<size_t>(w), available / Cpp));
+    for (int x = 0; x < present; ++x) {
+        int v = symbol_index<Cpp>(row, x);
+        if (v < 0 || v >= colours) {
+            // Line ends are no symbols, so they only need looking for here.
+            for (int k = 0; k < Cpp; ++k)
+                if (is_line_end(row[Cpp * x + k])) return static_cast<size_t>(Cpp * x + k);
+            if (!bad) first_bad = {y + 1, x + 1, v};
+            bad = true;
+            v = 0;
+        }
+        const auto stored = static_cast<uint8_t>(colours == 0 ? 0 : remap ? remap[v] : v);
+        if constexpr (WholeBytes) {
+            dst[x] = stored;
+        } else {
+            const int bit = x * bpp;
+            dst[bit >> 3] = static_cast<uint8_t>(dst[bit >> 3] | ((stored & mask) << (bit & 7)));
+        }
+    }
+    // Whatever stands behind the pixels up to the line end is not read.
+    size_t used = static_cast<size_t>(present) * Cpp;
+    while (used < available && !is_line_end(row[used])) ++used;
+    return used;
 }
 
 // Canonical symbol rows packed straight into byte-aligned pixel rows: the
@@ -146,40 +272,17 @@ std::string pack_rows(Store& s, std::string_view rows, int w, int h, int cpp, co
     h = std::max(h, 0);
     const size_t row_bytes = (static_cast<size_t>(w) * static_cast<size_t>(bpp) + 7) / 8;
     std::string out(row_bytes * static_cast<size_t>(h), '\0');
-    const unsigned mask = (1u << bpp) - 1;
+    auto* const pixels = reinterpret_cast<uint8_t*>(out.data());
+    const auto* const text = reinterpret_cast<const uint8_t*>(rows.data());
+    const auto pack = cpp == 2 ? (bpp == 8 ? pack_row<2, true> : pack_row<2, false>)
+                               : (bpp == 8 ? pack_row<1, true> : pack_row<1, false>);
     bool bad = false;
     BadPixel first_bad;
     size_t pos = 0;
     for (int y = 0; y < h && pos < rows.size(); ++y) {
-        size_t end = pos;
-        while (end < rows.size() && rows[end] != '\r' && rows[end] != '\n') ++end;
-        const auto* row = reinterpret_cast<const uint8_t*>(rows.data() + pos);
-        auto* dst = reinterpret_cast<uint8_t*>(out.data() + row_bytes * static_cast<size_t>(y));
-        const int present = std::min<int>(w, static_cast<int>((end - pos) / static_cast<size_t>(cpp)));
-        for (int x = 0; x < present; ++x) {
-            int v;
-            if (cpp == 2) {
-                const int hi = row[2 * x] - k_symbol_base;
-                const int lo = row[2 * x + 1] - k_symbol_base;
-                v = lo < 0 || lo > 15 || hi < 0 ? -1 : hi * 16 + lo;
-            } else {
-                v = row[x] - k_symbol_base;
-            }
-            if (v < 0 || v >= colours) {
-                if (!bad) first_bad = {y + 1, x + 1, v};
-                bad = true;
-                v = 0;
-            }
-            const auto stored = static_cast<uint8_t>(colours == 0 ? 0 : remap ? remap[v] : v);
-            if (bpp == 8) {
-                dst[x] = stored;
-            } else {
-                const int bit = x * bpp;
-                dst[bit >> 3] = static_cast<uint8_t>(dst[bit >> 3] | ((stored & mask) << (bit & 7)));
-            }
-        }
+        pos += pack(text + pos, rows.size() - pos, w, y, pixels + row_bytes * static_cast<size_t>(y), remap, colours,
+                    bpp, bad, first_bad);
         // A line break is CR LF or a lone LF.
-        pos = end;
         if (pos < rows.size() && rows[pos] == '\r') ++pos;
         if (pos < rows.size() && rows[pos] == '\n') ++pos;
     }
@@ -232,10 +335,10 @@ EncodedPicture encode_picture(Store& s, const std::vector<std::string_view>& lin
     const int table = static_cast<int>(lines.size());
     // Lines of a picture without palette have no symbol: "#RRGGBB".
     bool alpha = false, none = false, bare = table > 0;
-    std::vector<LineMarks> marks;
-    marks.reserve(lines.size());
+    std::vector<ColourLine> read;
+    read.reserve(lines.size());
     for (std::string_view l : lines) {
-        const LineMarks m = marks.emplace_back(line_marks(l));
+        const LineMarks m = read.emplace_back(read_colour_line(l)).marks;
         alpha = alpha || m.alpha;
         none = none || m.none;
         bare = bare && !m.colour && !m.none;
@@ -243,7 +346,7 @@ EncodedPicture encode_picture(Store& s, const std::vector<std::string_view>& lin
     if (bare) {
         // A picture without palette: one colour for each pixel, no pixel data.
         out.mode = head.colormode > 0 ? head.colormode : k_mode_opaque;
-        for (std::string_view l : lines) out.palette += fnkl(l);
+        for (int k = 0; k < table; ++k) append_colour(out.palette, lines[static_cast<size_t>(k)], read[static_cast<size_t>(k)]);
         return out;
     }
     out.mode = alpha ? k_mode_alpha : none ? k_mode_transparent
@@ -252,7 +355,11 @@ EncodedPicture encode_picture(Store& s, const std::vector<std::string_view>& lin
     std::vector<bool> transparent(static_cast<size_t>(table), false);
     std::vector<uint32_t> entries32;
     if (out.mode == k_mode_alpha) {
-        for (std::string_view l : lines) entries32.push_back(fnpoi32(l));
+        entries32.reserve(lines.size());
+        for (int k = 0; k < table; ++k) {
+            const ColourLine& c = read[static_cast<size_t>(k)];
+            entries32.push_back(c.plain ? c.rgb | static_cast<uint32_t>(c.alpha) << 24 : fnpoi32(lines[static_cast<size_t>(k)]));
+        }
         // Only a head that does not insist on alpha lets opaque colours and
         // one fully transparent one become a mode 16 table.
         int t = -1;
@@ -261,7 +368,7 @@ EncodedPicture encode_picture(Store& s, const std::vector<std::string_view>& lin
             transparent[static_cast<size_t>(t)] = true;
         }
     } else if (out.mode == k_mode_transparent) {
-        for (int k = 0; k < table; ++k) transparent[static_cast<size_t>(k)] = marks[static_cast<size_t>(k)].none;
+        for (int k = 0; k < table; ++k) transparent[static_cast<size_t>(k)] = read[static_cast<size_t>(k)].marks.none;
     }
 
     // Table index to stored value: mode 16 stores its transparent colour as n.
@@ -286,7 +393,7 @@ EncodedPicture encode_picture(Store& s, const std::vector<std::string_view>& lin
         out.palette.reserve(3 * static_cast<size_t>(n));
         for (int k = 0, written = 0; k < table && written < n; ++k) {
             if (transparent[static_cast<size_t>(k)]) continue;
-            out.palette += fnkl(lines[static_cast<size_t>(k)]);
+            append_colour(out.palette, lines[static_cast<size_t>(k)], read[static_cast<size_t>(k)]);
             ++written;
         }
     }
@@ -332,7 +439,13 @@ std::string encode_point_record(Store& s, int32_t n) {
             night = encode_picture(s, tables.night, nhead, w, h, s.pt_nbmp[r], type);
         }
     }
-    const EncodedLabels labels = encode_labels(s, key_lines(s.pt_txt[r]), model::k_points);
+    // The label encoder passes over colour lines itself; only when strings
+    // are reordered must they be gone first, so that none takes a string's
+    // place.
+    const bool reorder = s.opt.strorder && s.opt.langid != 0;
+    std::string keys;
+    if (reorder) keys = key_lines(s.pt_txt[r]);
+    const EncodedLabels labels = encode_labels(s, reorder ? keys : s.pt_txt[r], model::k_points);
 
     int flag = k_flag_day;
     if (tables.has_night) flag |= k_flag_night;
