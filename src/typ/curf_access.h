@@ -112,4 +112,15 @@ inline bool contains_caseless(std::string_view text, std::string_view needle) {
     return find_caseless(text, needle) != std::string_view::npos;
 }
 
+// The word (lower case) stands in text just before end, ASCII case ignored.
+inline bool word_before(std::string_view text, size_t end, std::string_view word) {
+    if (end < word.size() || end > text.size()) return false;
+    for (size_t k = 0, p = end - word.size(); k < word.size(); ++k, ++p) {
+        char c = text[p];
+        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c + ('a' - 'A'));
+        if (c != word[k]) return false;
+    }
+    return true;
+}
+
 }  // namespace korvex::typ

@@ -438,12 +438,15 @@ EncodedLabels encode_labels(Store& s, const std::string& element_text, int /*cls
         if (first == std::string_view::npos || raw[first] == '"') return;
         const std::string_view line = trim_view(raw);
         if (line.empty() || line[0] == ';') return;
-        static const CaselessNeedles k_keys{"string", "fontstyle", "customco"};
-        size_t at[3];
-        k_keys.find_first(line, at);
+        // A String line has "string" in front of its "=" (the word cannot
+        // reach over it); its text is not looked at for other keys.
         constexpr size_t none = std::string_view::npos;
         const size_t eq = line.find('=');
-        if (at[0] != none && eq != none && at[0] < eq) {
+        const bool string_key = eq != none && find_caseless(line.substr(0, eq), "string") != none;
+        static const CaselessNeedles k_keys{"fontstyle", "customco"};
+        size_t at[2] = {none, none};
+        if (!string_key) k_keys.find_first(line, at);
+        if (string_key) {
             const size_t comma = line.find(',');
             if (comma == std::string_view::npos) return;
             const int lang = getlang_of(line) & 0xff;
@@ -468,7 +471,7 @@ EncodedLabels encode_labels(Store& s, const std::string& element_text, int /*cls
                 if (t.empty()) t = " ";
                 append_label_text(body, to_file_page(s, t, lang));
             }
-        } else if (at[1] != none) {
+        } else if (at[0] != none) {
             const std::string_view v = key_value(line);
             font_set = true;
             if (contains_caseless(v, "nolabel")) fontval = 1;
@@ -476,7 +479,7 @@ EncodedLabels encode_labels(Store& s, const std::string& element_text, int /*cls
             else if (contains_caseless(v, "normal")) fontval = 3;
             else if (contains_caseless(v, "large")) fontval = 4;
             else fontval = 0;
-        } else if (at[2] != none) {
+        } else if (at[1] != none) {
             if (contains_caseless(line, "daycustomco")) {
                 has_day = true;
                 day = colour_bytes(key_value(line));

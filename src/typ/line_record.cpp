@@ -317,16 +317,18 @@ std::string encode_line_record(Store& s, int32_t n) {
 
     int flag2 = 0;
     int width = -1, border = 0;
-    static const CaselessNeedles k_keys{"orientation=n", "lwidth(=", "linewidth=", "borderwidth="};
-    for_each_line(s.ln_txt[r], [&](std::string_view l) {
-        if (l[0] == ';') return;
-        size_t at[4];
-        k_keys.find_first(l, at);
-        constexpr size_t none = std::string_view::npos;
-        if (at[0] != none) flag2 |= k_flag2_fixed_orientation;
-        if (at[1] != none || at[2] != none) width = s.ln_wid[r];
-        if (at[3] != none) border = s.ln_bord[r];
-    });
+    // "orientation=n", "lwidth(=", "linewidth=" and "borderwidth=" anywhere
+    // in a line that is not a comment. Each holds an "=", so only the few "="
+    // of the text are looked at, not every character.
+    const std::string_view txt = s.ln_txt[r];
+    for (size_t eq = txt.find('='); eq != std::string_view::npos; eq = txt.find('=', eq + 1)) {
+        const size_t lf = txt.rfind('\n', eq);
+        if (txt[lf == std::string_view::npos ? 0 : lf + 1] == ';') continue;
+        if (word_before(txt, eq, "orientation") && eq + 1 < txt.size() && (txt[eq + 1] | 0x20) == 'n')
+            flag2 |= k_flag2_fixed_orientation;
+        if (word_before(txt, eq, "lwidth(") || word_before(txt, eq, "linewidth")) width = s.ln_wid[r];
+        if (word_before(txt, eq, "borderwidth")) border = s.ln_bord[r];
+    }
     const EncodedLabels labels = encode_labels(s, s.ln_txt[r], model::k_lines);
     if (labels.has_block()) flag2 |= k_flag2_labels;
     if (labels.has_font()) flag2 |= k_flag2_font;

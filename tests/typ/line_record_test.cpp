@@ -168,6 +168,23 @@ TEST(LineRecord, WidthComesFromTheColumnWhenTheTextHasAWidthKey) {
     EXPECT_EQ(typ::encode_line_record(s, 0), bytes({7, 0}) + A + B + bytes({0}));
 }
 
+TEST(LineRecord, WidthKeysInCommentsDoNotCountAndCaseDoesNot) {
+    model::Store s;
+    model::procredim(s, model::k_lines, 1);
+    s.ln_code[0] = 0x2B00;
+    s.ln_mode[0] = 5 * 8;
+    s.ln_col[0] = "\"0 c #302010\"\r\n\"1 c #605040\"";
+    s.ln_bmp[0] = ROW_TEXT;
+    s.ln_wid[0] = 4;
+    s.ln_bord[0] = 1;
+    s.ln_txt[0] = "[_line]\r\nType=0x2b\r\n;LineWidth=4\r\nUSEORIENTATION=n\r\n";
+    EXPECT_EQ(typ::encode_line_record(s, 0), bytes({8, 2}) + A + B + ROW);
+    s.ln_txt[0] = "linewidth=4\r\nBORDERWIDTH=1";
+    EXPECT_EQ(typ::encode_line_record(s, 0), bytes({0, 0}) + A + B + bytes({4, 6}));
+    s.ln_txt[0] = "UseOrientation=\r\nN=LineWidth 4";
+    EXPECT_EQ(typ::encode_line_record(s, 0), bytes({8, 0}) + A + B + ROW);
+}
+
 TEST(LineRecord, LabelsAndFontFollowTheWidths) {
     model::Store s;
     model::procredim(s, model::k_lines, 1);
