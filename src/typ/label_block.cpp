@@ -78,8 +78,9 @@ bool is_string_line(std::string_view line) {
 // The two hex digits behind the first "x" (any case) behind the "=".
 int getlang_of(std::string_view line) {
     const size_t eq = line.find('=');
-    const size_t x = line.find_first_of("xX", eq == std::string_view::npos ? 0 : eq);
-    if (x == std::string_view::npos) return 0;
+    size_t x = eq == std::string_view::npos ? 0 : eq;
+    while (x < line.size() && line[x] != 'x' && line[x] != 'X') ++x;
+    if (x == line.size()) return 0;
     return static_cast<int>(hex_value(line.substr(x + 1, 2)));
 }
 
@@ -131,8 +132,9 @@ std::string colour_bytes(std::string_view value) {
 
 // The value behind a key's first ":" or "=".
 std::string_view key_value(std::string_view line) {
-    const size_t p = line.find_first_of(":=");
-    return p == std::string_view::npos ? std::string_view() : line.substr(p + 1);
+    size_t p = 0;
+    while (p < line.size() && line[p] != ':' && line[p] != '=') ++p;
+    return p == line.size() ? std::string_view() : line.substr(p + 1);
 }
 
 // The string as the file's code page wants it: under 65001 a string that is
@@ -434,8 +436,9 @@ EncodedLabels encode_labels(Store& s, const std::string& element_text, int /*cls
 
     auto one_line = [&](std::string_view raw) {
         // Picture lines (quoted) are most of a point's text and hold no key.
-        const size_t first = raw.find_first_not_of(" \t");
-        if (first == std::string_view::npos || raw[first] == '"') return;
+        size_t first = 0;
+        while (first < raw.size() && (raw[first] == ' ' || raw[first] == '\t')) ++first;
+        if (first == raw.size() || raw[first] == '"') return;
         const std::string_view line = trim_view(raw);
         if (line.empty() || line[0] == ';') return;
         // A String line has "string" in front of its "=" (the word cannot
