@@ -94,12 +94,13 @@ void append_label_text(std::string& out, std::string_view text) {
     }
 }
 
-// Bytes that belong to a string: all but control bytes, and CR and LF
-// (which become "|").
+// Bytes that belong to a string: all but control bytes (0), and CR and LF,
+// which become "|".
+constexpr unsigned k_plain = 1, k_line_break = 2;
 struct TextBytes {
-    bool is[256]{};
+    unsigned char kind[256]{};
     constexpr TextBytes() {
-        for (int b = 0; b < 256; ++b) is[b] = b >= 32 || b == 10 || b == 13;
+        for (int b = 0; b < 256; ++b) kind[b] = b == 10 || b == 13 ? k_line_break : b >= 32 ? k_plain : 0;
     }
 };
 constexpr TextBytes k_text_byte;
@@ -252,12 +253,14 @@ DecodedLabels decode_labels(Store& s, int64_t record, int32_t offset, int cls, i
         if (inside) {
             // The run of text bytes up to the next control byte, in one piece.
             int64_t end = at;
-            while (end <= last && k_text_byte.is[bytes[end]]) ++end;
+            unsigned kinds = 0;
+            for (unsigned kind; end <= last && (kind = k_text_byte.kind[bytes[end]]) != 0; ++end) kinds |= kind;
             if (end > at) {
                 const size_t from = str.size();
                 str.append(reinterpret_cast<const char*>(bytes + at), static_cast<size_t>(end - at));
-                for (size_t k = from; k < str.size(); ++k)
-                    if (str[k] == '\n' || str[k] == '\r') str[k] = k_pipe;
+                if (kinds & k_line_break)
+                    for (size_t k = from; k < str.size(); ++k)
+                        if (str[k] == '\n' || str[k] == '\r') str[k] = k_pipe;
                 pending = true;
                 at = end;
                 if (at > last) break;
@@ -471,7 +474,7 @@ EncodedLabels encode_labels(Store& s, const std::string& element_text, int /*cls
                 t.reserve(value.size());
                 for (char c : value)
                     if (c != '\r' && c != '\n') t += c;
-                if (t.empty()) t = " ";
+                if (t.empty()) t.push_back(' ');
                 append_label_text(body, to_file_page(s, t, lang));
             }
         } else if (at[0] != none) {
