@@ -57,7 +57,14 @@ std::string colour_at(Store& s, int64_t pos) {
 }
 
 std::string palette_line(int digit, const std::string& value) {
-    return "\"" + std::to_string(digit) + " c " + value + "\"";
+    std::string out;
+    out.reserve(value.size() + 6);
+    out += '"';
+    out += static_cast<char>('0' + digit);
+    out += " c ";
+    out += value;
+    out += '"';
+    return out;
 }
 
 std::string join_lines(const std::vector<std::string>& lines) {
@@ -119,7 +126,9 @@ std::string read_labels_and_font(Store& s, int64_t pos, int32_t n, int flag, int
         off += f.consumed;
         if (contains_caseless(f.lines, "daycustomcolor")) dayc = f.colours.substr(0, 6);
     }
-    if (!contains_caseless(keys, "extendedlabels")) keys += std::string("ExtendedLabels=N") + k_crlf;
+    // The font lines start with the key; only label texts need the search.
+    if (!(flag & k_flag_font) && !contains_caseless(keys, "extendedlabels"))
+        keys += std::string("ExtendedLabels=N") + k_crlf;
     return keys;
 }
 
