@@ -19,32 +19,36 @@ constexpr int k_full_palette = 256;  // a colour byte of 0 can mean 256 colours
 inline const char* const k_crlf = "\r\n";
 
 // Position of a lower-case word in text, in any case; npos when absent.
-// Element texts run to many kilobytes of colour lines, so the first letter is
-// looked for with memchr, both cases, each at most once per byte.
-inline size_t find_word(std::string_view text, std::string_view word, size_t from = 0) {
+// Element texts run to many kilobytes of colour lines, so the search looks
+// for one character of the word with memchr, both cases, each at most once a
+// byte. `anchor` picks that character: one rare in element texts is best (a
+// non-letter best of all), since every false hit costs a memchr call.
+inline size_t find_word(std::string_view text, std::string_view word, size_t from = 0, size_t anchor = 0) {
     constexpr auto npos = std::string_view::npos;
     if (word.empty() || text.size() < word.size() || from > text.size() - word.size()) return npos;
+    if (anchor >= word.size()) anchor = 0;
     auto fold = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
-    const char lo = word[0];
+    const char lo = word[anchor];
     const char up = lo >= 'a' && lo <= 'z' ? static_cast<char>(lo - 'a' + 'A') : lo;
     const char* const base = text.data();
-    const char* const end = base + (text.size() - word.size() + 1);  // candidates stand before it
-    auto next = [end](const char* p, char c) {
-        const void* hit = std::memchr(p, c, static_cast<size_t>(end - p));
-        return hit ? static_cast<const char*>(hit) : end;
+    // Candidates for the anchor stand in [first, last).
+    const char* const first = base + from + anchor;
+    const char* const last = base + (text.size() - word.size() + 1) + anchor;
+    auto next = [last](const char* p, char c) {
+        const void* hit = std::memchr(p, c, static_cast<size_t>(last - p));
+        return hit ? static_cast<const char*>(hit) : last;
     };
-    const char* p = base + from;
-    const char* next_lo = next(p, lo);
-    const char* next_up = up == lo ? end : next(p, up);
+    const char* next_lo = next(first, lo);
+    const char* next_up = up == lo ? last : next(first, up);
     while (true) {
-        const char* c = std::min(next_lo, next_up);
-        if (c == end) return npos;
+        const char* hit = std::min(next_lo, next_up);
+        if (hit == last) return npos;
+        const char* c = hit - anchor;
         size_t k = 0;
         while (k < word.size() && fold(c[k]) == word[k]) ++k;
         if (k == word.size()) return static_cast<size_t>(c - base);
-        p = c + 1;
-        if (next_lo < p) next_lo = next(p, lo);
-        if (next_up < p) next_up = up == lo ? end : next(p, up);
+        if (next_lo == hit) next_lo = next(hit + 1, lo);
+        if (next_up == hit) next_up = up == lo ? last : next(hit + 1, up);
     }
 }
 

@@ -42,7 +42,7 @@ XpmHead parse_head(std::string_view line) {
         for (; k < line.size() && line[k] >= '0' && line[k] <= '9'; ++k) v = std::min(v * 10 + (line[k] - '0'), 1 << 20);
         *fields[f] = v;
     }
-    const size_t cm = find_word(line, "colormode=");
+    const size_t cm = find_word(line, "colormode=", 0, 9);
     if (cm != std::string_view::npos) {
         int v = 0;
         for (size_t i = cm + 10; i < line.size() && line[i] >= '0' && line[i] <= '9'; ++i) v = std::min(v * 10 + (line[i] - '0'), 255);
@@ -70,30 +70,6 @@ bool is_colour_line(std::string_view line) {
     size_t k = 0;
     while (k < line.size() && (line[k] == ' ' || line[k] == '\t')) ++k;
     return k < line.size() && line[k] == '"';
-}
-
-// The day and night tables of a point's colour column.
-struct Tables {
-    std::vector<std::string_view> day;
-    std::vector<std::string_view> night;
-    std::string_view night_head;
-    bool has_night = false;
-};
-
-Tables split_tables(std::string_view col) {
-    Tables t;
-    // The first line that names the night picture is its head; one search
-    // over the column instead of one a line.
-    const size_t night_at = find_word(col, "nightxpm");
-    for_each_line(col, [&](std::string_view line, size_t start) {
-        if (!t.has_night && night_at < start + line.size()) {
-            t.has_night = true;
-            t.night_head = line;
-            return;
-        }
-        if (is_colour_line(line)) (t.has_night ? t.night : t.day).push_back(line);
-    });
-    return t;
 }
 
 // The words of a colour line that decide its table's colour mode.
@@ -151,53 +127,126 @@ constexpr HexDigits k_hex_digits;
 
 int hex_digit(char c) { return k_hex_digits.value[static_cast<unsigned char>(c)]; }
 
-ColourLine read_colour_line(std::string_view line) {
-    ColourLine c;
+bool is_digit(char c) { return c >= '0' && c <= '9'; }
+
+// Length of a colour line in the decoder's form at pos, its words and numbers
+// in c; 0 (c untouched) for a line in any other form. A line end ("\r\n",
+// "\n", or a last "\r") or the end of the text must follow it, so that the
+// line is the same one a split at line ends gives.
+size_t read_plain_line(std::string_view text, size_t pos, ColourLine& c) {
     constexpr std::string_view k_colour = " c #";
     constexpr std::string_view k_alpha = " alpha=";
-    // The symbol is one or two characters; whatever they are, they cannot
-    // make up a word or a "#" behind the fixed " c #".
-    size_t at = std::string_view::npos;
-    if (line.size() >= 12 && line[0] == '"') at = line.substr(2, 4) == k_colour ? 6 : line.substr(3, 4) == k_colour ? 7 : at;
-    if (at != std::string_view::npos && line.size() >= at + 7 && line[at + 6] == '"') {
-        uint32_t rgb = 0;
-        bool digits = true;
-        for (size_t k = at; k < at + 6 && digits; ++k) {
-            const int d = hex_digit(line[k]);
-            digits = d >= 0;
-            rgb = rgb << 4 | static_cast<uint32_t>(d);
-        }
-        const std::string_view rest = line.substr(at + 7);
-        if (digits && rest.empty()) {
-            c.plain = true;
-            c.rgb = rgb;
-        } else if (digits && rest.size() > k_alpha.size() && rest.size() <= k_alpha.size() + 2 &&
-                   rest.substr(0, k_alpha.size()) == k_alpha) {
-            int alpha = 0;
-            bool number = true;
-            for (char d : rest.substr(k_alpha.size())) {
-                number = number && d >= '0' && d <= '9';
-                alpha = alpha * 10 + (d - '0');
-            }
-            if (number) {
-                c.plain = true;
-                c.rgb = rgb;
-                c.alpha = std::min(alpha, 15);
-                c.marks.alpha = true;
-            }
+    const std::string_view t = text.substr(pos);
+    const size_t n = t.size();
+    auto ends_at = [&t, n](size_t k) { return k == n || t[k] == '\n' || (t[k] == '\r' && (k + 1 == n || t[k + 1] == '\n')); };
+    // The symbol is one or two characters; whatever they are but a line
+    // end, they cannot make up a word or a "#" behind the fixed " c #".
+    if (n < 13 || t[0] != '"' || t[1] == '\n') return 0;
+    size_t at;  // the first colour digit
+    if (t.substr(2, 4) == k_colour)
+        at = 6;
+    else if (t[2] != '\n' && t.substr(3, 4) == k_colour)
+        at = 7;
+    else
+        return 0;
+    if (n < at + 7 || t[at + 6] != '"') return 0;
+    uint32_t rgb = 0;
+    for (size_t k = at; k < at + 6; ++k) {
+        const int d = hex_digit(t[k]);
+        if (d < 0) return 0;
+        rgb = rgb << 4 | static_cast<uint32_t>(d);
+    }
+    size_t end = at + 7;
+    int alpha = -1;
+    if (!ends_at(end)) {
+        // One or two digits of alpha, nothing else.
+        const size_t d = end + k_alpha.size();
+        if (n <= d || t.substr(end, k_alpha.size()) != k_alpha || !is_digit(t[d])) return 0;
+        if (ends_at(d + 1)) {
+            alpha = t[d] - '0';
+            end = d + 1;
+        } else if (is_digit(t[d + 1]) && ends_at(d + 2)) {
+            alpha = std::min(10 * (t[d] - '0') + (t[d + 1] - '0'), 15);
+            end = d + 2;
+        } else {
+            return 0;
         }
     }
-    if (c.plain)
-        c.marks.colour = true;
-    else
+    c = ColourLine{};
+    c.plain = true;
+    c.rgb = rgb;
+    c.marks.colour = true;
+    if (alpha >= 0) {
+        c.alpha = alpha;
+        c.marks.alpha = true;
+    }
+    return end;
+}
+
+ColourLine read_colour_line(std::string_view line) {
+    ColourLine c;
+    if (line.empty() || read_plain_line(line, 0, c) != line.size()) {
+        c = ColourLine{};
         c.marks = line_marks(line);
+    }
     return c;
 }
 
+// A colour line of a table and what it says.
+struct TableLine {
+    std::string_view text;
+    ColourLine read;
+};
+
+// The day and night tables of a point's colour column.
+struct Tables {
+    std::vector<TableLine> day;
+    std::vector<TableLine> night;
+    std::string_view night_head;
+    bool has_night = false;
+};
+
+Tables split_tables(std::string_view col) {
+    Tables t;
+    // The first line that names the night picture is its head; one search
+    // over the column instead of one a line.
+    const size_t night_at = find_word(col, "nightxpm", 0, 2);
+    size_t pos = 0;
+    while (pos < col.size()) {
+        // A line in the decoder's form is read where it stands, its end
+        // found with it; any other is cut at its line end first.
+        ColourLine c;
+        std::string_view line;
+        size_t next;
+        if (const size_t len = read_plain_line(col, pos, c)) {
+            line = col.substr(pos, len);
+            next = pos + len;
+            if (next < col.size() && col[next] == '\r') ++next;
+            if (next < col.size() && col[next] == '\n') ++next;
+        } else {
+            size_t end = col.find('\n', pos);
+            if (end == std::string_view::npos) end = col.size();
+            line = col.substr(pos, end - pos);
+            if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
+            next = end + 1;
+            if (is_colour_line(line)) c = read_colour_line(line);
+        }
+        if (!t.has_night && night_at < pos + line.size()) {
+            t.has_night = true;
+            t.night_head = line;
+        } else if (is_colour_line(line)) {
+            (t.has_night ? t.night : t.day).push_back({line, c});
+        }
+        pos = next;
+    }
+    return t;
+}
+
 // The three palette bytes of a colour line: blue, green, red.
-void append_colour(std::string& out, std::string_view line, const ColourLine& c) {
+void append_colour(std::string& out, const TableLine& line) {
+    const ColourLine& c = line.read;
     if (!c.plain) {
-        out += fnkl(line);
+        out += fnkl(line.text);
         return;
     }
     out += static_cast<char>(c.rgb & 0xff);
@@ -329,16 +378,14 @@ std::string compresspoibmp0(Store& s, std::string_view rows, int w, int h, int c
 namespace {
 
 // Palette and pixels of one picture from its colour lines and rows.
-EncodedPicture encode_picture(Store& s, const std::vector<std::string_view>& lines, const XpmHead& head, int w, int h,
+EncodedPicture encode_picture(Store& s, const std::vector<TableLine>& lines, const XpmHead& head, int w, int h,
                               std::string_view rows, const std::string& type) {
     EncodedPicture out;
     const int table = static_cast<int>(lines.size());
     // Lines of a picture without palette have no symbol: "#RRGGBB".
     bool alpha = false, none = false, bare = table > 0;
-    std::vector<ColourLine> read;
-    read.reserve(lines.size());
-    for (std::string_view l : lines) {
-        const LineMarks m = read.emplace_back(read_colour_line(l)).marks;
+    for (const TableLine& l : lines) {
+        const LineMarks& m = l.read.marks;
         alpha = alpha || m.alpha;
         none = none || m.none;
         bare = bare && !m.colour && !m.none;
@@ -346,7 +393,7 @@ EncodedPicture encode_picture(Store& s, const std::vector<std::string_view>& lin
     if (bare) {
         // A picture without palette: one colour for each pixel, no pixel data.
         out.mode = head.colormode > 0 ? head.colormode : k_mode_opaque;
-        for (int k = 0; k < table; ++k) append_colour(out.palette, lines[static_cast<size_t>(k)], read[static_cast<size_t>(k)]);
+        for (const TableLine& l : lines) append_colour(out.palette, l);
         return out;
     }
     out.mode = alpha ? k_mode_alpha : none ? k_mode_transparent
@@ -357,8 +404,8 @@ EncodedPicture encode_picture(Store& s, const std::vector<std::string_view>& lin
     if (out.mode == k_mode_alpha) {
         entries32.reserve(lines.size());
         for (int k = 0; k < table; ++k) {
-            const ColourLine& c = read[static_cast<size_t>(k)];
-            entries32.push_back(c.plain ? c.rgb | static_cast<uint32_t>(c.alpha) << 24 : fnpoi32(lines[static_cast<size_t>(k)]));
+            const TableLine& l = lines[static_cast<size_t>(k)];
+            entries32.push_back(l.read.plain ? l.read.rgb | static_cast<uint32_t>(l.read.alpha) << 24 : fnpoi32(l.text));
         }
         // Only a head that does not insist on alpha lets opaque colours and
         // one fully transparent one become a mode 16 table.
@@ -368,7 +415,7 @@ EncodedPicture encode_picture(Store& s, const std::vector<std::string_view>& lin
             transparent[static_cast<size_t>(t)] = true;
         }
     } else if (out.mode == k_mode_transparent) {
-        for (int k = 0; k < table; ++k) transparent[static_cast<size_t>(k)] = read[static_cast<size_t>(k)].marks.none;
+        for (int k = 0; k < table; ++k) transparent[static_cast<size_t>(k)] = lines[static_cast<size_t>(k)].read.marks.none;
     }
 
     // Table index to stored value: mode 16 stores its transparent colour as n.
@@ -393,7 +440,7 @@ EncodedPicture encode_picture(Store& s, const std::vector<std::string_view>& lin
         out.palette.reserve(3 * static_cast<size_t>(n));
         for (int k = 0, written = 0; k < table && written < n; ++k) {
             if (transparent[static_cast<size_t>(k)]) continue;
-            append_colour(out.palette, lines[static_cast<size_t>(k)], read[static_cast<size_t>(k)]);
+            append_colour(out.palette, lines[static_cast<size_t>(k)]);
             ++written;
         }
     }
@@ -418,7 +465,7 @@ std::string encode_point_record(Store& s, int32_t n) {
     Tables tables = split_tables(col);
     if (!tables.has_night) {
         // The night block may stand in the text only.
-        const size_t at = find_word(s.pt_txt[r], "nightxpm");
+        const size_t at = find_word(s.pt_txt[r], "nightxpm", 0, 2);
         if (at != std::string::npos) {
             const size_t line_start = s.pt_txt[r].rfind('\n', at);
             const Tables t = split_tables(std::string_view(s.pt_txt[r]).substr(line_start == std::string::npos ? 0 : line_start + 1));
