@@ -75,9 +75,8 @@ bool is_string_line(std::string_view line) {
     return is_string_key(t);
 }
 
-// The two hex digits behind the first "x" (any case) behind the "=".
-int getlang_of(std::string_view line) {
-    const size_t eq = line.find('=');
+// The two hex digits behind the first "x" (any case) behind the "=" at eq.
+int getlang_of(std::string_view line, size_t eq) {
     size_t x = eq == std::string_view::npos ? 0 : eq;
     while (x < line.size() && line[x] != 'x' && line[x] != 'X') ++x;
     if (x == line.size()) return 0;
@@ -142,7 +141,11 @@ std::string_view key_value(std::string_view line) {
 // not UTF-8 is taken as text of its language's page; otherwise the table
 // already holds the page's bytes.
 std::string to_file_page(const Store& s, const std::string& t, int lang) {
-    if (s.codepage < k_utf8 || platform::is_valid_utf8(t)) return t;
+    if (s.codepage < k_utf8) return t;
+    // Plain ASCII is UTF-8 as it stands; the full check decodes the string.
+    bool ascii = true;
+    for (char c : t) ascii = ascii && static_cast<unsigned char>(c) < 0x80;
+    if (ascii || platform::is_valid_utf8(t)) return t;
     return text::saveasutf8(t, text::lang_cp(s, lang));
 }
 
@@ -417,7 +420,7 @@ std::string strorder(const Store& s, const std::string& text) {
     return join_lines(lines);
 }
 
-int getlang(const std::string& line) { return getlang_of(line); }
+int getlang(const std::string& line) { return getlang_of(line, line.find('=')); }
 
 EncodedLabels encode_labels(Store& s, const std::string& element_text, int /*cls*/) {
     EncodedLabels e;
@@ -455,10 +458,11 @@ EncodedLabels encode_labels(Store& s, const std::string& element_text, int /*cls
         if (string_key) {
             const size_t comma = line.find(',');
             if (comma == std::string_view::npos) return;
-            const int lang = getlang_of(line) & 0xff;
+            const int lang = getlang_of(line, eq) & 0xff;
             if (seen[lang]) return;  // the first string of a language wins
             seen[lang] = true;
-            const std::string_view value = raw.substr(raw.find(',') + 1);
+            // The text runs on to the end of the untrimmed line.
+            const std::string_view value = raw.substr(static_cast<size_t>(line.data() - raw.data()) + comma + 1);
             if (first_lang < 0) {
                 first_lang = lang;
             } else {

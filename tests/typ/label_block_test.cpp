@@ -197,6 +197,9 @@ TEST(EncodeLabels, Utf8CodepageConvertsOnlyTextThatIsNotUtf8) {
     EXPECT_EQ(e.block.substr(2, 7), "Br\xc3\xbc" "cke");
     e = typ::encode_labels(s, "String1=0x02,Br\xfc" "cke\r\n", model::k_lines);
     EXPECT_EQ(e.block.substr(2, 7), "Br\xc3\xbc" "cke");
+    // Blanks around the key do not move the text; ASCII stays as it is.
+    e = typ::encode_labels(s, "  String1 = 0x04 ,Bridge |x \r\n", model::k_lines);
+    EXPECT_EQ(e.block, S("\x1b\x04" "Bridge \r\nx \x00", 14));
 }
 
 TEST(EncodeLabels, GetlangReadsTheDigitsBehindTheX) {
