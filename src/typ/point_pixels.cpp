@@ -13,8 +13,6 @@ namespace {
 
 constexpr int k_bits_per_entry32 = 28;
 
-const char* const k_hex_digits = "0123456789ABCDEF";
-
 // Both symbol forms of every byte value, built once.
 struct SymbolTable {
     std::array<char, 256> one{};
@@ -48,9 +46,18 @@ uint8_t byte_at(std::string_view data, int64_t i) {
     return i >= 0 && static_cast<size_t>(i) < data.size() ? static_cast<uint8_t>(data[static_cast<size_t>(i)]) : 0;
 }
 
+// The two hex digits of every byte value.
+struct HexPairs {
+    std::array<std::array<char, 2>, 256> pair{};
+    constexpr HexPairs() {
+        for (int v = 0; v < 256; ++v)
+            pair[static_cast<size_t>(v)] = {"0123456789ABCDEF"[v >> 4], "0123456789ABCDEF"[v & 15]};
+    }
+};
+constexpr HexPairs k_hex_pairs;
+
 char* put_hex_byte(char* p, int v) {
-    p[0] = k_hex_digits[(v >> 4) & 15];
-    p[1] = k_hex_digits[v & 15];
+    std::memcpy(p, k_hex_pairs.pair[static_cast<size_t>(v & 0xff)].data(), 2);
     return p + 2;
 }
 
@@ -111,41 +118,48 @@ int alph(std::string_view data, int64_t bit) {
     return v;
 }
 
-std::vector<PaletteEntry> read_palette(std::string_view data, int n, int mode) {
-    std::vector<PaletteEntry> pal(static_cast<size_t>(std::max(0, n)));
-    for (int k = 0; k < n; ++k) {
-        PaletteEntry& e = pal[static_cast<size_t>(k)];
-        if (mode == k_mode_alpha) {
-            // Entries are 3.5 bytes: odd entries start in the middle of a byte.
-            const int64_t bit = static_cast<int64_t>(k) * k_bits_per_entry32;
-            const int64_t first = bit / 8;
-            const int shift = static_cast<int>(bit % 8);
-            uint64_t v = 0;
-            for (int j = 0; j < 5; ++j) v |= static_cast<uint64_t>(byte_at(data, first + j)) << (8 * j);
-            v >>= shift;
-            e.b = static_cast<uint8_t>(v & 0xff);
-            e.g = static_cast<uint8_t>((v >> 8) & 0xff);
-            e.r = static_cast<uint8_t>((v >> 16) & 0xff);
-            e.alpha = static_cast<int>((v >> 24) & 0xf);
+namespace {
+
+// Entry k of a palette from the record bytes.
+PaletteEntry palette_entry(std::string_view data, int k, int mode) {
+    PaletteEntry e;
+    if (mode == k_mode_alpha) {
+        // Entries are 3.5 bytes: odd entries start in the middle of a byte.
+        const int64_t bit = static_cast<int64_t>(k) * k_bits_per_entry32;
+        const int64_t first = bit / 8;
+        const int shift = static_cast<int>(bit % 8);
+        uint64_t v = 0;
+        if (first >= 0 && static_cast<size_t>(first) + 5 <= data.size()) {
+            const auto* b = reinterpret_cast<const uint8_t*>(data.data()) + first;
+            for (int j = 0; j < 5; ++j) v |= static_cast<uint64_t>(b[j]) << (8 * j);
         } else {
-            e.b = byte_at(data, 3LL * k);
-            e.g = byte_at(data, 3LL * k + 1);
-            e.r = byte_at(data, 3LL * k + 2);
+            for (int j = 0; j < 5; ++j) v |= static_cast<uint64_t>(byte_at(data, first + j)) << (8 * j);
         }
+        v >>= shift;
+        e.b = static_cast<uint8_t>(v & 0xff);
+        e.g = static_cast<uint8_t>((v >> 8) & 0xff);
+        e.r = static_cast<uint8_t>((v >> 16) & 0xff);
+        e.alpha = static_cast<int>((v >> 24) & 0xf);
+    } else {
+        e.b = byte_at(data, 3LL * k);
+        e.g = byte_at(data, 3LL * k + 1);
+        e.r = byte_at(data, 3LL * k + 2);
     }
-    return pal;
+    return e;
 }
 
-void append_palette_lines(std::string& out, const std::vector<PaletteEntry>& pal, int mode) {
-    // Written through a pointer into room sized for the longest line: this
-    // runs for every colour of every icon of a file.
+// Colour lines of `count` entries, entry(k) giving each. Written through a
+// pointer into room sized for the longest line: this runs for every colour of
+// every icon of a file.
+template <class Entry>
+void write_palette_lines(std::string& out, size_t count, int mode, Entry&& entry) {
     constexpr size_t k_longest_line = 48;  // quote, symbol, " c #RRGGBB\"", " alpha=" and an int, CR LF
-    const int cpp = symbol_width(static_cast<int>(pal.size()));
+    const int cpp = symbol_width(static_cast<int>(count));
     const size_t start = out.size();
-    out.resize(start + pal.size() * k_longest_line);
+    out.resize(start + count * k_longest_line);
     char* p = out.data() + start;
-    for (size_t k = 0; k < pal.size(); ++k) {
-        const PaletteEntry& e = pal[k];
+    for (size_t k = 0; k < count; ++k) {
+        const PaletteEntry e = entry(k);
         *p++ = '"';
         p = put_symbol(p, static_cast<int>(k), cpp);
         if (e.none) {
@@ -167,6 +181,29 @@ void append_palette_lines(std::string& out, const std::vector<PaletteEntry>& pal
         *p++ = '\n';
     }
     out.resize(static_cast<size_t>(p - out.data()));
+}
+
+}  // namespace
+
+std::vector<PaletteEntry> read_palette(std::string_view data, int n, int mode) {
+    std::vector<PaletteEntry> pal(static_cast<size_t>(std::max(0, n)));
+    for (int k = 0; k < n; ++k) pal[static_cast<size_t>(k)] = palette_entry(data, k, mode);
+    return pal;
+}
+
+void append_palette_lines(std::string& out, const std::vector<PaletteEntry>& pal, int mode) {
+    write_palette_lines(out, pal.size(), mode, [&pal](size_t k) { return pal[k]; });
+}
+
+void append_record_palette(std::string& out, std::string_view data, int n, int mode) {
+    n = std::max(0, n);
+    const size_t count = static_cast<size_t>(n) + (mode == k_mode_transparent ? 1 : 0);
+    write_palette_lines(out, count, mode, [&](size_t k) {
+        if (k < static_cast<size_t>(n)) return palette_entry(data, static_cast<int>(k), mode);
+        PaletteEntry none;
+        none.none = true;
+        return none;
+    });
 }
 
 std::string palette_lines(const std::vector<PaletteEntry>& pal, int mode) {

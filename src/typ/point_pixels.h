@@ -65,6 +65,11 @@ std::vector<PaletteEntry> read_palette(std::string_view data, int n, int mode);
 std::string palette_lines(const std::vector<PaletteEntry>& pal, int mode);
 void append_palette_lines(std::string& out, const std::vector<PaletteEntry>& pal, int mode);
 
+// The colour lines of the n-entry palette in the record bytes (data starts at
+// the palette), with the "none" line of mode 16 behind them: what
+// palette_lines prints for read_palette's entries, without the vector.
+void append_record_palette(std::string& out, std::string_view data, int n, int mode);
+
 // Mode 32 palette lines, printed from the 28-bit stream.
 std::string alphacols(std::string_view data, int n);
 

@@ -89,16 +89,10 @@ struct Picture {
 Picture decode_palette_picture(Store& s, int64_t palette_at, const char* key, int w, int h, int n, int mode) {
     Picture p;
     const int64_t pal_bytes = point_palette_bytes(n, mode);
-    std::vector<PaletteEntry> pal = read_palette(curf_view(s, palette_at, pal_bytes), n, mode);
-    if (mode == k_mode_transparent) {
-        PaletteEntry none;
-        none.none = true;
-        pal.push_back(none);
-    }
-    p.lines = static_cast<int>(pal.size());
+    p.lines = std::max(0, n) + (mode == k_mode_transparent ? 1 : 0);
     p.cpp = symbol_width(p.lines);
     p.head = picture_head(key, w, h, p.lines, p.cpp, mode);
-    append_palette_lines(p.colours, pal, mode);
+    append_record_palette(p.colours, curf_view(s, palette_at, pal_bytes), n, mode);
     p.pixels_at = palette_at + pal_bytes;
     p.pixel_bytes = point_pixel_bytes(w, h, n, mode);
     if (w > 0) append_rows(p.rows, curf_view(s, p.pixels_at, p.pixel_bytes), w, h, n, mode, p.cpp);
