@@ -5,6 +5,7 @@
 #include "support/harness.h"
 #include "typ/curf_access.h"
 #include "typ/header.h"
+#include "typ/point_detail.h"
 #include "typ/point_pixels.h"
 #include "typ/point_record.h"
 
@@ -368,6 +369,70 @@ TEST(PointEncoding, AlphaTableOfOpaqueColoursAndOneClearBecomesMode16UnlessTheHe
     set_point(s, 0, "02F00", "DayXpm=\"2 1 2 1\" Colormode=32", col, "$%\r\n");
     EXPECT_EQ(typ::encode_point_record(s, 0),
               bytes({1, 2, 1, 2, 32, 0x00, 0x00, 0xFF, 0x00, 0x00, 0x00, 0xF0, 0x04}));
+}
+
+TEST(PointEncoding, ColourLinesInAnyFormGiveTheBytesOfTheDecodersForm) {
+    model::Store s;
+    s.pt_n = 1;
+    model::procredim(s, model::k_points, 1);
+    const std::string xpm = "DayXpm=\"2 1 2 1\" Colormode=32";
+    // Blue 00 green 00 red FF alpha 7, then 00 FF 00 alpha 3, 28 bits each;
+    // pixels 0 1 at two bits.
+    const std::string expected = bytes({1, 2, 1, 2, 32, 0x00, 0x00, 0xFF, 0x07, 0xF0, 0x0F, 0x30, 0x04});
+    const char* const tables[] = {
+        "\"$ c #FF0000\" alpha=7\r\n\"% c #00FF00\" alpha=3\r\n",       // as the decoder writes it
+        "\"$ c #ff0000\" alpha=07\r\n\"% c #00ff00\" alpha=3\n",        // lower case, two digits, LF
+        "\"$  c #FF0000\"  alpha=7 \r\n  \"% C #00FF00\" alpha= 3\r\n",  // blanks, upper case
+        "\"$ c #FF0000\" alpha=7\r\n\"% c #00FF00\" alpha=3",            // no last line end
+    };
+    for (const char* col : tables) {
+        set_point(s, 0, "02F00", xpm, col, "$%\r\n");
+        EXPECT_EQ(typ::encode_point_record(s, 0), expected) << col;
+    }
+    // An alpha of more than 15 is 15, however many digits it has.
+    std::string capped = expected;
+    capped[8] = 0x0F;
+    for (const char* col : {"\"$ c #FF0000\" alpha=16\r\n\"% c #00FF00\" alpha=3\r\n",
+                            "\"$ c #FF0000\" alpha=700\r\n\"% c #00FF00\" alpha=3\r\n"}) {
+        set_point(s, 0, "02F00", xpm, col, "$%\r\n");
+        EXPECT_EQ(typ::encode_point_record(s, 0), capped) << col;
+    }
+    EXPECT_EQ(s.loadrep, "");
+}
+
+TEST(PointEncoding, ARowEndsAtItsFirstCrOrLf) {
+    model::Store s;
+    s.pt_n = 1;
+    model::procredim(s, model::k_points, 1);
+    const std::string two = "\"$ c #000000\"\r\n\"% c #FFFFFF\"\r\n";
+    // A lone LF ends a row; so does a lone CR, and what follows it is the
+    // next row. Two bits a pixel.
+    set_point(s, 0, "02F00", "DayXpm=\"2 4 2 1\" Colormode=0", two, "$%\n%$\r\n%\r%%\r\n");
+    EXPECT_EQ(typ::encode_point_record(s, 0),
+              bytes({1, 2, 4, 2, 0, 0, 0, 0, 0xFF, 0xFF, 0xFF, 0x04, 0x01, 0x01, 0x05}));
+
+    // Two characters a pixel: a line end inside the second pair leaves that pixel 0.
+    std::string many;
+    for (int k = 0; k < 32; ++k) many += "\"" + std::string(1, static_cast<char>('$' + k / 16)) +
+                                          static_cast<char>('$' + k % 16) + " c #000000\"\r\n";
+    set_point(s, 0, "02F00", "DayXpm=\"2 2 32 2\" Colormode=0", many, "$%$&\r\n$'$\r\n");
+    const std::string rec = typ::encode_point_record(s, 0);
+    EXPECT_EQ(rec.substr(rec.size() - 4), bytes({1, 2, 3, 0}));
+    EXPECT_EQ(s.loadrep, "");
+}
+
+TEST(PointSearch, FindsAWordInAnyCaseWhereverItStands) {
+    using typ::point_detail::find_word;
+    constexpr size_t npos = std::string_view::npos;
+    for (size_t at = 0; at < 12; ++at) {
+        const std::string text = std::string(at, 'n') + "NightXPM";  // every "n" a false start
+        EXPECT_EQ(find_word(text, "nightxpm", 0, 2), at);
+        EXPECT_EQ(find_word(text, "nightxpm"), at);
+        EXPECT_EQ(find_word(std::string_view(text).substr(0, text.size() - 1), "nightxpm", 0, 2), npos);
+    }
+    EXPECT_EQ(find_word("gg nightxpm NIGHTXPM", "nightxpm", 4, 2), 12u);
+    EXPECT_EQ(find_word("Colormode 32 colormode=16", "colormode=", 0, 9), 13u);
+    EXPECT_EQ(find_word("xpm", "nightxpm", 0, 2), npos);
 }
 
 TEST(PointEncoding, ShortAndMissingRowsAreFilledWithColourZero) {
