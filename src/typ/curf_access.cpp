@@ -155,24 +155,40 @@ size_t find_caseless(std::string_view text, std::string_view needle, size_t from
 CaselessNeedles::CaselessNeedles(std::initializer_list<std::string_view> needles) {
     for (std::string_view n : needles) {
         if (count_ == 8 || n.empty()) break;
-        const auto c = static_cast<unsigned char>(n[0]);
-        starts_[c] |= static_cast<uint8_t>(1u << count_);
-        if (c >= 'a' && c <= 'z') starts_[c - ('a' - 'A')] |= static_cast<uint8_t>(1u << count_);
         needles_[count_++] = n;
+        if (window_ == 0 || n.size() < window_) window_ = n.size();
     }
+    const auto most = static_cast<uint8_t>(std::min<size_t>(window_, 255));
+    for (auto& s : shift_) s = most;
+    for (size_t k = 0; k < count_; ++k)
+        for (size_t j = 0; j < window_ && j < 255; ++j) {
+            const auto c = static_cast<unsigned char>(needles_[k][j]);
+            const auto s = static_cast<uint8_t>(window_ - 1 - j);
+            shift_[c] = std::min(shift_[c], s);
+            if (c >= 'a' && c <= 'z') shift_[c - ('a' - 'A')] = std::min(shift_[c - ('a' - 'A')], s);
+        }
 }
 
 void CaselessNeedles::find_first(std::string_view text, size_t* at) const {
     for (size_t k = 0; k < count_; ++k) at[k] = std::string_view::npos;
     unsigned open = (1u << count_) - 1;  // needles not found yet
-    for (size_t p = 0; p < text.size() && open; ++p) {
-        unsigned m = starts_[static_cast<unsigned char>(text[p])] & open;
-        while (m) {
+    if (count_ == 0 || window_ > 255) {
+        for (size_t k = 0; k < count_; ++k) at[k] = find_caseless(text, needles_[k]);
+        return;
+    }
+    // A needle starting at p has one of its window bytes at p + window - 1;
+    // the shift skips the starts that byte rules out for every needle.
+    for (size_t p = 0; open && p + window_ <= text.size();) {
+        const uint8_t s = shift_[static_cast<unsigned char>(text[p + window_ - 1])];
+        if (s) {
+            p += s;
+            continue;
+        }
+        for (unsigned m = open; m; m &= m - 1) {
             const int k = __builtin_ctz(m);
-            m &= m - 1;
             const std::string_view n = needles_[k];
             if (text.size() - p < n.size()) continue;
-            size_t j = 1;
+            size_t j = 0;
             for (; j < n.size(); ++j) {
                 char c = text[p + j];
                 if (c >= 'A' && c <= 'Z') c = static_cast<char>(c + ('a' - 'A'));
@@ -183,6 +199,7 @@ void CaselessNeedles::find_first(std::string_view text, size_t* at) const {
                 open &= ~(1u << k);
             }
         }
+        ++p;
     }
 }
 

@@ -74,7 +74,8 @@ std::string fnkl(std::string_view xpmline);
 int64_t hex_value(std::string_view digits);
 
 // Several needles (lower case, at most eight) looked for in one walk of a
-// text, ASCII case ignored: key lines are tested for many words at once.
+// text, ASCII case ignored: key lines are tested for many words at once. The
+// walk jumps by the last byte of a window as long as the shortest needle.
 class CaselessNeedles {
 public:
     CaselessNeedles(std::initializer_list<std::string_view> needles);
@@ -84,7 +85,8 @@ public:
 private:
     std::string_view needles_[8];
     size_t count_ = 0;
-    uint8_t starts_[256] = {};  // bit k: needle k may start with this byte
+    size_t window_ = 0;         // length of the shortest needle
+    uint8_t shift_[256] = {};   // by the window's last byte: places no needle can start
 };
 
 // Calls f with each line of text that is not empty, without its CR LF.

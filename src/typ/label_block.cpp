@@ -86,10 +86,13 @@ int getlang_of(std::string_view line, size_t eq) {
 // A label's text as the block holds it: CR and LF of the text line dropped,
 // "|" a line break.
 void append_label_text(std::string& out, std::string_view text) {
-    for (char c : text) {
-        if (c == '\r' || c == '\n') continue;
-        if (c == '|') out += "\r\n";
-        else out += c;
+    size_t k = 0;
+    while (k < text.size()) {
+        size_t j = k;
+        while (j < text.size() && text[j] != '|' && text[j] != '\r' && text[j] != '\n') ++j;
+        out.append(text.data() + k, j - k);
+        if (j < text.size() && text[j] == '|') out += "\r\n";
+        k = j + 1;
     }
 }
 
@@ -451,7 +454,8 @@ EncodedLabels encode_labels(Store& s, const std::string& element_text, int /*cls
         // reach over it); its text is not looked at for other keys.
         constexpr size_t none = std::string_view::npos;
         const size_t eq = line.find('=');
-        const bool string_key = eq != none && find_caseless(line.substr(0, eq), "string") != none;
+        const bool string_key =
+            eq != none && (word_before(line, 6, "string") || find_caseless(line.substr(0, eq), "string") != none);
         static const CaselessNeedles k_keys{"fontstyle", "customco"};
         size_t at[2] = {none, none};
         if (!string_key) k_keys.find_first(line, at);
