@@ -78,4 +78,14 @@ TEST(CurfAccess, CaselessNeedlesGiveEachFirstPlaceInOneWalk) {
     keys.find_first("strin", at);
     EXPECT_EQ(at[0], std::string_view::npos);
     EXPECT_EQ(at[2], 0u);
+
+    // Words of different lengths, repeated letters, matches at both ends.
+    const typ::CaselessNeedles font{"fontstyle", "customco"};
+    size_t f[2];
+    font.find_first("ccustomcoo x FontStylE", f);
+    EXPECT_EQ(f[0], 13u);
+    EXPECT_EQ(f[1], 1u);
+    font.find_first("customc fontstyl", f);
+    EXPECT_EQ(f[0], std::string_view::npos);
+    EXPECT_EQ(f[1], std::string_view::npos);
 }
