@@ -7,6 +7,7 @@
 #include <unordered_map>
 #include <unordered_set>
 #include <sstream>
+#include <string_view>
 
 #include "typ/curf_access.h"
 #include "typ/header.h"
@@ -26,18 +27,21 @@ struct Token {
 
 std::vector<Token> parse_tokens(const std::string& list) {
     std::vector<Token> out;
-    std::istringstream in(list);
-    std::string word;
-    while (in >> word) {
+    size_t pos = 0;
+    while (pos < list.size()) {
+        while (pos < list.size() && std::isspace(static_cast<unsigned char>(list[pos]))) ++pos;
+        size_t end = pos;
+        while (end < list.size() && !std::isspace(static_cast<unsigned char>(list[end]))) ++end;
+        if (end == pos) break;
+        const std::string_view word(list.data() + pos, end - pos);
+        pos = end;
         Token t;
         const size_t comma = word.find(',');
         t.code = upper(word.substr(0, comma));
         t.level = k_missing_level;
-        if (comma != std::string::npos) {
-            const std::string lv = word.substr(comma + 1);
-            t.level = lv.empty() ? k_missing_level : std::atoi(lv.c_str());
-        }
-        if (!t.code.empty()) out.push_back(t);
+        if (comma != std::string_view::npos && comma + 1 < word.size())
+            t.level = std::atoi(std::string(word.substr(comma + 1)).c_str());
+        if (!t.code.empty()) out.push_back(std::move(t));
     }
     return out;
 }
@@ -202,11 +206,18 @@ std::string polygon_level(const Store& s, int32_t n) {
 
 void sort_drwlist(Store& s) {
     std::vector<Token> tokens = parse_tokens(s.drwlist);
-    std::stable_sort(tokens.begin(), tokens.end(), [](const Token& a, const Token& b) {
-        if (a.level != b.level) return a.level < b.level;
-        return hex_value(a.code) < hex_value(b.code);
+    std::vector<std::pair<int64_t, size_t>> keys;  // type value, token
+    keys.reserve(tokens.size());
+    for (size_t k = 0; k < tokens.size(); ++k) keys.emplace_back(hex_value(tokens[k].code), k);
+    std::stable_sort(keys.begin(), keys.end(), [&](const auto& a, const auto& b) {
+        const int la = tokens[a.second].level, lb = tokens[b.second].level;
+        if (la != lb) return la < lb;
+        return a.first < b.first;
     });
-    s.drwlist = join_tokens(tokens);
+    std::vector<Token> sorted;
+    sorted.reserve(tokens.size());
+    for (const auto& k : keys) sorted.push_back(std::move(tokens[k.second]));
+    s.drwlist = join_tokens(sorted);
 }
 
 void complete_draworder(Store& s) {
