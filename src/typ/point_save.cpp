@@ -208,6 +208,7 @@ struct Tables {
 
 Tables split_tables(std::string_view col) {
     Tables t;
+    t.day.reserve(col.size() / 16 + 1);  // a colour line in the decoder's form takes 15 or more
     // The first line that names the night picture is its head; one search
     // over the column instead of one a line.
     const size_t night_at = find_word(col, "nightxpm", 0, 2);
@@ -282,31 +283,54 @@ bool is_line_end(uint8_t c) { return c == '\r' || c == '\n'; }
 
 // One row of symbols into dst: returns the characters it used, less than
 // `available` when a line end cut the row short. Pixels past it stay 0.
-template <int Cpp, bool WholeBytes>
+template <int Cpp, int Bpp, bool Remap>
 size_t pack_row(const uint8_t* row, size_t available, int w, int y, uint8_t* dst, const int* remap, int colours,
-                int bpp, bool& bad, BadPixel& first_bad) {
-    const unsigned mask = (1u << bpp) - 1;
+                bool& bad, BadPixel& first_bad) {
+    constexpr bool WholeBytes = Bpp == 8;
+    constexpr unsigned mask = (1u << Bpp) - 1;
     const int present = static_cast<int>(std::min<size_t>(static_cast<size_t>(w), available / Cpp));
+    // Below 8 bits a pixel, a byte is gathered in a register and stored
+    // whole: dst starts out 0, as do the pixels a short row leaves out.
+    unsigned gathered = 0;
+    int filled = 0;
+    size_t used = static_cast<size_t>(present) * Cpp;
     for (int x = 0; x < present; ++x) {
         int v = symbol_index<Cpp>(row, x);
         if (v < 0 || v >= colours) {
             // Line ends are no symbols, so they only need looking for here.
-            for (int k = 0; k < Cpp; ++k)
-                if (is_line_end(row[Cpp * x + k])) return static_cast<size_t>(Cpp * x + k);
+            bool cut = false;
+            for (int k = 0; k < Cpp && !cut; ++k)
+                if (is_line_end(row[Cpp * x + k])) {
+                    used = static_cast<size_t>(Cpp * x + k);
+                    cut = true;
+                }
+            if (cut) break;
             if (!bad) first_bad = {y + 1, x + 1, v};
             bad = true;
             v = 0;
         }
-        const auto stored = static_cast<uint8_t>(colours == 0 ? 0 : remap ? remap[v] : v);
+        uint8_t stored;
+        if constexpr (Remap)
+            stored = static_cast<uint8_t>(colours == 0 ? 0 : remap[v]);
+        else
+            stored = static_cast<uint8_t>(colours == 0 ? 0 : v);
         if constexpr (WholeBytes) {
             dst[x] = stored;
         } else {
-            const int bit = x * bpp;
-            dst[bit >> 3] = static_cast<uint8_t>(dst[bit >> 3] | ((stored & mask) << (bit & 7)));
+            gathered |= (stored & mask) << filled;
+            filled += Bpp;
+            if (filled == 8) {
+                *dst++ = static_cast<uint8_t>(gathered);
+                gathered = 0;
+                filled = 0;
+            }
         }
     }
+    if constexpr (!WholeBytes) {
+        if (filled > 0) *dst = static_cast<uint8_t>(gathered);
+    }
+    if (used < static_cast<size_t>(present) * Cpp) return used;
     // Whatever stands behind the pixels up to the line end is not read.
-    size_t used = static_cast<size_t>(present) * Cpp;
     while (used < available && !is_line_end(row[used])) ++used;
     return used;
 }
@@ -323,14 +347,26 @@ std::string pack_rows(Store& s, std::string_view rows, int w, int h, int cpp, co
     std::string out(row_bytes * static_cast<size_t>(h), '\0');
     auto* const pixels = reinterpret_cast<uint8_t*>(out.data());
     const auto* const text = reinterpret_cast<const uint8_t*>(rows.data());
-    const auto pack = cpp == 2 ? (bpp == 8 ? pack_row<2, true> : pack_row<2, false>)
-                               : (bpp == 8 ? pack_row<1, true> : pack_row<1, false>);
+    // One routine for each symbol width, bit depth and remap.
+    using Packer = size_t (*)(const uint8_t*, size_t, int, int, uint8_t*, const int*, int, bool&, BadPixel&);
+    static constexpr Packer k_packers[2][4][2] = {
+        {{pack_row<1, 1, false>, pack_row<1, 1, true>},
+         {pack_row<1, 2, false>, pack_row<1, 2, true>},
+         {pack_row<1, 4, false>, pack_row<1, 4, true>},
+         {pack_row<1, 8, false>, pack_row<1, 8, true>}},
+        {{pack_row<2, 1, false>, pack_row<2, 1, true>},
+         {pack_row<2, 2, false>, pack_row<2, 2, true>},
+         {pack_row<2, 4, false>, pack_row<2, 4, true>},
+         {pack_row<2, 8, false>, pack_row<2, 8, true>}},
+    };
+    const int depth = bpp == 1 ? 0 : bpp == 2 ? 1 : bpp == 4 ? 2 : 3;
+    const Packer pack = k_packers[cpp == 2 ? 1 : 0][depth][remap != nullptr ? 1 : 0];
     bool bad = false;
     BadPixel first_bad;
     size_t pos = 0;
     for (int y = 0; y < h && pos < rows.size(); ++y) {
         pos += pack(text + pos, rows.size() - pos, w, y, pixels + row_bytes * static_cast<size_t>(y), remap, colours,
-                    bpp, bad, first_bad);
+                    bad, first_bad);
         // A line break is CR LF or a lone LF.
         if (pos < rows.size() && rows[pos] == '\r') ++pos;
         if (pos < rows.size() && rows[pos] == '\n') ++pos;
