@@ -454,11 +454,13 @@ EncodedLabels encode_labels(Store& s, const std::string& element_text, int /*cls
         // reach over it); its text is not looked at for other keys.
         constexpr size_t none = std::string_view::npos;
         const size_t eq = line.find('=');
-        const bool string_key =
-            eq != none && (word_before(line, 6, "string") || find_caseless(line.substr(0, eq), "string") != none);
-        static const CaselessNeedles k_keys{"fontstyle", "customco"};
-        size_t at[2] = {none, none};
-        if (!string_key) k_keys.find_first(line, at);
+        static const CaselessNeedles k_keys{"string", "fontstyle", "customco"};
+        size_t at[3] = {none, none, none};
+        bool string_key = eq != none && word_before(line, 6, "string");
+        if (!string_key) {
+            k_keys.find_first(line, at);
+            string_key = eq != none && at[0] < eq;
+        }
         if (string_key) {
             const size_t comma = line.find(',');
             if (comma == std::string_view::npos) return;
@@ -485,7 +487,7 @@ EncodedLabels encode_labels(Store& s, const std::string& element_text, int /*cls
                 if (t.empty()) t.push_back(' ');
                 append_label_text(body, to_file_page(s, t, lang));
             }
-        } else if (at[0] != none) {
+        } else if (at[1] != none) {
             const std::string_view v = key_value(line);
             font_set = true;
             if (contains_caseless(v, "nolabel")) fontval = 1;
@@ -493,7 +495,7 @@ EncodedLabels encode_labels(Store& s, const std::string& element_text, int /*cls
             else if (contains_caseless(v, "normal")) fontval = 3;
             else if (contains_caseless(v, "large")) fontval = 4;
             else fontval = 0;
-        } else if (at[1] != none) {
+        } else if (at[2] != none) {
             if (contains_caseless(line, "daycustomco")) {
                 has_day = true;
                 day = colour_bytes(key_value(line));
