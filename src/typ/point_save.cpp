@@ -51,8 +51,7 @@ XpmHead parse_head(std::string_view line) {
     return head;
 }
 
-// Calls f(line, start) for every line of a text, the line without its line
-// end, start its position in the text.
+// Calls f(line) for every line of a text, the line without its line end.
 template <class F>
 void for_each_line(std::string_view text, F&& f) {
     size_t pos = 0;
@@ -61,7 +60,7 @@ void for_each_line(std::string_view text, F&& f) {
         if (end == std::string_view::npos) end = text.size();
         std::string_view line = text.substr(pos, end - pos);
         if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
-        f(line, pos);
+        f(line);
         pos = end + 1;
     }
 }
@@ -258,7 +257,7 @@ void append_colour(std::string& out, const TableLine& line) {
 // The key lines of an element's text: its colour lines are no labels.
 std::string key_lines(std::string_view text) {
     std::string out;
-    for_each_line(text, [&out](std::string_view line, size_t) {
+    for_each_line(text, [&out](std::string_view line) {
         if (is_colour_line(line)) return;
         out.append(line);
         out += k_crlf;
