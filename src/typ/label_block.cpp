@@ -4,6 +4,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstdio>
+#include <cstring>
 #include <vector>
 
 #include "platform/codepage.h"
@@ -24,9 +25,8 @@ const char* const k_styles[] = {"Default", "Nolabel", "SmallFont", "Normal", "La
 const char* const k_custom[] = {"No", "Day", "Night", "DayAndNight"};
 
 std::string hex_byte(int v) {
-    char buf[3];
-    std::snprintf(buf, sizeof buf, "%02X", v & 0xff);
-    return buf;
+    static const char* const k_hex = "0123456789ABCDEF";
+    return {k_hex[(v >> 4) & 15], k_hex[v & 15]};
 }
 
 // Lines without their CR LF; the last piece is kept even when empty so that
@@ -224,7 +224,7 @@ DecodedLabels decode_labels(Store& s, int64_t record, int32_t offset, int cls, i
     };
 
     d.lines.reserve(static_cast<size_t>(L) + 48);
-    auto emit = [&](std::string& str, int lang) {
+    auto emit = [&](const std::string& str, int lang) {
         static const char* const k_hex = "0123456789ABCDEF";
         // Language digits: upper-case hex, at least two.
         std::string digits;
@@ -232,24 +232,37 @@ DecodedLabels decode_labels(Store& s, int64_t record, int32_t offset, int cls, i
         else digits = {k_hex[(lang >> 4) & 15], k_hex[lang & 15]};
         char number[16];
         const auto made = std::to_chars(number, number + sizeof number, d.strings + 1);
-        std::string key;
-        key.reserve(6 + static_cast<size_t>(made.ptr - number));
-        key += "String";
-        key.append(number, made.ptr);
-        if (s.codepage < k_utf8) str = text::loadutf8(s, str, digits, key);
-        size_t n = str.size();
-        while (n > 0 && str[n - 1] == ' ') --n;
-        d.lines += key;
-        d.lines += "=0x";
-        d.lines += digits;
-        d.lines += ',';
-        const Span here{d.lines.size(), n, true};
-        d.lines.append(str, 0, n);
-        d.lines += "\r\n";
+        const auto number_len = static_cast<size_t>(made.ptr - number);
+        std::string_view text = str;
+        std::string loaded;
+        if (s.codepage < k_utf8) {
+            std::string key = "String";
+            key.append(number, number_len);
+            loaded = text::loadutf8(s, str, digits, key);
+            text = loaded;
+        }
+        size_t n = text.size();
+        while (n > 0 && text[n - 1] == ' ') --n;
+        // "StringN=0xDD,text" CR LF, written in one piece.
+        const size_t old = d.lines.size();
+        d.lines.resize(old + 6 + number_len + 3 + digits.size() + 1 + n + 2);
+        char* w = d.lines.data() + old;
+        auto put = [&w](const char* from, size_t count) {
+            std::memcpy(w, from, count);
+            w += count;
+        };
+        put("String", 6);
+        put(number, number_len);
+        put("=0x", 3);
+        put(digits.data(), digits.size());
+        put(",", 1);
+        const Span here{static_cast<size_t>(w - d.lines.data()), n, true};
+        put(text.data(), n);
+        put("\r\n", 2);
         ++d.strings;
         if (lang == s.opt.langid) preferred = here;
         if (lang == 0) deflt = here;
-        if (!fallback.set && n > 0 && static_cast<unsigned char>(str[0]) < 127) fallback = here;
+        if (!fallback.set && n > 0 && static_cast<unsigned char>(text[0]) < 127) fallback = here;
     };
 
     int lang = language(lang_at);
@@ -331,6 +344,7 @@ DecodedFont chk_fontcc(Store& s, int64_t pos, bool hasfont, bool custom, int cls
     }
     const int b = curf_byte(s, pos);
     const int style = (b & 7);
+    f.lines.reserve(128);
     f.lines = "ExtendedLabels=Y\r\nFontStyle=";
     if (style < 5) f.lines += k_styles[style];
     f.lines += "\r\n";
@@ -340,8 +354,10 @@ DecodedFont chk_fontcc(Store& s, int64_t pos, bool hasfont, bool custom, int cls
     // Points mark colours with an opacity nibble by a font byte of 33 or more.
     const bool opacity = cls == model::k_points && b >= 33;
     const int value = opacity ? (b >> 3) & 3 : (b >> 3) & 7;
-    const std::string cname = value <= 3 ? k_custom[value] : "";
-    f.lines += "CustomColor=" + cname + "\r\n";
+    const std::string_view cname = value <= 3 ? k_custom[value] : "";
+    f.lines += "CustomColor=";
+    f.lines += cname;
+    f.lines += "\r\n";
 
     if (cname.empty() || value > 3) {
         if (cls == model::k_lines) {
@@ -373,12 +389,16 @@ DecodedFont chk_fontcc(Store& s, int64_t pos, bool hasfont, bool custom, int cls
         // A Night value prints its one colour under the day key, as the writer
         // reads it back.
         const std::string day = colour_at(0);
-        f.lines += "DaycustomColor:#" + day + "\r\n";
+        f.lines += "DaycustomColor:#";
+        f.lines += day;
+        f.lines += "\r\n";
         f.colours = rgbswap(day);
     }
     if (value == 3) {
         const std::string night = colour_at(1);
-        f.lines += "NightcustomColor:#" + night + "\r\n";
+        f.lines += "NightcustomColor:#";
+        f.lines += night;
+        f.lines += "\r\n";
         if (cls == model::k_points) f.colours += rgbswap(night);
     }
     if (opacity) f.consumed += 3 * colours + (colours + 1) / 2;
