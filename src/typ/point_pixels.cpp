@@ -312,13 +312,16 @@ uint32_t fnpoi32(std::string_view line) {
 }
 
 std::string alphacol32(const std::vector<uint32_t>& entries) {
-    const int n = static_cast<int>(entries.size());
-    std::string out(static_cast<size_t>(point_palette_bytes(n, k_mode_alpha)), '\0');
-    for (int k = 0; k < n; ++k) {
-        const int64_t bit = static_cast<int64_t>(k) * k_bits_per_entry32;
-        uint64_t v = static_cast<uint64_t>(entries[static_cast<size_t>(k)] & 0x0fffffff) << (bit % 8);
-        for (int64_t i = bit / 8; v != 0 && static_cast<size_t>(i) < out.size(); ++i, v >>= 8)
-            out[static_cast<size_t>(i)] = static_cast<char>(static_cast<uint8_t>(out[static_cast<size_t>(i)]) | (v & 0xff));
+    const size_t n = entries.size();
+    std::string out(static_cast<size_t>(point_palette_bytes(static_cast<int>(n), k_mode_alpha)), '\0');
+    // Two entries fill seven bytes; an odd last one takes four, its top
+    // nibble 0.
+    char* p = out.data();
+    for (size_t k = 0; k < n; k += 2, p += 7) {
+        uint64_t v = entries[k] & 0x0fffffff;
+        if (k + 1 < n) v |= static_cast<uint64_t>(entries[k + 1] & 0x0fffffff) << k_bits_per_entry32;
+        const size_t bytes = k + 1 < n ? 7 : 4;
+        for (size_t i = 0; i < bytes; ++i) p[i] = static_cast<char>((v >> (8 * i)) & 0xff);
     }
     return out;
 }

@@ -434,7 +434,7 @@ EncodedPicture encode_picture(Store& s, const std::vector<TableLine>& lines, con
     out.mode = alpha ? k_mode_alpha : none ? k_mode_transparent
                                            : (head.colormode == k_mode_transparent || head.colormode == k_mode_alpha ? head.colormode : k_mode_opaque);
 
-    std::vector<bool> transparent(static_cast<size_t>(table), false);
+    std::vector<uint8_t> transparent(static_cast<size_t>(table), 0);
     std::vector<uint32_t> entries32;
     if (out.mode == k_mode_alpha) {
         entries32.reserve(lines.size());
