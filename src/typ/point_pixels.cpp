@@ -225,7 +225,7 @@ void append_rows(std::string& out, std::string_view data, int w, int h, int n, i
     const size_t line = static_cast<size_t>(w) * (cpp == 2 ? 2 : 1) + 2;
     const auto& t = symbols();
     // A whole byte's symbols are copied at once; the last copy of a row may
-    // run up to 8 characters on, into room the next row overwrites or the
+    // run up to 7 characters on, into room the next row overwrites or the
     // slack cut off at the end.
     constexpr size_t k_slack = 8;
     const size_t start = out.size();
@@ -239,7 +239,9 @@ void append_rows(std::string& out, std::string_view data, int w, int h, int n, i
         const size_t base = row_bytes * static_cast<size_t>(y);
         if (base + row_bytes <= data.size()) {
             const uint8_t* row = bytes + base;
-            if (cpp == 2) {
+            if (cpp == 2 && bpp == 8) {
+                for (int x = 0; x < w; ++x, p += 2) std::memcpy(p, t.two[row[x]].data(), 2);
+            } else if (cpp == 2) {
                 for (int x = 0; x < w; ++x) {
                     const size_t bit = static_cast<size_t>(x) * static_cast<size_t>(bpp);
                     const auto& sym = t.two[(row[bit >> 3] >> (bit & 7)) & mask];
@@ -250,10 +252,15 @@ void append_rows(std::string& out, std::string_view data, int w, int h, int n, i
                 for (int x = 0; x < w; ++x) *p++ = t.one[row[x]];
             } else {
                 char* const row_end = p + w;
-                for (size_t i = 0; p < row_end; ++i) {
-                    std::memcpy(p, packed[row[i]].data(), 8);
-                    p += per_byte;
-                }
+                auto copy_row = [&]<size_t Per>() {
+                    for (size_t i = 0; p < row_end; ++i, p += Per) std::memcpy(p, packed[row[i]].data(), Per);
+                };
+                if (per_byte == 2)
+                    copy_row.template operator()<2>();
+                else if (per_byte == 4)
+                    copy_row.template operator()<4>();
+                else
+                    copy_row.template operator()<8>();
                 p = row_end;
             }
         } else {
