@@ -389,6 +389,7 @@ DecodedFont chk_fontcc(Store& s, int64_t pos, bool hasfont, bool custom, int cls
         // A Night value prints its one colour under the day key, as the writer
         // reads it back.
         const std::string day = colour_at(0);
+        f.day_line = true;
         f.lines += "DaycustomColor:#";
         f.lines += day;
         f.lines += "\r\n";

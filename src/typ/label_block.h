@@ -41,6 +41,7 @@ struct DecodedFont {
                                     // points: day digits then night digits
     int32_t consumed = 0;           // bytes read: 1, 4 or 7 (more for points with opacity)
     bool stopped = false;           // an unknown custom value ended the read
+    bool day_line = false;          // a DaycustomColor line was written
 };
 
 // chk_fontcc: reads the font byte at pos. hasfont says a font byte is present;

@@ -166,7 +166,7 @@ void finish_line(Store& s, int64_t pos, int32_t n, int flag2, int32_t off, int32
         DecodedFont font = chk_fontcc(s, pos + off, true, true, model::k_lines, type);
         d.keys += font.lines;
         off += font.consumed;
-        if (contains_caseless(font.lines, "daycustomcolor")) s.ln_dayc[r] = font.colours.substr(0, 6);
+        if (font.day_line) s.ln_dayc[r] = font.colours.substr(0, 6);
     }
 
     if (model::chkl(s, 5) != '1') d.scheme = drop_night(d.scheme, d.rows > 0, d.pal);

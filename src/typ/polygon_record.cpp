@@ -124,7 +124,7 @@ std::string read_labels_and_font(Store& s, int64_t pos, int32_t n, int flag, int
         DecodedFont f = chk_fontcc(s, pos + off, true, true, model::k_polygons, s.pg_typ[r]);
         keys += f.lines;
         off += f.consumed;
-        if (contains_caseless(f.lines, "daycustomcolor")) dayc = f.colours.substr(0, 6);
+        if (f.day_line) dayc = f.colours.substr(0, 6);
     }
     // The font lines start with the key; only label texts need the search.
     if (!(flag & k_flag_font) && !contains_caseless(keys, "extendedlabels"))

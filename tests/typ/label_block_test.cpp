@@ -109,6 +109,7 @@ TEST(FontByte, NightPrintsItsColourUnderTheDayKey) {
     EXPECT_EQ(f.lines, "ExtendedLabels=Y\r\nFontStyle=SmallFont\r\nCustomColor=Night\r\nDaycustomColor:#102030\r\n");
     EXPECT_EQ(f.consumed, 4);
     EXPECT_EQ(f.colours, "302010");
+    EXPECT_TRUE(f.day_line);
 }
 
 TEST(FontByte, DayAndNightPointKeepsBothColours) {
@@ -139,6 +140,7 @@ TEST(FontByte, UnknownCustomValueStopsALineAndIsReported) {
     model::Store s = with_bytes(S("\x20\x01\x02\x03", 4));
     const auto f = typ::chk_fontcc(s, 4, true, true, model::k_lines, "0x0100");
     EXPECT_TRUE(f.stopped);
+    EXPECT_FALSE(f.day_line);
     EXPECT_EQ(f.consumed, 1);
     EXPECT_EQ(s.loadrep, "Unknown CC format @0x0100 4 value:&20\r\n");
 
