@@ -155,7 +155,7 @@ void finish_line(Store& s, int64_t pos, int32_t n, int flag2, int32_t off, int32
                  const std::string& type) {
     const auto r = static_cast<size_t>(n);
     std::string label;
-    s.ln_dayc[r] = "0";
+    s.ln_dayc[r].assign(1, '0');
     if (flag2 & k_flag2_labels) {
         DecodedLabels labels = decode_labels(s, pos, off, model::k_lines, size, type);
         d.keys += labels.lines;
