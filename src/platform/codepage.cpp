@@ -183,8 +183,28 @@ std::string recode(const std::string& bytes, int from_cp, int to_cp) {
 }
 
 bool is_valid_utf8(const std::string& bytes) {
-    for (char32_t c : utf8_to_wide(bytes))
-        if (c == k_replacement) return false;
+    // Walks the bytes without decoding them: labels are checked by the
+    // thousand on every load.
+    const auto* p = reinterpret_cast<const unsigned char*>(bytes.data());
+    const size_t n = bytes.size();
+    size_t i = 0;
+    while (i < n) {
+        const unsigned c = p[i];
+        if (c < 0x80) {
+            ++i;
+            continue;
+        }
+        const int len = c >= 0xF0 && c < 0xF5 ? 4 : c >= 0xE0 && c < 0xF0 ? 3 : c >= 0xC2 && c < 0xE0 ? 2 : 0;
+        if (len == 0 || i + static_cast<size_t>(len) > n) return false;
+        for (int k = 1; k < len; ++k)
+            if ((p[i + static_cast<size_t>(k)] & 0xC0) != 0x80) return false;
+        const unsigned c1 = p[i + 1];
+        if (c == 0xE0 && c1 < 0xA0) return false;  // overlong
+        if (c == 0xED && c1 >= 0xA0) return false;  // surrogates
+        if (c == 0xF0 && c1 < 0x90) return false;  // overlong
+        if (c == 0xF4 && c1 >= 0x90) return false;  // above U+10FFFF
+        i += static_cast<size_t>(len);
+    }
     return true;
 }
 

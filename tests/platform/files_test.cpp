@@ -62,6 +62,11 @@ TEST(Codepage, ConvertsBetweenPagesAndUtf8) {
     EXPECT_EQ(iconv_name(1250), "CP1250");
     EXPECT_TRUE(is_valid_utf8("Stra\xC3\x9F" "e"));
     EXPECT_FALSE(is_valid_utf8("Stra\xDF" "e"));
+    EXPECT_TRUE(is_valid_utf8("\xEF\xBF\xBD"));       // U+FFFD itself is valid
+    EXPECT_FALSE(is_valid_utf8("\xC0\xAF"));           // overlong
+    EXPECT_FALSE(is_valid_utf8("\xED\xA0\x80"));       // surrogate
+    EXPECT_FALSE(is_valid_utf8("\xF4\x90\x80\x80"));   // above U+10FFFF
+    EXPECT_FALSE(is_valid_utf8("\xE2\x82"));           // cut short
 }
 
 }  // namespace
