@@ -505,7 +505,7 @@ std::string encode_point_record(Store& s, int32_t n) {
             const size_t line_start = s.pt_txt[r].rfind('\n', at);
             const Tables t = split_tables(std::string_view(s.pt_txt[r]).substr(line_start == std::string::npos ? 0 : line_start + 1));
             tables.has_night = true;
-            tables.night = t.day;  // nothing stands before the head in this slice
+            tables.night = t.night;
             tables.night_head = t.night_head;
         }
     }
