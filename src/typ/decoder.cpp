@@ -166,13 +166,17 @@ void decode_points(Store& s, platform::Prompt& ui, const Index& ix) {
         const int64_t entry = ix.start + static_cast<int64_t>(n) * ix.recsize;
         const int64_t field = offset_field(s, entry, ix.recsize);
         const int code = curf_u16(s, entry);
+        const int64_t pos = data + field;
+        const int flag = curf_byte(s, pos);
+        if (flag > 0) {
+            poi_bmp(s, pos, n, flag, entry, code);
+            continue;
+        }
+        // A record of flag 0 is skipped; the element keeps its type.
         std::string digits = point_type_text(code);
         if (digits.size() > 2) digits = digits.substr(2);
         while (digits.size() < 5) digits.insert(digits.begin(), '0');
         s.pt_typ[static_cast<size_t>(n)] = digits;
-        const int64_t pos = data + field;
-        const int flag = curf_byte(s, pos);
-        if (flag > 0) poi_bmp(s, pos, n, flag, entry, code);
     }
 }
 
