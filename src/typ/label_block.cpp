@@ -532,10 +532,13 @@ EncodedLabels encode_labels(Store& s, const std::string& element_text, int /*cls
             }
         }
     };
+    // An element's text holds its keys in front of the picture head; behind
+    // it stand only colour lines (hundreds in a point), so the walk ends there.
     for (size_t start = 0;;) {
         const size_t lf = text.find('\n', start);
         std::string_view raw = text.substr(start, lf == std::string_view::npos ? std::string_view::npos : lf - start);
         if (!raw.empty() && raw.back() == '\r') raw.remove_suffix(1);
+        if (raw.find('"') != std::string_view::npos && contains_caseless(raw, "xpm=")) break;
         one_line(raw);
         if (lf == std::string_view::npos) break;
         start = lf + 1;
