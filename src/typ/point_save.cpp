@@ -498,8 +498,10 @@ std::string encode_point_record(Store& s, int32_t n) {
 
     const std::string& col = s.pt_col[r];
     Tables tables = split_tables(col);
-    if (!tables.has_night) {
-        // The night block may stand in the text only.
+    // The night block may stand in the text only (an edit of the text that
+    // did not reach the colour column); without night data anywhere in the
+    // tables there is nothing to look for.
+    if (!tables.has_night && (s.pt_nnight > 0 || s.pt_nncol[r] > 0)) {
         const size_t at = find_word(s.pt_txt[r], "nightxpm", 0, 2);
         if (at != std::string::npos) {
             const size_t line_start = s.pt_txt[r].rfind('\n', at);
