@@ -112,6 +112,20 @@ std::string fnkl(std::string_view xpmline) {
     return std::string(out, 3);
 }
 
+std::string colour_at(Store& s, int64_t pos) {
+    static const char* const k_hex = "0123456789ABCDEF";
+    const int b = curf_byte(s, pos), g = curf_byte(s, pos + 1), r = curf_byte(s, pos + 2);
+    return {'#', k_hex[r >> 4], k_hex[r & 15], k_hex[g >> 4], k_hex[g & 15], k_hex[b >> 4], k_hex[b & 15]};
+}
+
+void append_palette_line(std::string& out, int digit, std::string_view value) {
+    out += '"';
+    out += static_cast<char>('0' + digit);
+    out += " c ";
+    out += value;
+    out += '"';
+}
+
 int64_t hex_value(std::string_view digits) {
     int64_t v = 0;
     for (char c : digits) {

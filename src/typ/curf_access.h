@@ -70,6 +70,12 @@ std::string rgbswap(std::string_view text);
 // byte-swapped; ff ff ff when there is no "#" ("none").
 std::string fnkl(std::string_view xpmline);
 
+// "#RRGGBB" of a record colour: the three bytes blue, green, red at pos.
+std::string colour_at(Store& s, int64_t pos);
+
+// A palette line of the text form: quote, digit, " c ", value, quote.
+void append_palette_line(std::string& out, int digit, std::string_view value);
+
 // Value of hex digits; stops at the first non-digit.
 int64_t hex_value(std::string_view digits);
 

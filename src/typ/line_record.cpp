@@ -53,21 +53,6 @@ const char* const k_crlf = "\r\n";
 constexpr std::string_view k_row_of_ones = "11111111111111111111111111111111";
 constexpr std::string_view k_row_of_zeros = "00000000000000000000000000000000";
 
-// "#RRGGBB" of the three bytes blue, green, red at pos.
-std::string colour_at(Store& s, int64_t pos) {
-    static const char* const k_hex = "0123456789ABCDEF";
-    const int b = curf_byte(s, pos), g = curf_byte(s, pos + 1), r = curf_byte(s, pos + 2);
-    return {'#', k_hex[r >> 4], k_hex[r & 15], k_hex[g >> 4], k_hex[g & 15], k_hex[b >> 4], k_hex[b & 15]};
-}
-
-void append_palette_line(std::string& out, int digit, const std::string& value) {
-    out += '"';
-    out += static_cast<char>('0' + digit);
-    out += " c ";
-    out += value;
-    out += '"';
-}
-
 bool known_scheme(int scheme) { return scheme != 2 && scheme != 4; }
 
 // Colours stored in a record of this scheme.

@@ -49,21 +49,10 @@ constexpr int32_t k_wide_index_count = 300;
 
 const char* const k_crlf = "\r\n";
 
-// "#RRGGBB" of the three bytes blue, green, red at pos.
-std::string colour_at(Store& s, int64_t pos) {
-    static const char* const k_hex = "0123456789ABCDEF";
-    const int b = curf_byte(s, pos), g = curf_byte(s, pos + 1), r = curf_byte(s, pos + 2);
-    return {'#', k_hex[r >> 4], k_hex[r & 15], k_hex[g >> 4], k_hex[g & 15], k_hex[b >> 4], k_hex[b & 15]};
-}
-
 std::string palette_line(int digit, const std::string& value) {
     std::string out;
     out.reserve(value.size() + 6);
-    out += '"';
-    out += static_cast<char>('0' + digit);
-    out += " c ";
-    out += value;
-    out += '"';
+    append_palette_line(out, digit, value);
     return out;
 }
 

@@ -121,7 +121,9 @@ TEST(PolygonRecord, NightColoursOffKeepsTheDayLook) {
         EXPECT_EQ(s.pg_col[0], c.palette);
         EXPECT_EQ(s.pg_ncol[0], c.mode == 6 ? 1 : 2);
         EXPECT_EQ(s.pg_nnight, 0);
-        if (c.mode != 6) EXPECT_EQ(s.pg_xpm[0], "Xpm=\"32 32 2 1\"");
+        if (c.mode != 6) {
+            EXPECT_EQ(s.pg_xpm[0], "Xpm=\"32 32 2 1\"");
+        }
     }
 }
 
