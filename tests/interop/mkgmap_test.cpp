@@ -100,18 +100,6 @@ std::vector<std::string> elements(const std::string& text) {
     return out;
 }
 
-std::vector<std::string> split_lines(const std::string& text) {
-    std::vector<std::string> out;
-    size_t start = 0;
-    while (start < text.size()) {
-        size_t end = text.find('\n', start);
-        if (end == std::string::npos) end = text.size();
-        out.push_back(text.substr(start, end - start));
-        start = end + 1;
-    }
-    return out;
-}
-
 // An element as a device sees it: pictures painted (each row lists the colour
 // of every pixel, so symbols, table order and bit sense do not matter),
 // opacity 0 as opaque and 15 as transparent, labels as a sorted set without
@@ -128,7 +116,7 @@ std::string painted(const std::string& element) {
             for (auto& c : colours) out += "colour " + c.second + "\n";
         in_picture = false;
     };
-    for (const std::string& line : split_lines(element)) {
+    for (const std::string& line : lines_of(element)) {
         const size_t xpm = line.find("Xpm=\"");
         if (xpm != std::string::npos) {
             close_picture();
@@ -190,7 +178,7 @@ std::string painted(const std::string& element) {
 // elements are compared only by their type and picture size.
 bool mkgmap_scrambles(const std::string& element) {
     std::vector<std::string> seen;
-    for (const std::string& line : split_lines(element)) {
+    for (const std::string& line : lines_of(element)) {
         if (line.find("Xpm=") != std::string::npos) {
             seen.clear();
             continue;
@@ -207,7 +195,7 @@ bool mkgmap_scrambles(const std::string& element) {
 
 std::string keys_only(const std::string& painted_text) {
     std::string out;
-    for (const std::string& line : split_lines(painted_text))
+    for (const std::string& line : lines_of(painted_text))
         if (line.rfind("[_", 0) == 0 || line.rfind("Type=", 0) == 0 || line.find("Xpm ") != std::string::npos)
             out += line + "\n";
     return out;

@@ -48,20 +48,27 @@ std::string encode(model::Store& s, platform::Prompt& ui) {
     return s.curf;
 }
 
-std::string without_comments(const std::string& text) {
-    std::string out;
+std::vector<std::string> lines_of(const std::string& text) {
+    std::vector<std::string> out;
     size_t start = 0;
     while (start < text.size()) {
         size_t end = text.find('\n', start);
         if (end == std::string::npos) end = text.size();
         std::string line = text.substr(start, end - start);
         if (!line.empty() && line.back() == '\r') line.pop_back();
+        out.push_back(std::move(line));
+        start = end + 1;
+    }
+    return out;
+}
+
+std::string without_comments(const std::string& text) {
+    std::string out;
+    for (const std::string& line : lines_of(text))
         if (!line.empty() && line[0] != ';') {
             out += line;
             out += '\n';
         }
-        start = end + 1;
-    }
     return out;
 }
 

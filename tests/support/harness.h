@@ -30,6 +30,9 @@ std::string text_of(model::Store& s, platform::Prompt& ui, int kind = 13);
 // Encodes the tables with the fixed clock; "" when the save was refused.
 std::string encode(model::Store& s, platform::Prompt& ui);
 
+// Lines of a text, CR LF or LF ended, without their line ends.
+std::vector<std::string> lines_of(const std::string& text);
+
 // The text without comment lines and blank lines.
 std::string without_comments(const std::string& text);
 

@@ -10,25 +10,12 @@
 #include "typ/point_record.h"
 
 using namespace korvex;
+using korvex::testing::lines_of;
 
 namespace {
 
 // One picture as colours a pixel: "RRGGBB/alpha" or "none".
 using Grid = std::vector<std::vector<std::string>>;
-
-std::vector<std::string> lines_of(const std::string& text) {
-    std::vector<std::string> out;
-    size_t start = 0;
-    while (start < text.size()) {
-        size_t end = text.find('\n', start);
-        if (end == std::string::npos) end = text.size();
-        std::string line = text.substr(start, end - start);
-        if (!line.empty() && line.back() == '\r') line.pop_back();
-        out.push_back(line);
-        start = end + 1;
-    }
-    return out;
-}
 
 // "sym c #RRGGBB" [canal]alpha=a -> symbol and colour text.
 std::pair<std::string, std::string> colour_of(const std::string& line, int cpp) {
