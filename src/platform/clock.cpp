@@ -6,10 +6,17 @@ namespace korvex::platform {
 
 Stamp stamp_from_time(std::time_t t, bool utc) {
     std::tm tm{};
+#ifdef _WIN32
+    if (utc)
+        gmtime_s(&tm, &t);
+    else
+        localtime_s(&tm, &t);
+#else
     if (utc)
         gmtime_r(&t, &tm);
     else
         localtime_r(&t, &tm);
+#endif
     Stamp s;
     s.year = tm.tm_year + 1900;
     s.month = tm.tm_mon + 1;

@@ -5,7 +5,40 @@
 #include <cstring>
 #include <fcntl.h>
 #include <sys/stat.h>
+
+#ifdef _WIN32
+// The few POSIX calls used below, on the C runtime of Windows. rename does
+// not replace an existing file there, so commit uses MoveFileEx.
+#include <io.h>
+#include <windows.h>
+#define stat _stat
+#define fsync _commit
+#define close _close
+#define write _write
+#define unlink _unlink
+#define open _open
+using ssize_t = int;
+using mode_t = int;
+#ifndef S_ISREG
+#define S_ISREG(m) (((m) & _S_IFMT) == _S_IFREG)
+#endif
+namespace {
+int mkstemp(char* tmpl) {
+    if (_mktemp_s(tmpl, std::strlen(tmpl) + 1) != 0) return -1;
+    return _open(tmpl, _O_CREAT | _O_EXCL | _O_WRONLY | _O_BINARY, _S_IREAD | _S_IWRITE);
+}
+int fchmod(int, int) { return 0; }
+int umask(int) { return 0; }
+int replace_file(const char* from, const char* to) {
+    return MoveFileExA(from, to, MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) ? 0 : -1;
+}
+}  // namespace
+#else
 #include <unistd.h>
+namespace {
+int replace_file(const char* from, const char* to) { return std::rename(from, to); }
+}  // namespace
+#endif
 
 namespace korvex::platform {
 
@@ -101,7 +134,7 @@ bool AtomicWriter::commit() {
         return false;
     }
     fd_ = -1;
-    if (::rename(tmp_.c_str(), path_.c_str()) != 0) {
+    if (replace_file(tmp_.c_str(), path_.c_str()) != 0) {
         fail(std::strerror(errno));
         return false;
     }
