@@ -1,5 +1,536 @@
+// Reading a "[_point]" section: keys, day and night pictures, into the point
+// columns in the forms the TYP decoder gives them (canonical symbols, one
+// character a pixel below cpp_limit colours, two from it on).
 #include "text/point_reader.h"
-// STUB: to be implemented
+
+#include <algorithm>
+#include <charconv>
+
+#include "text/load_driver.h"
+#include "typ/curf_access.h"
+#include "typ/point_pixels.h"
+
 namespace korvex::text {
-void poiparse(Store&, platform::Prompt&, const std::string&, int32_t, bool) {}
+
+namespace {
+
+using typ::lower;
+using typ::upper;
+
+constexpr const char* k_crlf = "\r\n";
+
+std::string_view trim_view(std::string_view t) {
+    size_t a = 0, b = t.size();
+    while (a < b && (t[a] == ' ' || t[a] == '\t' || t[a] == '\r' || t[a] == '\n')) ++a;
+    while (b > a && (t[b - 1] == ' ' || t[b - 1] == '\t' || t[b - 1] == '\r' || t[b - 1] == '\n')) --b;
+    return t.substr(a, b - a);
+}
+
+bool holds(std::string_view text, std::string_view word) { return text.find(word) != std::string_view::npos; }
+
+// Blanks around the first "=" go: "Type = 0x2f00" is "Type=0x2f00".
+std::string normalise_equals(std::string_view line) {
+    const size_t eq = line.find('=');
+    if (eq == std::string_view::npos) return std::string(line);
+    std::string out(trim_view(line.substr(0, eq)));
+    out += '=';
+    std::string_view right = line.substr(eq + 1);
+    while (!right.empty() && right.front() == ' ') right.remove_prefix(1);
+    out += right;
+    return out;
+}
+
+bool is_hex(char c) { return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F'); }
+
+// The hexadecimal digits of a key's value, behind its "0x" when it has one.
+std::string value_digits(std::string_view line) {
+    const size_t eq = line.find('=');
+    std::string_view v = trim_view(eq == std::string_view::npos ? line : line.substr(eq + 1));
+    if (v.size() >= 2 && v[0] == '0' && (v[1] == 'x' || v[1] == 'X')) v.remove_prefix(2);
+    size_t n = 0;
+    while (n < v.size() && is_hex(v[n])) ++n;
+    return std::string(v.substr(0, n));
+}
+
+// Custom colour digits in file byte order: padded to six, pairs reversed.
+std::string swapped_digits(std::string_view line) {
+    const size_t hash = line.find('#');
+    std::string d;
+    for (size_t k = hash + 1; hash != std::string_view::npos && k < line.size() && is_hex(line[k]) && d.size() < 6; ++k)
+        d += line[k];
+    if (d.size() < 6) d.insert(0, 6 - d.size(), '0');
+    return upper(d.substr(4, 2) + d.substr(2, 2) + d.substr(0, 2));
+}
+
+// The four numbers of a picture head: width, height, colours, characters a
+// pixel; -1 for a number that is missing.
+struct Head {
+    std::string key;   // up to and including "="
+    int field[4] = {-1, -1, -1, -1};
+    std::string mode;  // the digits of a stated Colormode=, "" without
+    bool has_blank = false;
+};
+
+Head read_head(std::string_view line) {
+    Head h;
+    const size_t q = line.find('"');
+    h.key = std::string(trim_view(line.substr(0, q)));
+    if (q == std::string_view::npos) return h;
+    const size_t close = line.find('"', q + 1);
+    const std::string_view inner = line.substr(q + 1, close == std::string_view::npos ? std::string_view::npos : close - q - 1);
+    h.has_blank = holds(trim_view(inner), " ");
+    size_t k = 0;
+    for (int& f : h.field) {
+        while (k < inner.size() && inner[k] == ' ') ++k;
+        if (k >= inner.size() || inner[k] < '0' || inner[k] > '9') break;
+        int v = 0;
+        for (; k < inner.size() && inner[k] >= '0' && inner[k] <= '9'; ++k) v = std::min(v * 10 + (inner[k] - '0'), 1 << 20);
+        f = v;
+    }
+    const size_t cm = typ::find_caseless(line, "mode=");
+    if (cm != std::string_view::npos)
+        for (size_t i = cm + 5; i < line.size() && line[i] >= '0' && line[i] <= '9'; ++i) h.mode += line[i];
+    return h;
+}
+
+std::string head_text(const Head& h, int w, int height, int colours, int cpp, const std::string& mode) {
+    std::string out = h.key;
+    out += '"' + std::to_string(w) + ' ' + std::to_string(height) + ' ' + std::to_string(colours) + ' ' +
+           std::to_string(cpp) + "\" Colormode=" + mode;
+    return out;
+}
+
+// One colour line as the decoder writes it: '"' symbol " c #RRGGBB" '"'
+// [" alpha=" a], or '"' symbol " c none" '"'. An eight-digit value is
+// #RRGGBBAA, whose AA mkgmap stores as alpha 15 - AA / 16.
+struct Colour {
+    std::string value;  // "#RRGGBB" or "none"
+    int alpha = -1;
+};
+
+Colour read_colour(std::string_view line, int cpp) {
+    Colour c;
+    size_t p = std::min(line.size(), static_cast<size_t>(1 + cpp));
+    while (p < line.size() && line[p] == ' ') ++p;
+    if (p < line.size() && (line[p] == 'c' || line[p] == 'C') && p + 1 < line.size() && line[p + 1] == ' ') {
+        p += 2;
+    } else {
+        const size_t at = typ::find_caseless(line, "c ", 1);
+        p = at == std::string_view::npos ? line.size() : at + 2;
+    }
+    size_t close = line.find('"', p);
+    if (close == std::string_view::npos) close = line.size();
+    const std::string_view value = trim_view(line.substr(p, close - p));
+    if (lower(value) == "none") {
+        c.value = "none";
+    } else {
+        c.value = upper(value);
+        if (c.value.size() == 9 && c.value[0] == '#') {
+            c.alpha = 15 - static_cast<int>(typ::hex_value(c.value.substr(7, 1)));
+            c.value.resize(7);
+        }
+    }
+    if (close < line.size()) {
+        // "canalalpha=" is an older spelling of "alpha=".
+        const std::string behind = lower(line.substr(close + 1));
+        const size_t a = behind.find("alpha");
+        if (a != std::string::npos) {
+            size_t k = behind.find('=', a);
+            int v = 0;
+            bool any = false;
+            for (k = k == std::string::npos ? behind.size() : k + 1; k < behind.size() && behind[k] == ' '; ++k) {}
+            for (; k < behind.size() && behind[k] >= '0' && behind[k] <= '9'; ++k, any = true) v = std::min(v * 10 + (behind[k] - '0'), 15);
+            if (any) c.alpha = v;
+        }
+    }
+    return c;
+}
+
+void append_colour_line(std::string& out, int index, int cpp, const Colour& c) {
+    out += '"';
+    typ::append_symbol(out, index, cpp);
+    out += " c ";
+    out += c.value;
+    out += '"';
+    if (c.alpha >= 0 && c.value != "none") {
+        out += " alpha=";
+        out += std::to_string(c.alpha);
+    }
+    out += k_crlf;
+}
+
+// A picture as the section states it.
+struct Picture {
+    std::string head_line;
+    Head head;
+    int cpp = 1;                      // characters a pixel of the text
+    std::vector<std::string> colours; // colour lines as written
+    std::vector<std::string> rows;    // rows without quotes
+};
+
+// The colour table of a picture in canonical lines; symbols get the table's
+// own symbols. mode: 2 alpha, 1 a transparent colour, 0 opaque.
+std::string canonical_table(const Picture& p, PointSymbols& symbols, int& mode, int& none_at) {
+    std::vector<Colour> read;
+    read.reserve(p.colours.size());
+    bool alpha = false, none = false;
+    none_at = -1;
+    for (const std::string& line : p.colours) {
+        std::string symbol = line.substr(1, static_cast<size_t>(p.cpp));
+        symbol.resize(static_cast<size_t>(p.cpp), ' ');
+        symbols.add(symbol);
+        read.push_back(read_colour(line, p.cpp));
+        alpha = alpha || read.back().alpha >= 0;
+        if (read.back().value == "none") {
+            if (none_at < 0) none_at = static_cast<int>(read.size()) - 1;
+            none = true;
+        }
+    }
+    mode = alpha ? 2 : none ? 1 : 0;
+    std::string out;
+    out.reserve(read.size() * 24);
+    const int cpp = typ::symbol_width(static_cast<int>(read.size()));
+    for (size_t k = 0; k < read.size(); ++k) append_colour_line(out, static_cast<int>(k), cpp, read[k]);
+    return out;
+}
+
+// Colour lines of an old-style picture: every "#RRGGBB" of its lines is the
+// colour of one pixel; "#RRGGBBxA" carries alpha A.
+std::string old_style_table(const std::vector<std::string>& rows, int& mode) {
+    std::string out;
+    for (const std::string& row : rows) {
+        for (size_t h = row.find('#'); h != std::string::npos; h = row.find('#', h + 1)) {
+            size_t n = 0;
+            while (h + 1 + n < row.size() && is_hex(row[h + 1 + n]) && n < 8) ++n;
+            if (n < 6) continue;
+            out += "\"#" + upper(row.substr(h + 1, 6)) + '"';
+            if (n == 8) {
+                out += " alpha=" + std::to_string(typ::hex_value(row.substr(h + 8, 1)));
+                mode = 2;
+            }
+            out += k_crlf;
+        }
+    }
+    return out;
+}
+
+// Symbols of rows that no colour of the table names, each once.
+std::vector<std::string> unknown_symbols(const std::vector<std::string>& rows, const PointSymbols& symbols) {
+    std::vector<std::string> found;
+    std::vector<bool> seen(65536, false);
+    const auto cpp = static_cast<size_t>(symbols.cpp);
+    for (const std::string& row : rows)
+        for (size_t x = 0; x + cpp <= row.size(); x += cpp) {
+            if (symbols.find(row.data() + x) >= 0) continue;
+            const auto k = static_cast<size_t>(PointSymbols::key(row.data() + x, symbols.cpp));
+            if (!seen[k]) found.push_back(row.substr(x, cpp));
+            seen[k] = true;
+        }
+    return found;
+}
+
+std::string joined_rows(const std::vector<std::string>& rows) {
+    size_t size = 0;
+    for (const std::string& r : rows) size += r.size() + 2;
+    std::string out;
+    out.reserve(size);
+    for (const std::string& r : rows) {
+        out += r;
+        out += k_crlf;
+    }
+    return out;
+}
+
+}  // namespace
+
+void PointSymbols::add(std::string_view symbol) {
+    if (static_cast<int>(symbol.size()) >= cpp) {
+        int16_t& slot = index[static_cast<size_t>(key(symbol.data(), cpp))];
+        if (slot < 0) slot = static_cast<int16_t>(count);
+    }
+    ++count;
+}
+
+std::string convert_txtbmp(std::string_view rows, const PointSymbols& symbols, int colours) {
+    const int out_cpp = typ::symbol_width(colours);
+    const auto cpp = static_cast<size_t>(symbols.cpp);
+    std::string out;
+    out.reserve(rows.size() / cpp * static_cast<size_t>(out_cpp) + 16);
+    size_t pos = 0;
+    while (pos < rows.size()) {
+        size_t end = rows.find('\n', pos);
+        if (end == std::string_view::npos) end = rows.size();
+        std::string_view row = rows.substr(pos, end - pos);
+        if (!row.empty() && row.back() == '\r') row.remove_suffix(1);
+        for (size_t x = 0; x + cpp <= row.size(); x += cpp) {
+            int v = symbols.find(row.data() + x);
+            if (v < 0) v = std::max(symbols.fallback, 0);
+            typ::append_symbol(out, v, out_cpp);
+        }
+        out += k_crlf;
+        pos = end + 1;
+    }
+    return out;
+}
+
+std::string fncoltxt(Store& s, const std::string& colourlines, int32_t row, bool night) {
+    std::string out;
+    int k = 0;
+    typ::for_each_line(colourlines, [&](std::string_view line) {
+        const size_t c = line.find(" c");
+        out += '"';
+        typ::append_symbol(out, k++, 2);
+        out += ' ';
+        out += c == std::string_view::npos ? line : line.substr(c + 1);
+        out += k_crlf;
+    });
+    std::string& rows = night ? s.pt_nbmp[static_cast<size_t>(row)] : s.pt_bmp[static_cast<size_t>(row)];
+    std::string wide;
+    wide.reserve(rows.size() * 2);
+    for (const char ch : rows) {
+        const auto c = static_cast<unsigned char>(ch);
+        if (c < 14) {
+            wide += ch;
+        } else {
+            typ::append_symbol(wide, c - typ::k_symbol_base, 2);
+        }
+    }
+    rows = std::move(wide);
+    return out;
+}
+
+void poiparse(Store& s, platform::Prompt& ui, const std::string& section, int32_t row, bool batch) {
+    (void)ui;
+    (void)batch;
+    if (row < 0) return;
+    if (static_cast<size_t>(row) >= s.pt_txt.size()) model::procredim(s, model::k_points, row + 1);
+    const auto r = static_cast<size_t>(row);
+    s.pt_col[r].clear();
+    s.pt_bmp[r].clear();
+    s.pt_nbmp[r].clear();
+    s.pt_txt[r].clear();
+    s.pt_typ[r].clear();
+    s.pt_lab[r].clear();
+    s.pt_xpm[r].clear();
+    s.pt_cc[r] = "0";
+    s.pt_ncol[r] = 0;
+    s.pt_nncol[r] = 0;
+    s.pt_mode[r] = 0;
+
+    std::string_view text = section;
+    const size_t end_at = typ::find_caseless(text, "[end]");
+    if (end_at != std::string_view::npos) text = text.substr(0, end_at + 5);
+
+    Picture day, night;
+    bool in_night = false, old_style = false, seen_colour = false;
+    std::string rest = "[_point]\r\n";
+    std::string digits;  // the running type digits
+    int strings = 0;
+    std::string label_pref, label_zero;
+    const std::string pref_key = "0x" + std::to_string(s.opt.langid);
+
+    size_t pos = 0;
+    while (pos < text.size()) {
+        size_t nl = text.find('\n', pos);
+        if (nl == std::string_view::npos) nl = text.size();
+        std::string_view raw = text.substr(pos, nl - pos);
+        pos = nl + 1;
+        std::string line(trim_view(raw));
+        std::replace(line.begin(), line.end(), '\t', ' ');
+        line = std::string(trim_view(line));
+        const bool ends_section = typ::contains_caseless(line, "[end]");
+        if (old_style && !ends_section && !line.empty()) line = '"' + line + '"';
+        if (typ::contains_caseless(line, ";bitmap")) {
+            old_style = true;
+            continue;
+        }
+        if (line.empty()) continue;
+        if (line.size() >= 2 && line.ends_with("\",")) line.pop_back();
+        if (line.front() == '"') {
+            Picture& p = in_night ? night : day;
+            const bool colour_word = typ::contains_caseless(line, "c ");
+            const int stated = p.head.field[2];
+            const bool colour = colour_word && p.rows.empty() &&
+                                (static_cast<int>(p.colours.size()) < stated ||
+                                 (stated < 0 && (holds(line, "#") || typ::contains_caseless(line, "none"))));
+            if (colour) {
+                p.colours.push_back(line);
+                seen_colour = true;
+            } else {
+                // Behind the row's closing quote stands nothing of it.
+                const size_t close = line.rfind('"');
+                p.rows.push_back(close > 0 ? line.substr(1, close - 1) : line.substr(1));
+            }
+            continue;
+        }
+        if (ends_section) break;
+        if (typ::contains_caseless(line, ";123")) continue;
+        std::string lo = lower(line);
+        if (holds(lo, "xpm=") || holds(lo, "xpm =") || holds(lo, "xpm  =")) {
+            line = normalise_equals(line);
+            Picture& p = holds(lo, "night") ? night : day;
+            if (&p == &night) in_night = true;
+            if (!p.head_line.empty()) continue;
+            p.head_line = line;
+            p.head = read_head(line);
+            const int stated = p.head.field[3];
+            p.cpp = stated == 2 ? 2 : 1;
+            continue;
+        }
+        if (line.front() == ';') {
+            if (!seen_colour) rest += line + k_crlf;
+            continue;
+        }
+        line = normalise_equals(line);
+        lo = lower(line);
+        if (holds(lo, "string")) {
+            line = fnchkstringtxt(s, line, ++strings);
+            const std::string low = lower(line);
+            const size_t comma = line.find(',');
+            const std::string label = comma == std::string::npos ? "" : line.substr(comma + 1);
+            if (holds(low, pref_key)) label_pref = label;
+            if (holds(low, "0x0")) label_zero = label;
+            rest += line + k_crlf;
+            continue;
+        }
+        if (lo.starts_with("subtype=")) {
+            // mkgmap's separate subtype: type digits, then two subtype digits.
+            if (digits.size() > 3) digits.resize(digits.size() - 2);
+            std::string sub = value_digits(line);
+            if (sub.size() < 2) sub.insert(0, 2 - sub.size(), '0');
+            digits += sub.substr(sub.size() - 2);
+            rest += line + k_crlf;
+            continue;
+        }
+        if (lo.starts_with("type=")) {
+            digits = value_digits(line);
+            if (digits.size() == 1) digits.insert(0, 1, '0');
+            // Two or three digits name a type without its subtype, as mkgmap
+            // reads them: 0x2f is 0x2f00, 0x115 is 0x11500.
+            if (digits.size() == 2 || digits.size() == 3) digits += "00";
+            if (digits.size() > 5) digits.erase(0, digits.size() - 5);
+            rest += line + k_crlf;
+            continue;
+        }
+        if (holds(lo, "customcolor")) {
+            if (holds(lo, "#") && !holds(lo, "=no")) {
+                if (holds(lo, "daycustom"))
+                    s.pt_cc[r] = swapped_digits(line);
+                else
+                    s.pt_cc[r] += swapped_digits(line);
+            }
+            rest += line + k_crlf;
+            continue;
+        }
+        if (lo.starts_with("extendedlabels") || lo.starts_with("fontstyle")) {
+            // "=n" and "=y" are written in capitals.
+            for (size_t k = 0; k + 1 < line.size(); ++k)
+                if (line[k] == '=' && (line[k + 1] == 'n' || line[k + 1] == 'y')) line[k + 1] = static_cast<char>(line[k + 1] - 32);
+            rest += line + k_crlf;
+        }
+    }
+
+    if (digits.size() < 5) digits.insert(0, 5 - digits.size(), '0');
+    s.pt_typ[r] = upper(digits);
+    const std::string& type = s.pt_typ[r];
+    if (day.head_line.empty()) return;
+    if (!day.head.has_blank) model::note_once(s, type + " problems with xpm");
+
+    // Day picture.
+    int mode = 0;
+    int none_at = -1;
+    int width = std::max(day.head.field[0], 0);
+    int height = std::max(day.head.field[1], 0);
+    PointSymbols day_symbols;
+    day_symbols.cpp = day.cpp;
+    std::string table;
+    bool bare = false;
+    if (day.colours.empty() && !day.rows.empty() && std::any_of(day.rows.begin(), day.rows.end(), [](const std::string& x) { return holds(x, "#"); })) {
+        // Old style: the picture's lines are the colours of its pixels.
+        table = old_style_table(day.rows, mode);
+        day.rows.clear();
+        bare = true;
+    } else {
+        table = canonical_table(day, day_symbols, mode, none_at);
+        const std::vector<std::string> unknown = unknown_symbols(day.rows, day_symbols);
+        if (!unknown.empty()) {
+            if (none_at < 0) {
+                model::note_once(s, upper(type) + "::old style point/colour? (" + unknown.front() + ")");
+                day_symbols.add(unknown.front());
+                day.colours.push_back('"' + unknown.front() + " c none\"");
+                table = canonical_table(day, day_symbols = PointSymbols{day.cpp}, mode, none_at);
+            }
+            day_symbols.fallback = none_at;
+        }
+    }
+    const int ncol = static_cast<int>(day.colours.size());
+    s.pt_ncol[r] = static_cast<int16_t>(ncol);
+    s.pt_mode[r] = static_cast<uint8_t>(mode);
+    if (!day.rows.empty()) s.pt_bmp[r] = convert_txtbmp(joined_rows(day.rows), day_symbols, ncol);
+    const int cpp = bare ? 1 : typ::symbol_width(ncol);
+
+    // Repairs of the head.
+    const int rows = static_cast<int>(day.rows.size());
+    const std::string stated_head = day.head_line;
+    if (s.pt_bmp[r].empty() && !bare && !holds(day.head_line, " 0 ") && width > 0 && height > 0) {
+        model::note_once(s, type + " Fixed incorrect poi bmp.");
+        std::string filler(static_cast<size_t>(width), '$');
+        std::string& bmp = s.pt_bmp[r];
+        for (int y = 0; y < height; ++y) bmp += filler + k_crlf;
+        if (ncol >= model::cpp_limit) fncoltxt(s, table, row, false);
+    } else if (rows > 0 && rows != height) {
+        model::note_once(s, type + " Fixed incorrect poi xpm.");
+        height = rows;
+    }
+    const std::string stated_mode = day.head.mode.empty() ? std::to_string(mode * 16) : day.head.mode;
+    s.pt_xpm[r] = head_text(day.head, width, height, ncol, cpp, stated_mode);
+    s.pt_col[r] = table;
+
+    // Night picture.
+    const bool keep_night = model::chkl(s, 6) != '0';
+    bool has_night = false;
+    if (!night.head_line.empty() && keep_night) {
+        has_night = true;
+        PointSymbols night_symbols;
+        night_symbols.cpp = night.cpp;
+        int night_mode = 0, night_none = -1;
+        const std::string night_table = canonical_table(night, night_symbols, night_mode, night_none);
+        night_symbols.fallback = night_none;
+        const int nncol = static_cast<int>(night.colours.size());
+        bool width_error = false;
+        for (const std::string& x : night.rows)
+            width_error = width_error || static_cast<int>(x.size()) != width * night.cpp;
+        if (width_error) s.loadmsg += "POI 0 x " + type + " Nightbmp width error . Please click on POI to edit.\r\n";
+        s.pt_nncol[r] = static_cast<int16_t>(nncol);
+        if (nncol > 0) {
+            s.pt_nbmp[r] = convert_txtbmp(joined_rows(night.rows), night_symbols, nncol);
+            s.pt_nnight += static_cast<int32_t>(night.rows.size());
+        }
+        std::string& col = s.pt_col[r];
+        col += k_crlf;
+        col += head_text(night.head, width, height, nncol, typ::symbol_width(nncol), std::to_string(night_mode * 16));
+        col += k_crlf;
+        col += night_table;
+        col.resize(col.size() - 2);
+    }
+
+    // The element's text: its keys, the head, the colour tables.
+    std::string& txt = s.pt_txt[r];
+    txt.reserve(rest.size() + s.pt_xpm[r].size() + s.pt_col[r].size() + 4);
+    txt = std::move(rest);
+    txt += s.pt_xpm[r];
+    txt += k_crlf;
+    txt += s.pt_col[r];
+
+    std::string& lab = s.pt_lab[r];
+    lab += static_cast<char>(has_night ? 1 : 0);
+    lab += static_cast<char>(mode);
+    lab += std::to_string(width) + 'x' + std::to_string(height) + ' ' + std::to_string(ncol) + ' ' + std::to_string(cpp);
+    lab += k_crlf;
+    lab += type;
+    lab += '#';
+    lab += label_pref.empty() ? label_zero : label_pref;
+    (void)stated_head;
+}
+
 }  // namespace korvex::text
