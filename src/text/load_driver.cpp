@@ -1,13 +1,468 @@
 #include "text/load_driver.h"
-// STUB: to be implemented
+
+#include <algorithm>
+#include <cctype>
+#include <cstdlib>
+#include <utility>
+#include <vector>
+
+#include "text/encoding.h"
+#include "text/point_reader.h"
+#include "text/polygon_line_reader.h"
+#include "typ/curf_access.h"
+#include "typ/draw_order.h"
+
 namespace korvex::text {
-bool load_txt(Store&, platform::Prompt&, const std::string&, std::string, bool, bool) { return false; }
-void polgon_txt(Store&, platform::Prompt&, const std::string&) {}
-void polline_txt(Store&, platform::Prompt&, const std::string&) {}
-void poi_txt(Store&, platform::Prompt&, const std::string&) {}
-bool chktxt(Store&, platform::Prompt&, int, int32_t, const std::string&) { return false; }
-std::string chksemicolon(const std::string& text) { return text; }
-std::string fnchkstringtxt(Store&, const std::string& line, int) { return line; }
-void draworder_fromtxt(Store&, platform::Prompt&, const std::string&) {}
-std::string sorttxt(const std::string& text) { return text; }
+
+namespace {
+
+using typ::lower;
+using typ::upper;
+
+// A header long enough for the active-line section.
+constexpr int32_t k_active_header = 174;
+
+std::string trim(const std::string& t) {
+    size_t a = 0, b = t.size();
+    while (a < b && (t[a] == ' ' || t[a] == '\t' || t[a] == '\r' || t[a] == '\n')) ++a;
+    while (b > a && (t[b - 1] == ' ' || t[b - 1] == '\t' || t[b - 1] == '\r' || t[b - 1] == '\n')) --b;
+    return t.substr(a, b - a);
+}
+
+void replace_all(std::string& text, const std::string& from, const std::string& to) {
+    if (from.empty() || text.find(from) == std::string::npos) return;
+    std::string out;
+    out.reserve(text.size());
+    size_t pos = 0;
+    for (size_t p; (p = text.find(from, pos)) != std::string::npos; pos = p + from.size()) {
+        out.append(text, pos, p - pos);
+        out += to;
+    }
+    out.append(text, pos, std::string::npos);
+    text = std::move(out);
+}
+
+// Every spelling of a section marker becomes the literal one, so that a
+// plain split finds all sections. marker is in lower case.
+void unify_marker(std::string& text, const std::string& marker) {
+    const std::string low = lower(text);
+    if (low.find(marker) == std::string::npos) return;
+    std::string out;
+    out.reserve(text.size());
+    size_t pos = 0;
+    for (size_t p; (p = low.find(marker, pos)) != std::string::npos; pos = p + marker.size()) {
+        out.append(text, pos, p - pos);
+        out += marker;
+    }
+    out.append(text, pos, std::string::npos);
+    text = std::move(out);
+}
+
+std::vector<std::string> split(const std::string& text, const std::string& sep) {
+    std::vector<std::string> parts;
+    size_t pos = 0;
+    for (size_t p; (p = text.find(sep, pos)) != std::string::npos; pos = p + sep.size())
+        parts.push_back(text.substr(pos, p - pos));
+    parts.push_back(text.substr(pos));
+    return parts;
+}
+
+// The last section of a pass is cut behind its "[end]"; false when it has none.
+bool cut_last(std::string& part) {
+    const size_t e = lower(part).find("[end]");
+    if (e == std::string::npos) return false;
+    part = part.substr(0, e) + "\r\n[end]";
+    return true;
+}
+
+void clear_line_row(Store& s, size_t r) {
+    s.ln_bmp[r].clear();
+    s.ln_col[r].clear();
+    s.ln_txt[r].clear();
+    s.ln_lab[r].clear();
+    s.ln_dayc[r].clear();
+    s.ln_act[r].clear();
+    s.ln_xpm[r].clear();
+    s.ln_len[r] = s.ln_pos[r] = s.ln_code[r] = 0;
+    s.ln_ncol[r] = s.ln_wid[r] = s.ln_bord[r] = 0;
+    s.ln_mode[r] = 0;
+}
+
+// Value behind the first "=" of a line whose blanks were removed; "x" marks
+// hexadecimal digits.
+std::string id_number(const std::string& v) {
+    const size_t x = v.find('x');
+    if (x == std::string::npos) return std::to_string(std::atoll(v.c_str()));
+    return std::to_string(typ::hex_value(v.substr(x + 1)));
+}
+
+void read_id(Store& s, const std::string& low) {
+    s.fid.clear();
+    s.pid = "1";
+    s.codepage = 1252;
+    const size_t at = low.find("[_id]");
+    if (at == std::string::npos) return;
+    size_t pos = at;
+    while (pos < low.size()) {
+        size_t nl = low.find('\n', pos);
+        if (nl == std::string::npos) nl = low.size();
+        std::string line;
+        for (size_t k = pos; k < nl; ++k)
+            if (low[k] != ' ' && low[k] != '\t') line += low[k];
+        pos = nl + 1;
+        if (line == "[end]") break;
+        auto value = [&](const std::string& key) { return line.substr(key.size()); };
+        if (line.rfind("productcode=", 0) == 0) {
+            s.pid = id_number(value("productcode="));
+        } else if (line.rfind("fid=", 0) == 0) {
+            std::string v = value("fid=");
+            v = v.substr(0, v.find(';'));
+            s.fid = id_number(v);
+        } else if (line.rfind("codepage=", 0) == 0) {
+            s.codepage = std::atoi(value("codepage=").c_str());
+            if (s.codepage <= 0) s.codepage = 1252;
+        } else if (line.rfind(";header=", 0) == 0) {
+            const int64_t h = typ::hex_value(value(";header="));
+            if (h > 0 && h < 0x10000) {
+                s.hdr_len = static_cast<int32_t>(h);
+                s.hdr_caption = " " + upper(typ::hex(static_cast<int32_t>(h)));
+            }
+        }
+    }
+}
+
+// ";created :" head line, for the workbench caption.
+void read_created(Store& s, const std::string& text) {
+    s.created.clear();
+    const size_t p = lower(text.substr(0, std::min<size_t>(text.size(), 4096))).find(";created :");
+    if (p == std::string::npos) return;
+    const size_t e = text.find('\n', p);
+    s.created = trim(text.substr(p + 10, e == std::string::npos ? std::string::npos : e - p - 10));
+}
+
+// A text that is valid UTF-8 and holds multi-byte characters.
+bool holds_utf8(const std::string& t) {
+    bool multi = false;
+    for (size_t i = 0; i < t.size();) {
+        const auto c = static_cast<unsigned char>(t[i]);
+        int more = c < 0x80 ? 0 : (c & 0xE0) == 0xC0 ? 1 : (c & 0xF0) == 0xE0 ? 2 : (c & 0xF8) == 0xF0 ? 3 : -1;
+        if (more < 0 || (c & 0xFE) == 0xC0) return false;
+        if (i + static_cast<size_t>(more) >= t.size() && more > 0) return false;
+        for (int k = 1; k <= more; ++k)
+            if ((static_cast<unsigned char>(t[i + static_cast<size_t>(k)]) & 0xC0) != 0x80) return false;
+        multi = multi || more > 0;
+        i += static_cast<size_t>(more) + 1;
+    }
+    return multi;
+}
+
+// Draw order type digits as the text states them, in the list's form.
+std::string drw_digits(std::string d) {
+    replace_all(d, "0X", "");
+    d.erase(std::remove(d.begin(), d.end(), ' '), d.end());
+    if (d.size() >= 5 && d[0] == '0') d.erase(0, 1);
+    if (d.size() < 4) d = "00" + d;
+    if (d.size() == 3) d = "0" + d;
+    if (d.size() == 5 && d[0] == '0') d.erase(0, 1);
+    return d;
+}
+
+// Sorts sections split at marker by the type value on their first line.
+std::string sort_sections(const std::string& text, const std::string& marker) {
+    std::vector<std::string> parts = split(text, marker);
+    std::vector<std::pair<int64_t, size_t>> keys;
+    for (size_t k = 1; k < parts.size(); ++k) {
+        const std::string& p = parts[k];
+        size_t a = 0;
+        while (a < p.size() && (p[a] == '\r' || p[a] == '\n' || p[a] == ' ')) ++a;
+        const size_t e = p.find('\n', a);
+        const std::string first = p.substr(a, e == std::string::npos ? std::string::npos : e - a);
+        const std::string digits = first.size() > 7 ? first.substr(7) : "";
+        keys.emplace_back(typ::hex_value(trim(digits)), k);
+    }
+    std::stable_sort(keys.begin(), keys.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
+    std::string out = parts[0];
+    for (const auto& k : keys) {
+        if (!out.empty() && out.back() != '\n') out += "\r\n";
+        out += marker + parts[k.second];
+    }
+    return out;
+}
+
+}  // namespace
+
+std::string chksemicolon(const std::string& text) {
+    std::string out;
+    size_t pos = 0;
+    bool first = true;
+    while (pos <= text.size()) {
+        size_t nl = text.find('\n', pos);
+        if (nl == std::string::npos) nl = text.size();
+        std::string line = text.substr(pos, nl - pos);
+        if (!line.empty() && line.back() == '\r') line.pop_back();
+        line = line.substr(0, line.find(';'));
+        if (!first) out += "\r\n";
+        out += line;
+        first = false;
+        pos = nl + 1;
+    }
+    return out;
+}
+
+std::string fnchkstringtxt(Store& s, const std::string& line, int n) {
+    std::string t = trim(line);
+    const size_t comma = t.find(',');
+    std::string left = comma == std::string::npos ? t : t.substr(0, comma);
+    std::string text = comma == std::string::npos ? "" : trim(t.substr(comma + 1));
+    const std::string low_left = lower(left);
+    const size_t eq = low_left.find('=');
+    const size_t x = low_left.find("0x", eq == std::string::npos ? 0 : eq);
+    // mkgmap's "String=Text" and "String1=Text": no language, so language 0.
+    if (eq != std::string::npos && x == std::string::npos) {
+        text = trim(t.substr(eq + 1));
+        left = left.substr(0, eq + 1) + "0x0";
+    } else if (comma == std::string::npos) {
+        return t;
+    }
+    if (text.empty()) return t;
+    const bool keyless = lower(left).find("string=") != std::string::npos;
+    const size_t lx = lower(left).find('x');
+    std::string lang = lx == std::string::npos ? "0" : trim(left.substr(lx + 1));
+    if (s.codepage != 65001 && lang.size() == 1) lang = "0" + lang;
+    if (keyless) {
+        left = "String" + std::to_string(n) + "=0x";
+    } else {
+        left = left.substr(0, lx + 1);
+    }
+    if (s.codepage == 65001) return left + lang + "," + text;
+    const int langcp = lang_cp(s, static_cast<int>(typ::hex_value(lang)));
+    if (s.utf8txt && s.opt.utf8_convert) {
+        s.cvcp = langcp > 0 ? langcp : 1252;
+        text = wide_to_cp(s, bytes_to_wide(text, 65001));
+    }
+    if (text.find('\xC3') != std::string::npos && s.codepage == 1252 && langcp == 1252) {
+        if (!s.walk.wrongly_parsed) s.walk.wrong_example = text;
+        s.walk.wrongly_parsed = true;
+    }
+    return left + lang + "," + text;
+}
+
+void draworder_fromtxt(Store& s, platform::Prompt& ui, const std::string& text) {
+    s.drwlist.clear();
+    const std::string low = lower(text);
+    const size_t at = low.find("[_draworder]");
+    if (at == std::string::npos) return;
+    std::string body = low.substr(at + 12);
+    body = chksemicolon(body.substr(0, body.find("[end]")));
+    for (const std::string& raw : split(body, "\r\n")) {
+        const std::string line = trim(raw);
+        if (line.size() <= 5) continue;
+        const std::string rest = upper(line.substr(5));
+        const size_t comma = rest.find(',');
+        std::string digits = drw_digits(rest.substr(0, comma));
+        if (digits.empty()) continue;
+        std::string level;
+        if (comma != std::string::npos) {
+            for (size_t k = comma + 1; k < rest.size() && std::isdigit(static_cast<unsigned char>(rest[k])); ++k)
+                level += rest[k];
+        }
+        s.drwlist += " " + digits + (level.empty() ? "" : "," + level);
+    }
+    typ::sort_drwlist(s);
+    if (s.drwlist.size() < 2) {
+        if (s.pg_n > 0) ui.message("Polygons have no draworder");
+        return;
+    }
+    // Levels by code, built once: a search per polygon would be quadratic.
+    const std::string hay = s.drwlist + " ";
+    auto find = [&](const std::string& d) -> std::string {
+        const size_t p = hay.find(" " + d + ",");
+        if (p == std::string::npos) return {};
+        const size_t e = hay.find(' ', p + 1);
+        return hay.substr(p + 1, e - p - 1);
+    };
+    if (s.pg_drw.size() < static_cast<size_t>(s.pg_n) + 1) s.pg_drw.resize(static_cast<size_t>(s.pg_n) + 1);
+    for (int32_t n = 0; n < s.pg_n && static_cast<size_t>(n) < s.pg_typ.size(); ++n) {
+        std::string d = upper(s.pg_typ[static_cast<size_t>(n)]);
+        if (d.rfind("0X", 0) == 0) d.erase(0, 2);
+        if (d.size() == 3) d = "00" + d;
+        if (d.size() > 4 && d[0] == '0') d.erase(0, 1);
+        std::string token = find(d);
+        if (token.empty() && d.size() == 2) token = find(d += "00");
+        // "4B00" is type 0x4b, subtype 0: the list writes it "004B".
+        if (token.empty() && d.size() == 4 && d.compare(2, 2, "00") == 0) token = find("00" + d.substr(0, 2));
+        if (token.empty() && d.size() == 4) token = find("0" + d);
+        if (!token.empty()) s.pg_drw[static_cast<size_t>(n)] = "Type=" + token;
+    }
+}
+
+bool chktxt(Store&, platform::Prompt& ui, int kind, int32_t index, const std::string& section) {
+    static const char* const words[] = {"polygon", "line", "point"};
+    const std::string word = words[std::clamp(kind, 0, 2)];
+    const std::string low = lower(section);
+    bool failed = false;
+    if (low.find("xpm") == std::string::npos) {
+        ui.message("Warning! No xpm for " + word + " " + std::to_string(index + 1));
+        failed = true;
+    }
+    if (low.find("type=") == std::string::npos && low.find("id=") == std::string::npos) {
+        ui.message("Warning! No type for " + word + " " + std::to_string(index + 1));
+        failed = true;
+    }
+    return failed;
+}
+
+void polgon_txt(Store& s, platform::Prompt& ui, const std::string& in) {
+    std::string text = in;
+    if (text.find("[_polygon]") == std::string::npos) unify_marker(text, "[_polygon]");
+    const std::vector<std::string> parts = split(text, "[_polygon]");
+    if (s.pg_n > 0) {
+        model::procredim(s, model::k_polygons, 0);
+        s.pg_n = 0;
+    }
+    const size_t count = parts.size() - 1;
+    model::procredim(s, model::k_polygons, static_cast<int32_t>(count));
+    for (size_t k = 1; k < parts.size(); ++k) {
+        pgonparse_txt(s, ui, "[_polygon]" + parts[k], s.pg_n, true);
+        ++s.pg_n;
+        if (s.pg_n % 10 == 1) ui.progress(static_cast<int>(static_cast<double>(s.pg_n) / static_cast<double>(count) * 36 + 60));
+    }
+    model::procredim(s, model::k_polygons, s.pg_n);
+    draworder_fromtxt(s, ui, text);
+    typ::sort_drwlist(s);
+    s.pg_ni = s.pg_n;
+}
+
+void polline_txt(Store& s, platform::Prompt& ui, const std::string& in) {
+    std::string text = in;
+    if (lower(text).find("[_line]") == std::string::npos) return;
+    if (text.find("[_line]") == std::string::npos) unify_marker(text, "[_line]");
+    s.ln_n = 0;
+    s.ln_nact = 0;
+    std::vector<std::string> parts = split(text, "[_line]");
+    model::procredim(s, model::k_lines, static_cast<int32_t>(parts.size() - 1));
+    for (int round = 1; round <= 2 && parts.size() > 1; ++round) {
+        std::string deferred;
+        for (size_t k = 1; k < parts.size(); ++k) {
+            std::string part = parts[k];
+            if (round == 1 && lower(part).find("activity=") != std::string::npos) {
+                deferred += "[_line]" + part;
+                continue;
+            }
+            const auto row = static_cast<size_t>(s.ln_n + s.ln_nact);
+            clear_line_row(s, row);
+            if (k == parts.size() - 1 && !cut_last(part)) {
+                ui.message("Error. Cannot find [end]");
+                return;
+            }
+            pollineparse(s, ui, "[_line] \r\n" + part, static_cast<int32_t>(row), true);
+            if (round == 1) ++s.ln_n; else ++s.ln_nact;
+        }
+        if (deferred.empty()) break;
+        parts = split(deferred, "[_line]");
+    }
+    if (s.ln_nact > 0 && s.hdr_len < k_active_header) {
+        s.hdr_len = k_active_header;
+        s.hdr_caption = " " + upper(typ::hex(k_active_header));
+    }
+}
+
+void poi_txt(Store& s, platform::Prompt& ui, const std::string& in) {
+    std::string text = in;
+    if (text.find("[_point]") == std::string::npos) unify_marker(text, "[_point]");
+    const std::vector<std::string> parts = split(text, "[_point]");
+    const auto count = static_cast<int32_t>(parts.size() - 1);
+    model::procredim(s, model::k_points, 0);
+    model::procredim(s, model::k_points, s.pt_nx + count);
+    if (count == 0) return;
+    s.pt_n = 0;
+    for (size_t k = 1; k < parts.size(); ++k) {
+        std::string part = parts[k];
+        if (k == parts.size() - 1 && !cut_last(part)) {
+            ui.message("Error. Cannot find [end]");
+            return;
+        }
+        std::replace(part.begin(), part.end(), '\t', ' ');
+        if (chktxt(s, ui, 2, s.pt_n, part)) return;
+        poiparse(s, ui, "[_point]" + part, s.pt_n, true);
+        ++s.pt_n;
+    }
+}
+
+std::string sorttxt(const std::string& text) {
+    const size_t cut = text.find("_line");
+    // The "[" of the first line marker belongs to the line part.
+    const size_t at = cut == std::string::npos ? text.size() : (cut > 0 && text[cut - 1] == '[' ? cut - 1 : cut);
+    std::string polygons = sort_sections(text.substr(0, at), "[_polygon]");
+    const std::string lines = sort_sections(text.substr(at), "[_line]");
+    if (lines.empty()) return polygons;
+    if (!polygons.empty() && polygons.back() != '\n') polygons += "\r\n";
+    return polygons + lines;
+}
+
+bool load_txt(Store& s, platform::Prompt& ui, const std::string& path, std::string text, bool reselect,
+              bool identified) {
+    (void)reselect;  // no code-page list on this side of the window
+    s.loadrep.clear();
+    s.loadmsg.clear();
+    s.walk.wrongly_parsed = false;
+    s.walk.wrong_example.clear();
+    s.walk.short_strings = 0;
+    s.utf8txt = false;
+    if (path.empty() || path == "*") {
+        if (s.curfile.empty()) s.curfile = "untitled.typ";
+    } else {
+        s.curfile = path;
+    }
+    std::string low = lower(text);
+    if (low.find("codepage=65001") != std::string::npos) s.utf8txt = true;
+    for (int n = 1; n <= 47; ++n) {
+        const std::string key = "String" + std::to_string(n) + "=0x";
+        replace_all(text, key + "2F", key + "00");
+        replace_all(text, key + "2f", key + "00");
+    }
+    // mkgmap reads its texts as UTF-8; a file without the signature whose
+    // bytes are UTF-8 means the same as one with it.
+    const bool signed_utf8 = text.compare(0, 3, bom) == 0;
+    if (!s.utf8txt && (signed_utf8 || holds_utf8(text))) {
+        if (ui.yes_no("Detected UTF8. Continue loading as UTF8?")) s.utf8txt = true;
+    }
+    if (text.empty()) return true;
+    if (identified && low.find("[_id]") == std::string::npos) {
+        ui.message("Can't find TYP information.");
+        return true;
+    }
+    s.loadrep.clear();
+    ui.progress(10);
+    replace_all(text, "XPM", "Xpm");
+    text.erase(std::remove(text.begin(), text.end(), '\r'), text.end());
+    low = lower(text);
+    read_created(s, text);
+    read_id(s, low);
+    replace_all(text, ";[_", ";[");
+    std::replace(text.begin(), text.end(), '\t', ' ');
+    if (text.find('\0') != std::string::npos) std::replace(text.begin(), text.end(), '\0', ' ');
+
+    model::procredim(s, model::k_polygons, 0);
+    model::procredim(s, model::k_lines, 0);
+    model::procredim(s, model::k_points, 0);
+    s.pg_n = s.pg_ni = s.ln_n = s.ln_nact = s.pt_n = s.pt_nx = 0;
+    s.drwlist.clear();
+    if (model::chkl(s, 2) == '1') polline_txt(s, ui, text);
+    ui.progress(40);
+    if (model::chkl(s, 3) == '1') poi_txt(s, ui, text);
+    ui.progress(60);
+    if (model::chkl(s, 1) == '1') polgon_txt(s, ui, text);
+    ui.progress(100);
+
+    if (s.walk.wrongly_parsed) {
+        ui.message("Found wrongly parsed unicode,ie " + s.walk.wrong_example);
+        ui.message("Go Tools,check 1252 and match language to " + s.walk.wrong_example);
+    }
+    if (!s.loadmsg.empty()) ui.message(s.loadmsg);
+    s.loadmsg.clear();
+    s.dirty = false;
+    return true;
+}
+
 }  // namespace korvex::text
