@@ -5,6 +5,7 @@
 #include "support/harness.h"
 #include "text/polygon_line_reader.h"
 #include "typ/polygon_record.h"
+#include "typ/curf_access.h"
 #include "typ/line_record.h"
 
 using namespace korvex;
@@ -251,5 +252,79 @@ TEST(PolygonLineReader, DecoderTextsReadBackToTheSameColumns) {
             EXPECT_EQ(r.s.ln_wid[0], s.ln_wid[k]);
             EXPECT_EQ(r.s.ln_bord[0], s.ln_bord[k]);
         }
+    }
+}
+
+namespace {
+
+// The sections of a marker in a text, the marker in any case.
+std::vector<std::string> sections_of(const std::string& text, const std::string& marker) {
+    std::string low = text;
+    for (char& c : low) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    std::vector<std::string> out;
+    for (size_t at = low.find(marker); at != std::string::npos; at = low.find(marker, at + 1)) {
+        const size_t end = low.find("[end]", at);
+        out.push_back(text.substr(at, end == std::string::npos ? std::string::npos : end + 5 - at));
+    }
+    return out;
+}
+
+// Each pixel's day colour and, with four colours, its night colour: what a
+// picture means whichever colour of a pair stands first.
+std::string painted(const std::string& col, const std::string& bmp) {
+    const std::vector<std::string> c = lines_of(col);
+    auto at = [&](size_t k) { return k < c.size() ? c[k].substr(5) : std::string("?"); };
+    std::string out = std::to_string(c.size()) + ":";
+    if (bmp.empty()) return out + col;
+    for (char px : bmp) {
+        if (px != '0' && px != '1') continue;
+        const size_t d = static_cast<size_t>(px - '0');
+        out += at(d) + (c.size() == 4 ? at(d + 2) : "") + ";";
+    }
+    return out;
+}
+
+}  // namespace
+
+// A text and the TYP compiled from it: every polygon and line of the text
+// reads to the columns the decoder gives for the same type.
+TEST(PolygonLineReader, CorpusTextsMeanWhatTheirBinariesHold) {
+    if (corpus_dir().empty()) GTEST_SKIP() << "no corpus";
+    for (const char* name : {"suke-hike", "suke-tmz", "stac47-mapnik", "aio-basemap", "jorisbo-jbm"}) {
+        model::Store s;
+        platform::ScriptedPrompt ui;
+        decode_bytes(s, ui, read_bytes(corpus_dir() + "/typ/" + name + ".typ"));
+        const std::string text = read_bytes(corpus_dir() + "/txt/" + name + ".txt");
+        Reader r;
+        int matched = 0;
+        for (const std::string& sec : sections_of(text, "[_polygon]")) {
+            r.polygon(sec);
+            int32_t n = 0;
+            while (n < s.pg_n && s.pg_typ[static_cast<size_t>(n)] != r.s.pg_typ[0]) ++n;
+            SCOPED_TRACE(std::string(name) + " polygon " + r.s.pg_typ[0]);
+            ASSERT_LT(n, s.pg_n);
+            const auto k = static_cast<size_t>(n);
+            EXPECT_EQ(r.s.pg_mode[0], s.pg_mode[k]);
+            EXPECT_EQ(painted(r.s.pg_col[0], r.s.pg_bmp[0]), painted(s.pg_col[k], s.pg_bmp[k]));
+            ++matched;
+        }
+        for (const std::string& sec : sections_of(text, "[_line]")) {
+            r.line(sec);
+            int32_t n = 0;
+            while (n < s.ln_n && s.ln_code[static_cast<size_t>(n)] != r.s.ln_code[0]) ++n;
+            SCOPED_TRACE(std::string(name) + " line " + typ::hex(r.s.ln_code[0]));
+            ASSERT_LT(n, s.ln_n);
+            const auto k = static_cast<size_t>(n);
+            // Two solid colours without a border are day and night colours as
+            // mkgmap compiles them; other producers wrote a border of width 0.
+            const bool bare_border = s.ln_mode[k] == 0 && s.ln_bord[k] == 0 && s.ln_ncol[k] == 2;
+            EXPECT_EQ(r.s.ln_mode[0], bare_border ? 7 : s.ln_mode[k]);
+            EXPECT_EQ(r.s.ln_col[0], s.ln_col[k]);
+            EXPECT_EQ(r.s.ln_bmp[0], s.ln_bmp[k]);
+            EXPECT_EQ(r.s.ln_wid[0], s.ln_wid[k]);
+            EXPECT_EQ(r.s.ln_bord[0], s.ln_bord[k]);
+            ++matched;
+        }
+        EXPECT_GT(matched, 0) << name;
     }
 }
