@@ -169,8 +169,10 @@ struct Picture {
 };
 
 // The colour table of a picture in canonical lines; symbols get the table's
-// own symbols. mode: 2 alpha, 1 a transparent colour, 0 opaque.
-std::string canonical_table(const Picture& p, PointSymbols& symbols, int& mode, int& none_at) {
+// own symbols. mode: 2 alpha, 1 a transparent colour, 0 opaque. A table
+// stated as Colormode=16 without a "none" colour has its transparent colour
+// behind the others, as the record stores it; the line is added.
+std::string canonical_table(const Picture& p, PointSymbols& symbols, int& mode, int& none_at, int& count) {
     std::vector<Colour> read;
     read.reserve(p.colours.size());
     bool alpha = false, none = false;
@@ -186,7 +188,14 @@ std::string canonical_table(const Picture& p, PointSymbols& symbols, int& mode, 
             none = true;
         }
     }
+    if (!alpha && !none && p.head.mode == "16" && !p.colours.empty()) {
+        read.push_back(Colour{"none", -1});
+        none_at = static_cast<int>(read.size()) - 1;
+        none = true;
+        ++symbols.count;
+    }
     mode = alpha ? 2 : none ? 1 : 0;
+    count = static_cast<int>(read.size());
     std::string out;
     out.reserve(read.size() * 24);
     const int cpp = typ::symbol_width(static_cast<int>(read.size()));
@@ -444,6 +453,7 @@ void poiparse(Store& s, platform::Prompt& ui, const std::string& section, int32_
     PointSymbols day_symbols;
     day_symbols.cpp = day.cpp;
     std::string table;
+    int ncol = 0;
     bool bare = false;
     if (day.colours.empty() && !day.rows.empty() && std::any_of(day.rows.begin(), day.rows.end(), [](const std::string& x) { return holds(x, "#"); })) {
         // Old style: the picture's lines are the colours of its pixels.
@@ -451,19 +461,18 @@ void poiparse(Store& s, platform::Prompt& ui, const std::string& section, int32_
         day.rows.clear();
         bare = true;
     } else {
-        table = canonical_table(day, day_symbols, mode, none_at);
+        table = canonical_table(day, day_symbols, mode, none_at, ncol);
         const std::vector<std::string> unknown = unknown_symbols(day.rows, day_symbols);
         if (!unknown.empty()) {
             if (none_at < 0) {
                 model::note_once(s, upper(type) + "::old style point/colour? (" + unknown.front() + ")");
                 day_symbols.add(unknown.front());
                 day.colours.push_back('"' + unknown.front() + " c none\"");
-                table = canonical_table(day, day_symbols = PointSymbols{day.cpp}, mode, none_at);
+                table = canonical_table(day, day_symbols = PointSymbols{day.cpp}, mode, none_at, ncol);
             }
             day_symbols.fallback = none_at;
         }
     }
-    const int ncol = static_cast<int>(day.colours.size());
     s.pt_ncol[r] = static_cast<int16_t>(ncol);
     s.pt_mode[r] = static_cast<uint8_t>(mode);
     if (!day.rows.empty()) s.pt_bmp[r] = convert_txtbmp(joined_rows(day.rows), day_symbols, ncol);
@@ -493,10 +502,9 @@ void poiparse(Store& s, platform::Prompt& ui, const std::string& section, int32_
         has_night = true;
         PointSymbols night_symbols;
         night_symbols.cpp = night.cpp;
-        int night_mode = 0, night_none = -1;
-        const std::string night_table = canonical_table(night, night_symbols, night_mode, night_none);
+        int night_mode = 0, night_none = -1, nncol = 0;
+        const std::string night_table = canonical_table(night, night_symbols, night_mode, night_none, nncol);
         night_symbols.fallback = night_none;
-        const int nncol = static_cast<int>(night.colours.size());
         bool width_error = false;
         for (const std::string& x : night.rows)
             width_error = width_error || static_cast<int>(x.size()) != width * night.cpp;

@@ -3,10 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <map>
 
 #include "support/harness.h"
 #include "text/point_reader.h"
 #include "text/text_writer.h"
+#include "typ/curf_access.h"
 #include "typ/point_record.h"
 
 using namespace korvex;
@@ -156,4 +158,39 @@ TEST(PointReaderCorpus, DecodedPointsReadBackToTheSameColumnsAndBytes) {
         }
     }
     EXPECT_GT(compared, 1000);
+}
+
+// The texts whose exact binaries stand beside them: every point read from the
+// text has the pictures the binary holds.
+TEST(PointReaderCorpus, TextPointsMatchTheirExactBinaries) {
+    const std::string dir = corpus_dir();
+    if (dir.empty()) GTEST_SKIP() << "no corpus";
+    for (const char* name : {"suke-tmz", "suke-hike", "stac47-mapnik", "aio-basemap"}) {
+        platform::ScriptedPrompt ui;
+        model::Store bin;
+        decode_bytes(bin, ui, read_bytes(dir + "/typ/" + name + ".typ"));
+        std::map<std::string, int32_t> by_type;
+        for (int32_t n = 0; n < bin.pt_n; ++n) by_type.emplace(bin.pt_typ[static_cast<size_t>(n)], n);
+
+        const std::string text = read_bytes(dir + "/txt/" + name + ".txt");
+        const std::string low = typ::lower(text);
+        model::Store t = bin;
+        int matched = 0;
+        for (size_t at = low.find("[_point]"); at != std::string::npos;) {
+            const size_t next = low.find("[_point]", at + 1);
+            const std::string section = text.substr(at, next == std::string::npos ? std::string::npos : next - at);
+            at = next;
+            text::poiparse(t, ui, section, 0, true);
+            const auto found = by_type.find(t.pt_typ[0]);
+            ASSERT_NE(found, by_type.end()) << name << " " << t.pt_typ[0];
+            const auto r = static_cast<size_t>(found->second);
+            const std::string where = std::string(name) + " " + t.pt_typ[0] + "\n" + section;
+            EXPECT_EQ(t.pt_xpm[0], bin.pt_xpm[r]) << where;
+            EXPECT_EQ(t.pt_col[0], bin.pt_col[r]) << where;
+            EXPECT_EQ(t.pt_bmp[0], bin.pt_bmp[r]) << where;
+            EXPECT_EQ(t.pt_nbmp[0], bin.pt_nbmp[r]) << where;
+            ++matched;
+        }
+        EXPECT_EQ(matched, bin.pt_n) << name;
+    }
 }
