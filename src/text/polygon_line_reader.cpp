@@ -138,9 +138,19 @@ std::string byte_swap(std::string digits) {
     return digits.substr(4, 2) + digits.substr(2, 2) + digits.substr(0, 2);
 }
 
+// "=n" and "=y" of key values in capitals; label texts ("bicycle=no") and
+// comments keep theirs.
 void yes_no_upper(std::string& t) {
-    for (size_t k = 0; k + 1 < t.size(); ++k)
-        if (t[k] == '=' && (t[k + 1] == 'n' || t[k + 1] == 'y')) t[k + 1] = static_cast<char>(t[k + 1] - 32);
+    size_t start = 0;
+    while (start < t.size()) {
+        size_t end = t.find('\n', start);
+        if (end == std::string::npos) end = t.size();
+        const bool label = end - start >= 6 && typ::lower(t.substr(start, 6)) == "string";
+        if (!label && t[start] != ';')
+            for (size_t k = start; k + 1 < end; ++k)
+                if (t[k] == '=' && (t[k + 1] == 'n' || t[k + 1] == 'y')) t[k + 1] = static_cast<char>(t[k + 1] - 32);
+        start = end + 1;
+    }
 }
 
 // Rows of symbols to palette digits: each pixel of cpp characters becomes
