@@ -22,6 +22,7 @@ namespace {
 
 const char* const k_crlf = "\r\n";
 constexpr int k_max_width = 31;
+constexpr int32_t k_active_header = 174;
 const std::string k_row_ones(32, '1');
 const std::string k_row_zeros(32, '0');
 
@@ -343,7 +344,11 @@ void pgonparse_txt(Store& s, platform::Prompt& ui, const std::string& in, int32_
     const bool none2 = values.size() > 2 && values[2] == "none";
     const bool any_none = std::find(values.begin(), values.end(), "none") != values.end();
     int mode;
-    if (has(xpm, "\"0 0") || has(xpm, " 0 0 ")) {
+    const bool solid = has(xpm, "\"0 0") || has(xpm, " 0 0 ");
+    if (solid) {
+        // A solid polygon has no transparent part: mkgmap's "c None" beside
+        // one colour leaves that colour alone.
+        if (any_none && values.size() > 1) values.erase(std::remove(values.begin(), values.end(), "none"), values.end());
         mode = values.size() <= 1 ? 6 : 7;
     } else if (values.size() <= 2) {
         mode = any_none ? 14 : 8;
@@ -363,9 +368,9 @@ void pgonparse_txt(Store& s, platform::Prompt& ui, const std::string& in, int32_
             mode = (mode == 9 || mode == 13) ? 8 : 14;
             values.resize(2);
         }
-        const size_t at = xpm.find(mode == 6 ? " 2 " : " 4 ");
-        if (at != std::string::npos) xpm.replace(at, 3, mode == 6 ? " 1 " : " 2 ");
     }
+    // The header says what the columns hold.
+    if (!xpm.empty()) xpm = std::string(solid ? "Xpm=\"0 0 " : "Xpm=\"32 32 ") + std::to_string(values.size()) + (solid ? " 0\"" : " 1\"");
 
     std::vector<std::string> lines;
     for (size_t k = 0; k < values.size(); ++k) lines.push_back(canonical_colour(static_cast<int>(k), values[k]));
@@ -381,7 +386,7 @@ void pgonparse_txt(Store& s, platform::Prompt& ui, const std::string& in, int32_
     std::string& lab = s.pg_lab[r];
     lab.clear();
     lab += static_cast<char>(night ? 1 : 0);
-    lab += static_cast<char>(any_none ? 1 : 0);
+    lab += static_cast<char>(has(s.pg_col[r], "none") ? 1 : 0);
     lab += '#';
     lab += label;
     if (night) ++s.pg_nnight;
@@ -409,6 +414,11 @@ void pollineparse(Store& s, platform::Prompt& ui, const std::string& in, int32_t
     s.ln_dayc[r] = "0";
     const std::string low_section = typ::lower(section);
     const bool has_bitmap = has(low_section, "\"32");
+    // An active line needs the long header, also when applied alone.
+    if (has(low_section, "activity=") && s.hdr_len < k_active_header) {
+        s.hdr_len = k_active_header;
+        s.hdr_caption = " " + typ::hex(k_active_header);
+    }
 
     int32_t code = 0;
     std::string rest, xpm, label, type_text;

@@ -73,6 +73,11 @@ TEST(PolygonReader, MkgmapSolidColoursWithTabsAndBlankSymbolAreDayAndNight) {
     EXPECT_EQ(r.s.pg_txt[0], crlf("[_polygon]\nType=0x1\nExtendedLabels=N\nString1=0x04,Test\n"
                                   "Xpm=\"0 0 2 0\"\n\"0 c #990099\"\n\"1 c #88AA88\"\n"));
     EXPECT_EQ(r.s.pg_lab[0], std::string("\1\0#Test", 7));
+
+    r.polygon(crlf("[_polygon]\nType=0x2\nXpm=\"0 0 2 0\"\n\"* c #990099\"\n\"     c   None\"\n[end]"));
+    EXPECT_EQ(r.s.pg_col[0], "\"0 c #990099\"");
+    EXPECT_EQ(r.s.pg_mode[0], 6);
+    EXPECT_EQ(r.s.pg_xpm[0], "Xpm=\"0 0 1 0\"");
 }
 
 TEST(PolygonReader, NoneInSecondColourSwapsPairAndPixels) {
@@ -154,6 +159,7 @@ TEST(LineReader, BitmapModesIgnoreWidthsAndPutTransparentSecond) {
     Reader r;
     r.line(crlf("[_line]\nType=0x2\nLineWidth=4\nXpm=\"32 2 2 1\"\n\"a c #112233\"\n\"b c none\"\n\"" +
                 std::string(16, 'a') + std::string(16, 'b') + "\"\n\"" + std::string(32, 'b') + "\"\n[end]"));
+    EXPECT_EQ(r.s.hdr_len, 91);
     EXPECT_EQ(r.s.ln_mode[0], 2 * 8 + 6);
     EXPECT_EQ(r.s.ln_wid[0], 0);
     EXPECT_EQ(r.s.ln_bmp[0], std::string(16, '0') + std::string(16, '1') + "\r\n" + std::string(32, '1'));
@@ -210,6 +216,11 @@ TEST(LineReader, MissingHeaderGivesSyntheticHeaderAndReport) {
 }
 
 TEST(LineReader, ActivityAndColourListHelpers) {
+    Reader r;
+    r.line(crlf("[_line]\nType=0x2b\nActivity=Mountain Biking\nLineWidth=2\nXpm=\"0 0 1 0\"\n\"a c #111111\"\n[end]"));
+    EXPECT_EQ(r.s.ln_act[0], "52");
+    EXPECT_EQ(r.s.hdr_len, 174);
+    EXPECT_EQ(r.s.hdr_caption, " AE");
     EXPECT_EQ(text::activity_code("Walking"), "40");
     EXPECT_EQ(text::activity_code("Mountain Biking"), "52");
     EXPECT_EQ(text::activity_code("tour cycling"), "51");
