@@ -140,6 +140,42 @@ void read_created(Store& s, const std::string& text) {
     s.created = trim(text.substr(p + 10, e == std::string::npos ? std::string::npos : e - p - 10));
 }
 
+// The header length the tables will be saved with: the caption's, and long
+// enough for active lines when there are any.
+void settle_header(Store& s) {
+    int64_t v = typ::hex_value(trim(s.hdr_caption));
+    if (v <= 0) v = s.hdr_len;
+    if (s.ln_nact > 0 && v < k_active_header) v = k_active_header;
+    s.hdr_len = static_cast<int32_t>(v);
+    s.hdr_caption = " " + upper(typ::hex(v));
+}
+
+// A point section keyed by "ID=" and without "Type=" is an extended point;
+// its key is handed to the point reader as "Type=". False for others.
+bool as_extended_point(std::string& part) {
+    size_t id_at = std::string::npos;
+    size_t pos = 0;
+    while (pos < part.size()) {
+        size_t nl = part.find('\n', pos);
+        if (nl == std::string::npos) nl = part.size();
+        size_t a = pos;
+        while (a < nl && part[a] == ' ') ++a;
+        const std::string head = lower(part.substr(a, std::min<size_t>(nl - a, 5)));
+        if (head.rfind("type", 0) == 0 && head.find_first_not_of(" ", 4) != std::string::npos &&
+            head[head.find_first_not_of(" ", 4)] == '=')
+            return false;
+        if (id_at == std::string::npos && head.rfind("id", 0) == 0) {
+            const size_t e = head.find_first_not_of(' ', 2);
+            if (e != std::string::npos && head[e] == '=') id_at = a;
+        }
+        if (head.rfind("[end]", 0) == 0) break;
+        pos = nl + 1;
+    }
+    if (id_at == std::string::npos) return false;
+    part.replace(id_at, 2, "Type");
+    return true;
+}
+
 // A text that is valid UTF-8 and holds multi-byte characters.
 bool holds_utf8(const std::string& t) {
     bool multi = false;
@@ -299,7 +335,9 @@ void draworder_fromtxt(Store& s, platform::Prompt& ui, const std::string& text) 
 bool chktxt(Store&, platform::Prompt& ui, int kind, int32_t index, const std::string& section) {
     static const char* const words[] = {"polygon", "line", "point"};
     const std::string word = words[std::clamp(kind, 0, 2)];
-    const std::string low = lower(section);
+    std::string low = lower(section);
+    // mkgmap allows blanks around "=": "Type = 0x2f00" has a type.
+    low.erase(std::remove(low.begin(), low.end(), ' '), low.end());
     bool failed = false;
     if (low.find("xpm") == std::string::npos) {
         ui.message("Warning! No xpm for " + word + " " + std::to_string(index + 1));
@@ -361,10 +399,7 @@ void polline_txt(Store& s, platform::Prompt& ui, const std::string& in) {
         if (deferred.empty()) break;
         parts = split(deferred, "[_line]");
     }
-    if (s.ln_nact > 0 && s.hdr_len < k_active_header) {
-        s.hdr_len = k_active_header;
-        s.hdr_caption = " " + upper(typ::hex(k_active_header));
-    }
+    settle_header(s);
 }
 
 void poi_txt(Store& s, platform::Prompt& ui, const std::string& in) {
@@ -376,6 +411,10 @@ void poi_txt(Store& s, platform::Prompt& ui, const std::string& in) {
     model::procredim(s, model::k_points, s.pt_nx + count);
     if (count == 0) return;
     s.pt_n = 0;
+    s.pt_nx = 0;
+    // Extended points ("ID=" in place of "Type=") sit behind the ordinary
+    // ones, in file order, as the writer puts them.
+    std::vector<std::string> extra;
     for (size_t k = 1; k < parts.size(); ++k) {
         std::string part = parts[k];
         if (k == parts.size() - 1 && !cut_last(part)) {
@@ -383,9 +422,18 @@ void poi_txt(Store& s, platform::Prompt& ui, const std::string& in) {
             return;
         }
         std::replace(part.begin(), part.end(), '\t', ' ');
+        if (as_extended_point(part)) {
+            extra.push_back(std::move(part));
+            continue;
+        }
         if (chktxt(s, ui, 2, s.pt_n, part)) return;
         poiparse(s, ui, "[_point]" + part, s.pt_n, true);
         ++s.pt_n;
+    }
+    for (const std::string& part : extra) {
+        if (chktxt(s, ui, 2, s.pt_n + s.pt_nx, part)) return;
+        poiparse(s, ui, "[_point]" + part, s.pt_n + s.pt_nx, true);
+        ++s.pt_nx;
     }
 }
 
@@ -454,6 +502,7 @@ bool load_txt(Store& s, platform::Prompt& ui, const std::string& path, std::stri
     ui.progress(60);
     if (model::chkl(s, 1) == '1') polgon_txt(s, ui, text);
     ui.progress(100);
+    settle_header(s);
 
     if (s.walk.wrongly_parsed) {
         ui.message("Found wrongly parsed unicode,ie " + s.walk.wrong_example);

@@ -149,4 +149,48 @@ TEST_F(CliTest, AnswerNoRefusesLoadOptionsQuestion) {
     EXPECT_NE(y.out.find("points: 0"), std::string::npos);
 }
 
+TEST_F(CliTest, TextInputIsLoadedForInfoDecodeAndEncode) {
+    const std::string env = "SOURCE_DATE_EPOCH=1700000000";
+    ASSERT_EQ(cli("decode " + sample + " -o " + path("s.txt"), false, env).status, 0);
+    CliRun typ = cli("info " + sample);
+    CliRun txt = cli("info " + path("s.txt"));
+    ASSERT_EQ(txt.status, 0);
+    EXPECT_EQ(txt.out.substr(0, 13), "format: text\n");
+    EXPECT_NE(txt.out.find("created: " + std::string()), std::string::npos);
+    // Everything but the format line and the date agrees with the TYP's info.
+    EXPECT_EQ(txt.out.substr(txt.out.find("codepage: ")), typ.out.substr(typ.out.find("codepage: ")));
+    // TYP -> text -> TYP -> text gives the first text again.
+    ASSERT_EQ(cli("encode " + path("s.txt") + " -o " + path("s2.typ"), false, env).status, 0);
+    ASSERT_EQ(cli("decode " + path("s2.typ") + " -o " + path("s2.txt"), false, env).status, 0);
+    EXPECT_EQ(first_difference(without_comments(read_bytes(path("s.txt"))), without_comments(read_bytes(path("s2.txt")))), "");
+}
+
+TEST_F(CliTest, TextIsToldByContentThenByExtension) {
+    {
+        std::ofstream f(path("plain.typ"), std::ios::binary);
+        f << "\xEF\xBB\xBF\r\n  [_id]\r\nFID=3\r\n[end]\r\n";
+    }
+    CliRun r = cli("info " + path("plain.typ"));
+    EXPECT_EQ(r.status, 0);
+    EXPECT_EQ(r.out.substr(0, 13), "format: text\n");
+    EXPECT_NE(r.out.find("fid: 3\n"), std::string::npos);
+    {
+        std::ofstream f(path("empty.txt"), std::ios::binary);
+    }
+    CliRun e = cli("info " + path("empty.txt"));
+    EXPECT_EQ(e.out.substr(0, 13), "format: text\n");
+}
+
+TEST_F(CliTest, Utf8QuestionOfATextIsAnsweredByTheAnswerOption) {
+    {
+        std::ofstream f(path("u.txt"), std::ios::binary);
+        f << "\xEF\xBB\xBF[_id]\r\nCodePage=1252\r\n[end]\r\n";
+    }
+    const std::string q = "question: Detected UTF8. Continue loading as UTF8? -> ";
+    CliRun no = cli("info " + path("u.txt") + " --answer no", true);
+    EXPECT_NE(no.out.find(q + "no"), std::string::npos) << no.out;
+    CliRun yes = cli("info " + path("u.txt"), true);
+    EXPECT_NE(yes.out.find(q + "yes"), std::string::npos) << yes.out;
+}
+
 }  // namespace

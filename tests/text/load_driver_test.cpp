@@ -65,6 +65,22 @@ TEST(LoadPasses, IdSectionAndCreatedLineAreRead) {
     EXPECT_EQ(s.created, "17.5.2024 13:45");
 }
 
+TEST(LoadPasses, ExtendedPointsGoBehindOrdinaryPoints) {
+    Store s;
+    model::newproject(s);
+    ScriptedPrompt ui;
+    auto point = [](const std::string& key) {
+        return "[_point]\n" + key + "\nXpm=\"1 1 1 1\"\n\"a c #FF0000\"\n\"a\"\n[end]\n";
+    };
+    load_txt(s, ui, "a.txt", "[_id]\n[end]\n" + point("ID=0x11b01") + point("Type=0x2f00") + point("id = 0x10a02") +
+                                  point("Type=0x01"),
+             false, true);
+    EXPECT_EQ(s.pt_n, 2);
+    EXPECT_EQ(s.pt_nx, 2);
+    const char* order[] = {"02F00", "00100", "11B01", "10A02"};
+    for (size_t r = 0; r < 4; ++r) EXPECT_EQ(s.pt_typ[r], order[r]) << r;
+}
+
 TEST(LoadPasses, UnidentifiedTextIsRefusedWhenRequired) {
     Store s;
     model::newproject(s);
