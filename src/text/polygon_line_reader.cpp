@@ -529,6 +529,17 @@ void pollineparse(Store& s, platform::Prompt& ui, const std::string& in, int32_t
         symbols.push_back(colour_symbol(c, cpp));
         values.push_back(colour_value(c));
     }
+    // A line stores its transparent colour second (polygons first): a text
+    // with "0 c none" or "2 c none" has its pairs and pixels swapped.
+    auto none_of = [&](size_t k) { return values.size() > k && values[k] == "none"; };
+    if (values.size() >= 2 && ((none_of(0) && !none_of(1)) || (none_of(2) && !none_of(3) && !none_of(1)))) {
+        std::swap(values[0], values[1]);
+        std::swap(symbols[0], symbols[1]);
+        if (values.size() >= 4) {
+            std::swap(values[2], values[3]);
+            std::swap(symbols[2], symbols[3]);
+        }
+    }
     const bool xpm_ok = !xpm.empty() && !bad_header;
     if (!xpm_ok) rows.clear();
     const bool bitmap = !rows.empty() && has_bitmap;

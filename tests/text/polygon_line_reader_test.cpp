@@ -167,6 +167,13 @@ TEST(LineReader, BitmapModesIgnoreWidthsAndPutTransparentSecond) {
     EXPECT_EQ(r.s.ln_xpm[0], "Xpm=\"32 2 2 1\"");
     EXPECT_EQ(r.s.ln_txt[0].find("LineWidth"), std::string::npos);
 
+    // Transparent first, as mkgmap sources write it: pair and pixels swap.
+    r.line(crlf("[_line]\nType=0x2\nXpm=\"32 1 2 1\"\n\"a c none\"\n\"b c #112233\"\n\"" +
+                std::string(16, 'a') + std::string(16, 'b') + "\"\n[end]"));
+    EXPECT_EQ(r.s.ln_col[0], "\"0 c #112233\"\r\n\"1 c none\"");
+    EXPECT_EQ(r.s.ln_bmp[0], std::string(16, '1') + std::string(16, '0'));
+    EXPECT_EQ(r.s.ln_mode[0], 8 + 6);
+
     const char* const tables[][2] = {{"\"a c #111111\"\n\"b c #222222\"\n\"c c #333333\"\n\"d c #444444\"", "9"},
                                      {"\"a c #111111\"\n\"b c none\"\n\"c c #333333\"\n\"d c #444444\"", "11"},
                                      {"\"a c #111111\"\n\"b c #222222\"\n\"c c #333333\"\n\"d c none\"", "13"},
