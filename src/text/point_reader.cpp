@@ -274,7 +274,12 @@ std::string convert_txtbmp(std::string_view rows, const PointSymbols& symbols, i
         for (size_t x = 0; x + cpp <= row.size(); x += cpp) {
             int v = symbols.find(row.data() + x);
             if (v < 0) v = std::max(symbols.fallback, 0);
-            typ::append_symbol(out, v, out_cpp);
+            if (out_cpp == 1) {
+                out += static_cast<char>(v + typ::k_symbol_base);
+            } else {
+                out += static_cast<char>(v / 16 + typ::k_symbol_base);
+                out += static_cast<char>(v % 16 + typ::k_symbol_base);
+            }
         }
         out += k_crlf;
         pos = end + 1;
@@ -335,8 +340,7 @@ void poiparse(Store& s, platform::Prompt& ui, const std::string& section, int32_
     std::string rest = "[_point]\r\n";
     std::string digits;  // the running type digits
     int strings = 0;
-    std::string label_pref, label_zero;
-    const std::string pref_key = "0x" + std::to_string(s.opt.langid);
+    std::string label_pref, label_zero, label_first;
 
     size_t pos = 0;
     while (pos < text.size()) {
@@ -347,9 +351,11 @@ void poiparse(Store& s, platform::Prompt& ui, const std::string& section, int32_
         std::string line(trim_view(raw));
         std::replace(line.begin(), line.end(), '\t', ' ');
         line = std::string(trim_view(line));
-        const bool ends_section = typ::contains_caseless(line, "[end]");
+        // Rows make up most of a section: the words are looked for only
+        // where their first character stands.
+        const bool ends_section = holds(line, "[") && typ::contains_caseless(line, "[end]");
         if (old_style && !ends_section && !line.empty()) line = '"' + line + '"';
-        if (typ::contains_caseless(line, ";bitmap")) {
+        if (holds(line, ";") && typ::contains_caseless(line, ";bitmap")) {
             old_style = true;
             continue;
         }
@@ -357,9 +363,8 @@ void poiparse(Store& s, platform::Prompt& ui, const std::string& section, int32_
         if (line.size() >= 2 && line.ends_with("\",")) line.pop_back();
         if (line.front() == '"') {
             Picture& p = in_night ? night : day;
-            const bool colour_word = typ::contains_caseless(line, "c ");
             const int stated = p.head.field[2];
-            const bool colour = colour_word && p.rows.empty() &&
+            const bool colour = p.rows.empty() && typ::contains_caseless(line, "c ") &&
                                 (static_cast<int>(p.colours.size()) < stated ||
                                  (stated < 0 && (holds(line, "#") || typ::contains_caseless(line, "none"))));
             if (colour) {
@@ -394,11 +399,17 @@ void poiparse(Store& s, platform::Prompt& ui, const std::string& section, int32_
         lo = lower(line);
         if (holds(lo, "string")) {
             line = fnchkstringtxt(s, line, ++strings);
-            const std::string low = lower(line);
+            // The label on show is chosen as for a decoded record: the
+            // preferred language, else language 0, else the first string.
             const size_t comma = line.find(',');
-            const std::string label = comma == std::string::npos ? "" : line.substr(comma + 1);
-            if (holds(low, pref_key)) label_pref = label;
-            if (holds(low, "0x0")) label_zero = label;
+            const size_t x = typ::find_caseless(line, "=0x");
+            if (comma != std::string::npos && x != std::string::npos && x < comma) {
+                const int64_t lang = typ::hex_value(trim_view(std::string_view(line).substr(x + 3, comma - x - 3)));
+                const std::string label = line.substr(comma + 1);
+                if (lang == s.opt.langid) label_pref = label;
+                if (lang == 0) label_zero = label;
+                if (label_first.empty() && !label.empty() && static_cast<unsigned char>(label[0]) < 127) label_first = label;
+            }
             rest += line + k_crlf;
             continue;
         }
@@ -411,7 +422,7 @@ void poiparse(Store& s, platform::Prompt& ui, const std::string& section, int32_
             rest += line + k_crlf;
             continue;
         }
-        if (lo.starts_with("type=")) {
+        if (lo.starts_with("type=") || lo.starts_with("id=")) {
             digits = value_digits(line);
             if (digits.size() == 1) digits.insert(0, 1, '0');
             // Two or three digits name a type without its subtype, as mkgmap
@@ -537,7 +548,8 @@ void poiparse(Store& s, platform::Prompt& ui, const std::string& section, int32_
     lab += k_crlf;
     lab += type;
     lab += '#';
-    lab += label_pref.empty() ? label_zero : label_pref;
+    const std::string& label = !label_pref.empty() ? label_pref : !label_zero.empty() ? label_zero : label_first;
+    if (!label.empty()) lab += '\'' + label + '\'';
     (void)stated_head;
 }
 

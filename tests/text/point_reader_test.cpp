@@ -147,6 +147,9 @@ TEST(PointReaderCorpus, DecodedPointsReadBackToTheSameColumnsAndBytes) {
             if (s.pt_bmp[r].empty()) continue;
             text::poiparse(t, ui, section, n, true);
             const std::string where = path + " point " + std::to_string(n) + "\n" + section;
+            EXPECT_EQ(t.pt_typ[r], s.pt_typ[r]) << where;
+            EXPECT_EQ(t.pt_lab[r], s.pt_lab[r]) << where;
+            EXPECT_EQ(t.pt_cc[r], s.pt_cc[r]) << where;
             EXPECT_EQ(t.pt_xpm[r], s.pt_xpm[r]) << where;
             EXPECT_EQ(t.pt_col[r], s.pt_col[r]) << where;
             EXPECT_EQ(t.pt_bmp[r], s.pt_bmp[r]) << where;
