@@ -10,6 +10,7 @@
 #include <array>
 #include <cstdlib>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "text/load_driver.h"
@@ -158,20 +159,29 @@ void yes_no_upper(std::string& t) {
 // "0" or "1" by its colour's place in the pair (night colours 2 and 3 share
 // the one bitmap with day colours 0 and 1). Unknown symbols and blanks are 0.
 std::string rows_to_digits(const std::vector<std::string>& rows, const std::vector<std::string>& symbols, int cpp) {
+    // One look-up a pixel, whatever the number of colours; the first colour
+    // of a symbol wins.
+    std::array<char, 256> one{};
+    std::unordered_map<std::string, char> many;
+    for (size_t k = symbols.size(); k-- > 0;) {
+        const char digit = (k & 1) ? '1' : '0';
+        if (cpp == 1 && symbols[k].size() == 1) one[static_cast<unsigned char>(symbols[k][0])] = digit;
+        many[symbols[k]] = digit;
+    }
     std::string out;
+    out.reserve(rows.size() * 34);
     for (size_t r = 0; r < rows.size(); ++r) {
         if (r) out += k_crlf;
         const std::string& row = rows[r];
         for (size_t at = 0; at < row.size(); at += static_cast<size_t>(cpp)) {
-            const std::string px = row.substr(at, static_cast<size_t>(cpp));
-            if (px == ",") continue;
-            char digit = '0';
-            for (size_t k = 0; k < symbols.size(); ++k)
-                if (symbols[k] == px) {
-                    digit = (k & 1) ? '1' : '0';
-                    break;
-                }
-            out += digit;
+            if (cpp == 1) {
+                if (row[at] == ',') continue;
+                const char d = one[static_cast<unsigned char>(row[at])];
+                out += d ? d : '0';
+                continue;
+            }
+            const auto it = many.find(row.substr(at, static_cast<size_t>(cpp)));
+            out += it == many.end() ? '0' : it->second;
         }
     }
     return out;
@@ -326,6 +336,11 @@ void pgonparse_txt(Store& s, platform::Prompt& ui, const std::string& in, int32_
     for (const std::string& c : colours) {
         symbols.push_back(colour_symbol(c, cpp));
         values.push_back(colour_value(c));
+    }
+    // Four colours at most: day and night pairs.
+    if (values.size() > 4) {
+        values.resize(4);
+        symbols.resize(4);
     }
     bool none1 = values.size() > 1 && values[1] == "none";
     bool none3 = values.size() > 3 && values[3] == "none";
@@ -529,6 +544,10 @@ void pollineparse(Store& s, platform::Prompt& ui, const std::string& in, int32_t
         symbols.push_back(colour_symbol(c, cpp));
         values.push_back(colour_value(c));
     }
+    if (values.size() > 4) {
+        values.resize(4);
+        symbols.resize(4);
+    }
     // A line stores its transparent colour second (polygons first): a text
     // with "0 c none" or "2 c none" has its pairs and pixels swapped.
     auto none_of = [&](size_t k) { return values.size() > k && values[k] == "none"; };
@@ -540,6 +559,8 @@ void pollineparse(Store& s, platform::Prompt& ui, const std::string& in, int32_t
             std::swap(symbols[2], symbols[3]);
         }
     }
+    // A line record holds 31 rows at most; the mode byte has no room for more.
+    if (rows.size() > k_max_width) rows.resize(k_max_width);
     const bool xpm_ok = !xpm.empty() && !bad_header;
     if (!xpm_ok) rows.clear();
     const bool bitmap = !rows.empty() && has_bitmap;

@@ -279,7 +279,9 @@ TEST(PolygonLineReader, DecoderTextsReadBackToTheSameColumns) {
             EXPECT_EQ(r.s.ln_bord[0], s.ln_bord[k]);
             // fnchkstringtxt trims a label's leading blank (" MTBP0+").
             const bool blank_label = s.ln_txt[k].find(", ") != std::string::npos;
-            if (!bare_border && !blank_label) EXPECT_EQ(typ::encode_line_record(r.s, 0), typ::encode_line_record(s, n));
+            if (!bare_border && !blank_label) {
+                EXPECT_EQ(typ::encode_line_record(r.s, 0), typ::encode_line_record(s, n));
+            }
         }
     }
 }
@@ -379,4 +381,25 @@ TEST(PolygonLineReader, AnySectionReadsToAKnownScheme) {
             EXPECT_TRUE(scheme != 2 && scheme != 4) << file;
         }
     }
+}
+
+TEST(PolygonLineReader, HostileSectionsReadQuickly) {
+    std::string colours;
+    for (int k = 0; k < 10000; ++k) {
+        colours += '"';
+        colours += std::to_string(k % 90);
+        colours += " c #";
+        colours += std::to_string(100000 + k);
+        colours += "\"\n";
+    }
+    std::string many_rows;
+    for (int k = 0; k < 5000; ++k) many_rows += "\"" + std::string(32, '0') + "\"\n";
+    Reader r;
+    r.polygon(crlf("[_polygon]\nType=0x1\nXpm=\"32 32 4 2\"\n" + colours + many_rows + "[end]"));
+    EXPECT_EQ(r.s.pg_mode[0], 9);
+    EXPECT_EQ(r.s.pg_ncol[0], 4);
+    r.line(crlf("[_line]\nType=0x1\nXpm=\"32 5000 2 1\"\n" + colours + many_rows + "[end]"));
+    EXPECT_EQ(r.s.ln_mode[0], 31 * 8 + 1);
+    r.line(crlf("[_line]\nType=0x1\nXpm=\"32 1 2 1\n\"a c #112233\n\"b c none\"\n\"aaaa\n"));
+    EXPECT_NE(r.s.loadrep.find("Lines: missing quotes:"), std::string::npos);
 }
