@@ -3,6 +3,8 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "model/store.h"
 #include "platform/prompt.h"
@@ -23,5 +25,57 @@ std::string reducl(const std::string& colours, int n);
 
 // Activity code ("40".."52") of an Activity= value; "40" when no name matches.
 std::string activity_code(const std::string& value);
+
+// Pieces shared by the two readers.
+namespace reader {
+
+inline constexpr const char* k_crlf = "\r\n";
+
+bool has(std::string_view text, std::string_view word);
+bool blank(char c);
+std::string trim(std::string_view t);
+// The hex digits right behind position at (blanks skipped).
+std::string hex_run(std::string_view t, size_t at);
+// Lines at CR LF or LF, without their ends.
+std::vector<std::string> split_lines(std::string text);
+// Blanks around the first "=" of a key line dropped.
+std::string normalise_key(const std::string& line);
+// The section with every key line normalised, for the section test.
+std::string keys_normalised(const std::string& section);
+// Text behind "[end]" cut.
+std::string cut_after_end(const std::string& section);
+int count_quotes(std::string_view t);
+// A quoted colour line: "c " and a "#" behind it, or "none" (lower-cased line).
+bool colour_line(const std::string& low);
+// The symbol of a colour line, cpp characters, trimmed unless only blanks.
+std::string colour_symbol(const std::string& line, int cpp);
+// "#RRGGBB" in capitals, or "none".
+std::string colour_value(const std::string& line);
+// Quote, digit k, " c ", value, quote.
+std::string canonical_colour(int k, const std::string& value);
+// Lines joined by CR LF.
+std::string join(const std::vector<std::string>& lines);
+// Six digits reversed by pairs: text order to file byte order.
+std::string byte_swap(std::string digits);
+// "=n"/"=y" of key lines in capitals; labels and comments untouched.
+void yes_no_upper(std::string& t);
+// Rows of symbols to "0"/"1" by each colour's place in its pair.
+std::string rows_to_digits(const std::vector<std::string>& rows, const std::vector<std::string>& symbols, int cpp);
+// Sets label to the text of a String line of the preferred language or "0x0".
+bool label_candidate(const Store& s, const std::string& line, std::string& label);
+// Characters a pixel of an Xpm line; a " 2\"" becomes " 1\"".
+int xpm_cpp(std::string& xpm);
+// The Xpm line cut behind its last quote.
+std::string cut_xpm(std::string xpm);
+// The code (type << 8 | subtype) of Type= digits.
+int32_t type_value(const std::string& digits);
+// Hex digits of a code, at least five, in capitals.
+std::string five_digits(int32_t code);
+// The code with the subtype of a SubType= line.
+int32_t with_subtype(int32_t code, const std::string& line);
+// The digits of a Type= line.
+std::string type_digits_of(const std::string& line);
+
+}  // namespace reader
 
 }  // namespace korvex::text
