@@ -75,6 +75,8 @@ Head read_head(std::string_view line) {
     Head h;
     const size_t q = line.find('"');
     h.key = std::string(trim_view(line.substr(0, q)));
+    // A point's day picture is "DayXpm=" however the text names it.
+    if (lower(h.key) == "xpm=") h.key = "DayXpm=";
     if (q == std::string_view::npos) return h;
     const size_t close = line.find('"', q + 1);
     const std::string_view inner = line.substr(q + 1, close == std::string_view::npos ? std::string_view::npos : close - q - 1);
@@ -194,6 +196,11 @@ std::string canonical_table(const Picture& p, PointSymbols& symbols, int& mode, 
         none = true;
         ++symbols.count;
     }
+    // A table with alpha states it on every colour, 0 for opaque.
+    if (!alpha && !none && p.head.mode == "32" && !read.empty()) alpha = true;
+    if (alpha)
+        for (Colour& c : read)
+            if (c.alpha < 0) c.alpha = 0;
     mode = alpha ? 2 : none ? 1 : 0;
     count = static_cast<int>(read.size());
     std::string out;

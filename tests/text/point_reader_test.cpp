@@ -63,7 +63,7 @@ TEST(PointReader, ThirtyOneColoursInTwoCharactersCollapseToOne) {
     const std::string section = "[_point]\nType=0x2f00\nXpm=\"31 1 31 2\"\n" + colour_table(31, 2, "  canalalpha=3") +
                                 "\"" + symbols_row(31, 31, 2, false) + "\"\n[end]\n";
     Parsed p(section);
-    EXPECT_EQ(p.s.pt_xpm[0], "Xpm=\"31 1 31 1\" Colormode=32");
+    EXPECT_EQ(p.s.pt_xpm[0], "DayXpm=\"31 1 31 1\" Colormode=32");
     EXPECT_EQ(p.s.pt_bmp[0], symbols_row(31, 31, 1, true) + "\r\n");
     EXPECT_EQ(p.s.pt_ncol[0], 31);
     EXPECT_EQ(p.s.pt_col[0].substr(0, 48), "\"$ c #000000\" alpha=3\r\n\"% c #010203\" alpha=3\r\n\"&");
@@ -84,9 +84,9 @@ TEST(PointReader, MkgmapDialectReadsAsMkgmapCompilesIt) {
              "\"b\tc #198989ff\"\n\"c c #19898980\"\n\"d\tc #198989\"\n\"abcd\",\n[end]\n");
     EXPECT_EQ(p.s.pt_typ[0], "02F01");
     EXPECT_EQ(p.s.pt_col[0],
-              "\"$ c #198989\" alpha=15\r\n\"% c #198989\" alpha=0\r\n\"& c #198989\" alpha=7\r\n\"' c #198989\"\r\n");
+              "\"$ c #198989\" alpha=15\r\n\"% c #198989\" alpha=0\r\n\"& c #198989\" alpha=7\r\n\"' c #198989\" alpha=0\r\n");
     EXPECT_EQ(p.s.pt_bmp[0], "$%&'\r\n");
-    EXPECT_EQ(p.s.pt_xpm[0], "Xpm=\"4 1 4 1\" Colormode=32");
+    EXPECT_EQ(p.s.pt_xpm[0], "DayXpm=\"4 1 4 1\" Colormode=32");
 }
 
 TEST(PointReader, OldStylePictureLinesBecomeBareColours) {
