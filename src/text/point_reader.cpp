@@ -466,8 +466,9 @@ void poiparse(Store& s, platform::Prompt& ui, const std::string& section, int32_
     // Day picture.
     int mode = 0;
     int none_at = -1;
-    int width = std::max(day.head.field[0], 0);
-    int height = std::max(day.head.field[1], 0);
+    // A record holds width and height in one byte each.
+    int width = std::clamp(day.head.field[0], 0, 255);
+    int height = std::clamp(day.head.field[1], 0, 255);
     PointSymbols day_symbols;
     day_symbols.cpp = day.cpp;
     std::string table;

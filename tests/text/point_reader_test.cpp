@@ -109,6 +109,27 @@ TEST(PointReader, NightPictureStandsBehindTheDayColours) {
     EXPECT_EQ(p.s.pt_xpm[0], "DayXpm=\"2 1 2 1\" Colormode=16");
 }
 
+TEST(PointReader, NightFlagOffDropsTheNightPicture) {
+    model::Store s;
+    platform::ScriptedPrompt ui;
+    s.ldopts = "111110";
+    model::procredim(s, model::k_points, 1);
+    text::poiparse(s, ui, "[_point]\nType=0x2f00\nDayXpm=\"1 1 1 1\"\n\"a c #FF0000\"\n\"a\"\n"
+                          "NightXpm=\"1 1 1 1\"\n\"b c #00FF00\"\n\"b\"\n[end]\n", 0, true);
+    EXPECT_EQ(s.pt_col[0], "\"$ c #FF0000\"\r\n");
+    EXPECT_EQ(s.pt_nbmp[0], "");
+    EXPECT_EQ(s.pt_nncol[0], 0);
+    EXPECT_EQ(s.pt_nnight, 0);
+    EXPECT_EQ(s.pt_lab[0][0], '\0');
+}
+
+TEST(PointReader, NightRowOfWrongWidthIsKeptAndReported) {
+    Parsed p("[_point]\nType=0x2f00\nDayXpm=\"2 1 1 1\"\n\"a c #FF0000\"\n\"aa\"\n"
+             "NightXpm=\"2 1 1 1\"\n\"b c #00FF00\"\n\"bbb\"\n[end]\n");
+    EXPECT_EQ(p.s.pt_nbmp[0], "$$$\r\n");
+    EXPECT_EQ(p.s.loadmsg, "POI 0 x 02F00 Nightbmp width error . Please click on POI to edit.\r\n");
+}
+
 TEST(PointReader, RepairsOfMissingRowsAndWrongHeight) {
     Parsed missing("[_point]\nType=0x2f00\nDayXpm=\"3 2 1 1\"\n\"x c #FF0000\"\n[end]\n");
     EXPECT_EQ(missing.s.pt_bmp[0], "$$$\r\n$$$\r\n");
