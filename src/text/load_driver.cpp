@@ -176,6 +176,20 @@ bool as_extended_point(std::string& part) {
     return true;
 }
 
+// "String"+n+"=0x2F" (n 1 to 47) becomes "String"+n+"=0x00", in one walk.
+void language_2f_to_00(std::string& text) {
+    for (size_t p = text.find("=0x2"); p != std::string::npos; p = text.find("=0x2", p + 4)) {
+        if (p + 4 >= text.size() || (text[p + 4] != 'F' && text[p + 4] != 'f')) continue;
+        size_t d = p;
+        while (d > 0 && std::isdigit(static_cast<unsigned char>(text[d - 1])) && p - d < 3) --d;
+        if (d == p || d < 6 || text.compare(d - 6, 6, "String") != 0) continue;
+        const int n = std::atoi(text.c_str() + d);
+        if (n < 1 || n > 47 || text[d] == '0') continue;
+        text[p + 3] = '0';
+        text[p + 4] = '0';
+    }
+}
+
 // A text that is valid UTF-8 and holds multi-byte characters.
 bool holds_utf8(const std::string& t) {
     bool multi = false;
@@ -464,11 +478,7 @@ bool load_txt(Store& s, platform::Prompt& ui, const std::string& path, std::stri
     }
     std::string low = lower(text);
     if (low.find("codepage=65001") != std::string::npos) s.utf8txt = true;
-    for (int n = 1; n <= 47; ++n) {
-        const std::string key = "String" + std::to_string(n) + "=0x";
-        replace_all(text, key + "2F", key + "00");
-        replace_all(text, key + "2f", key + "00");
-    }
+    language_2f_to_00(text);
     // mkgmap reads its texts as UTF-8; a file without the signature whose
     // bytes are UTF-8 means the same as one with it.
     const bool signed_utf8 = text.compare(0, 3, bom) == 0;

@@ -149,10 +149,11 @@ TEST(StringLine, Language2FIsStoredAs00) {
     Store s;
     model::newproject(s);
     ScriptedPrompt ui;
-    std::string text = "[_id]\n[end]\n[_point]\nType=0x01\nString2=0x2F,x\nXpm=\"0 0 0 0\"\n[end]\n";
+    std::string text = "[_id]\n[end]\n[_point]\nType=0x01\nString2=0x2F,x\nString12=0x2f,y\nXpm=\"0 0 0 0\"\n[end]\n";
     load_txt(s, ui, "a.txt", text, false, true);
     if (s.pt_txt.empty() || s.pt_txt[0].empty()) GTEST_SKIP() << "point reader not in yet";
-    EXPECT_NE(s.pt_txt[0].find("String2=0x00,x"), std::string::npos);
+    EXPECT_NE(s.pt_txt[0].find("String2=0x00,x"), std::string::npos) << s.pt_txt[0];
+    EXPECT_NE(s.pt_txt[0].find("String12=0x00,y"), std::string::npos) << s.pt_txt[0];
     EXPECT_EQ(s.pt_txt[0].find("0x2F"), std::string::npos);
 }
 
