@@ -399,7 +399,9 @@ void poiparse(Store& s, platform::Prompt& ui, const std::string& section, int32_
             continue;
         }
         if (line.front() == ';') {
-            if (!seen_colour) rest += line + k_crlf;
+            // Comments of the keys stay; what the writer prints behind a
+            // head (";Colours") is its own.
+            if (!seen_colour && day.head_line.empty()) rest += line + k_crlf;
             continue;
         }
         line = normalise_equals(line);

@@ -90,7 +90,8 @@ TEST(PointReader, MkgmapDialectReadsAsMkgmapCompilesIt) {
 }
 
 TEST(PointReader, OldStylePictureLinesBecomeBareColours) {
-    Parsed p("[_point]\nType=0x2f00\nDayXpm=\"2 2 0 0\"\n;bitmap\n#ff0000#00FF00\n#0000FF#FFFFFF0F\n[end]\n");
+    Parsed p("[_point]\nType=0x2f00\n;hand-made\nDayXpm=\"2 2 0 0\"\n;Colours\n;bitmap\n#ff0000#00FF00\n#0000FF#FFFFFF0F\n[end]\n");
+    EXPECT_EQ(p.s.pt_txt[0].substr(0, 38), "[_point]\r\nType=0x2f00\r\n;hand-made\r\nDay");
     EXPECT_EQ(p.s.pt_col[0], "\"#FF0000\"\r\n\"#00FF00\"\r\n\"#0000FF\"\r\n\"#FFFFFF\" alpha=15\r\n");
     EXPECT_EQ(p.s.pt_bmp[0], "");
     EXPECT_EQ(p.s.pt_ncol[0], 0);
