@@ -16,6 +16,8 @@ namespace korvex::text {
 
 namespace {
 
+using typ::contains_caseless;
+using typ::find_caseless;
 using typ::lower;
 using typ::upper;
 
@@ -45,12 +47,11 @@ void replace_all(std::string& text, const std::string& from, const std::string& 
 // Every spelling of a section marker becomes the literal one, so that a
 // plain split finds all sections. marker is in lower case.
 void unify_marker(std::string& text, const std::string& marker) {
-    const std::string low = lower(text);
-    if (low.find(marker) == std::string::npos) return;
+    if (!contains_caseless(text, marker)) return;
     std::string out;
     out.reserve(text.size());
     size_t pos = 0;
-    for (size_t p; (p = low.find(marker, pos)) != std::string::npos; pos = p + marker.size()) {
+    for (size_t p; (p = find_caseless(text, marker, pos)) != std::string::npos; pos = p + marker.size()) {
         out.append(text, pos, p - pos);
         out += marker;
     }
@@ -69,7 +70,7 @@ std::vector<std::string> split(const std::string& text, const std::string& sep) 
 
 // The last section of a pass is cut behind its "[end]"; false when it has none.
 bool cut_last(std::string& part) {
-    const size_t e = lower(part).find("[end]");
+    const size_t e = find_caseless(part, "[end]");
     if (e == std::string::npos) return false;
     part = part.substr(0, e) + "\r\n[end]";
     return true;
@@ -96,19 +97,19 @@ std::string id_number(const std::string& v) {
     return std::to_string(typ::hex_value(v.substr(x + 1)));
 }
 
-void read_id(Store& s, const std::string& low) {
+void read_id(Store& s, const std::string& text) {
     s.fid.clear();
     s.pid = "1";
     s.codepage = 1252;
-    const size_t at = low.find("[_id]");
+    const size_t at = find_caseless(text, "[_id]");
     if (at == std::string::npos) return;
     size_t pos = at;
-    while (pos < low.size()) {
-        size_t nl = low.find('\n', pos);
-        if (nl == std::string::npos) nl = low.size();
+    while (pos < text.size()) {
+        size_t nl = text.find('\n', pos);
+        if (nl == std::string::npos) nl = text.size();
         std::string line;
         for (size_t k = pos; k < nl; ++k)
-            if (low[k] != ' ' && low[k] != '\t') line += low[k];
+            if (text[k] != ' ' && text[k] != '\t') line += static_cast<char>(std::tolower(static_cast<unsigned char>(text[k])));
         pos = nl + 1;
         if (line == "[end]") break;
         auto value = [&](const std::string& key) { return line.substr(key.size()); };
@@ -134,7 +135,7 @@ void read_id(Store& s, const std::string& low) {
 // ";created :" head line, for the workbench caption.
 void read_created(Store& s, const std::string& text) {
     s.created.clear();
-    const size_t p = lower(text.substr(0, std::min<size_t>(text.size(), 4096))).find(";created :");
+    const size_t p = find_caseless(std::string_view(text).substr(0, std::min<size_t>(text.size(), 4096)), ";created :");
     if (p == std::string::npos) return;
     const size_t e = text.find('\n', p);
     s.created = trim(text.substr(p + 10, e == std::string::npos ? std::string::npos : e - p - 10));
@@ -148,6 +149,17 @@ void settle_header(Store& s) {
     if (s.ln_nact > 0 && v < k_active_header) v = k_active_header;
     s.hdr_len = static_cast<int32_t>(v);
     s.hdr_caption = " " + upper(typ::hex(v));
+}
+
+// key, blanks and "=" somewhere in text, case ignored: mkgmap allows blanks
+// around "=", so "Type = 0x2f00" has a type.
+bool has_key(std::string_view text, std::string_view key) {
+    for (size_t p = find_caseless(text, key); p != std::string::npos; p = find_caseless(text, key, p + 1)) {
+        size_t e = p + key.size();
+        while (e < text.size() && text[e] == ' ') ++e;
+        if (e < text.size() && text[e] == '=') return true;
+    }
+    return false;
 }
 
 // A point section keyed by "ID=" and without "Type=" is an extended point;
@@ -299,11 +311,10 @@ std::string fnchkstringtxt(Store& s, const std::string& line, int n) {
 
 void draworder_fromtxt(Store& s, platform::Prompt& ui, const std::string& text) {
     s.drwlist.clear();
-    const std::string low = lower(text);
-    const size_t at = low.find("[_draworder]");
+    const size_t at = find_caseless(text, "[_draworder]");
     if (at == std::string::npos) return;
-    std::string body = low.substr(at + 12);
-    body = chksemicolon(body.substr(0, body.find("[end]")));
+    const size_t end = find_caseless(text, "[end]", at + 12);
+    const std::string body = chksemicolon(text.substr(at + 12, end == std::string::npos ? std::string::npos : end - at - 12));
     for (const std::string& raw : split(body, "\r\n")) {
         const std::string line = trim(raw);
         if (line.size() <= 5) continue;
@@ -349,15 +360,12 @@ void draworder_fromtxt(Store& s, platform::Prompt& ui, const std::string& text) 
 bool chktxt(Store&, platform::Prompt& ui, int kind, int32_t index, const std::string& section) {
     static const char* const words[] = {"polygon", "line", "point"};
     const std::string word = words[std::clamp(kind, 0, 2)];
-    std::string low = lower(section);
-    // mkgmap allows blanks around "=": "Type = 0x2f00" has a type.
-    low.erase(std::remove(low.begin(), low.end(), ' '), low.end());
     bool failed = false;
-    if (low.find("xpm") == std::string::npos) {
+    if (!contains_caseless(section, "xpm")) {
         ui.message("Warning! No xpm for " + word + " " + std::to_string(index + 1));
         failed = true;
     }
-    if (low.find("type=") == std::string::npos && low.find("id=") == std::string::npos) {
+    if (!has_key(section, "type") && !has_key(section, "id")) {
         ui.message("Warning! No type for " + word + " " + std::to_string(index + 1));
         failed = true;
     }
@@ -387,7 +395,7 @@ void polgon_txt(Store& s, platform::Prompt& ui, const std::string& in) {
 
 void polline_txt(Store& s, platform::Prompt& ui, const std::string& in) {
     std::string text = in;
-    if (lower(text).find("[_line]") == std::string::npos) return;
+    if (!contains_caseless(text, "[_line]")) return;
     if (text.find("[_line]") == std::string::npos) unify_marker(text, "[_line]");
     s.ln_n = 0;
     s.ln_nact = 0;
@@ -397,7 +405,7 @@ void polline_txt(Store& s, platform::Prompt& ui, const std::string& in) {
         std::string deferred;
         for (size_t k = 1; k < parts.size(); ++k) {
             std::string part = parts[k];
-            if (round == 1 && lower(part).find("activity=") != std::string::npos) {
+            if (round == 1 && contains_caseless(part, "activity=")) {
                 deferred += "[_line]" + part;
                 continue;
             }
@@ -476,8 +484,7 @@ bool load_txt(Store& s, platform::Prompt& ui, const std::string& path, std::stri
     } else {
         s.curfile = path;
     }
-    std::string low = lower(text);
-    if (low.find("codepage=65001") != std::string::npos) s.utf8txt = true;
+    if (contains_caseless(text, "codepage=65001")) s.utf8txt = true;
     language_2f_to_00(text);
     // mkgmap reads its texts as UTF-8; a file without the signature whose
     // bytes are UTF-8 means the same as one with it.
@@ -486,7 +493,7 @@ bool load_txt(Store& s, platform::Prompt& ui, const std::string& path, std::stri
         if (ui.yes_no("Detected UTF8. Continue loading as UTF8?")) s.utf8txt = true;
     }
     if (text.empty()) return true;
-    if (identified && low.find("[_id]") == std::string::npos) {
+    if (identified && !contains_caseless(text, "[_id]")) {
         ui.message("Can't find TYP information.");
         return true;
     }
@@ -494,9 +501,8 @@ bool load_txt(Store& s, platform::Prompt& ui, const std::string& path, std::stri
     ui.progress(10);
     replace_all(text, "XPM", "Xpm");
     text.erase(std::remove(text.begin(), text.end(), '\r'), text.end());
-    low = lower(text);
     read_created(s, text);
-    read_id(s, low);
+    read_id(s, text);
     replace_all(text, ";[_", ";[");
     std::replace(text.begin(), text.end(), '\t', ' ');
     if (text.find('\0') != std::string::npos) std::replace(text.begin(), text.end(), '\0', ' ');
