@@ -156,7 +156,12 @@ TEST_F(CliTest, TextInputIsLoadedForInfoDecodeAndEncode) {
     CliRun txt = cli("info " + path("s.txt"));
     ASSERT_EQ(txt.status, 0);
     EXPECT_EQ(txt.out.substr(0, 13), "format: text\n");
-    EXPECT_NE(txt.out.find("created: " + std::string()), std::string::npos);
+    // "created:" comes from the text's ";created :" head line.
+    const std::string written = read_bytes(path("s.txt"));
+    const size_t c = written.find(";created : ");
+    ASSERT_NE(c, std::string::npos);
+    const std::string stamp = written.substr(c + 11, written.find('\r', c) - c - 11);
+    EXPECT_NE(txt.out.find("created: " + stamp + "\n"), std::string::npos) << txt.out;
     // Everything but the format line and the date agrees with the TYP's info.
     EXPECT_EQ(txt.out.substr(txt.out.find("codepage: ")), typ.out.substr(typ.out.find("codepage: ")));
     // TYP -> text -> TYP -> text gives the first text again.
