@@ -278,9 +278,9 @@ std::string fnchkstringtxt(Store& s, const std::string& line, int n) {
     std::string text = comma == std::string::npos ? "" : trim(t.substr(comma + 1));
     const std::string low_left = lower(left);
     const size_t eq = low_left.find('=');
-    const size_t x = low_left.find("0x", eq == std::string::npos ? 0 : eq);
+    const bool has_language = eq != std::string::npos && low_left.compare(eq + 1, 2, "0x") == 0;
     // mkgmap's "String=Text" and "String1=Text": no language, so language 0.
-    if (eq != std::string::npos && x == std::string::npos) {
+    if (eq != std::string::npos && !has_language) {
         text = trim(t.substr(eq + 1));
         left = left.substr(0, eq + 1) + "0x0";
     } else if (comma == std::string::npos) {

@@ -139,6 +139,7 @@ TEST(StringLine, NormalisedToNumberedKeyAndTwoLanguageDigits) {
     model::newproject(s);
     EXPECT_EQ(fnchkstringtxt(s, "  String=0x4,Some, text ", 3), "String3=0x04,Some, text");
     EXPECT_EQ(fnchkstringtxt(s, "String=Plain", 2), "String2=0x00,Plain");
+    EXPECT_EQ(fnchkstringtxt(s, "String1=Bus 0x5, late", 1), "String1=0x00,Bus 0x5, late");
     EXPECT_EQ(fnchkstringtxt(s, "String1=0x13,x", 1), "String1=0x13,x");
     EXPECT_EQ(fnchkstringtxt(s, "String1=0x04,", 1), "String1=0x04,");
     s.codepage = 65001;
