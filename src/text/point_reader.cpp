@@ -51,6 +51,16 @@ std::string swapped_digits(std::string_view line) {
     return upper(d.substr(4, 2) + d.substr(2, 2) + d.substr(0, 2));
 }
 
+// '"' symbol, blanks, "c", blanks, then "#" or "none".
+bool reads_as_colour(std::string_view line, int cpp) {
+    size_t p = static_cast<size_t>(1 + cpp);
+    while (p < line.size() && line[p] == ' ') ++p;
+    if (p + 1 >= line.size() || (line[p] != 'c' && line[p] != 'C') || line[p + 1] != ' ') return false;
+    p += 2;
+    while (p < line.size() && line[p] == ' ') ++p;
+    return p < line.size() && (line[p] == '#' || typ::find_caseless(line.substr(p, 4), "none") == 0);
+}
+
 }  // namespace
 
 void poiparse(Store& s, platform::Prompt& ui, const std::string& section, int32_t row, bool batch) {
@@ -104,9 +114,10 @@ void poiparse(Store& s, platform::Prompt& ui, const std::string& section, int32_
         if (line.front() == '"') {
             Picture& p = in_night ? night : day;
             const int stated = p.head.field[2];
+            // The head says how many colour lines follow; one more that
+            // reads as a colour line is taken as one all the same.
             const bool colour = p.rows.empty() && typ::contains_caseless(line, "c ") &&
-                                (static_cast<int>(p.colours.size()) < stated ||
-                                 (stated < 0 && (holds(line, "#") || typ::contains_caseless(line, "none"))));
+                                (static_cast<int>(p.colours.size()) < stated || reads_as_colour(line, p.cpp));
             if (colour) {
                 p.colours.push_back(line);
                 seen_colour = true;

@@ -141,6 +141,13 @@ TEST(PointReader, RepairsOfMissingRowsAndWrongHeight) {
     EXPECT_EQ(tall.s.loadrep, "02F00 Fixed incorrect poi xpm.\r\n");
 }
 
+TEST(PointReader, ColourLineBeyondTheHeadsCountIsStillAColour) {
+    Parsed p("[_point]\nType=0x2f00\nDayXpm=\"2 1 1 1\"\n\"a c #FF0000\"\n\"b c #00FF00\"\n\"ab\"\n[end]\n");
+    EXPECT_EQ(p.s.pt_col[0], "\"$ c #FF0000\"\r\n\"% c #00FF00\"\r\n");
+    EXPECT_EQ(p.s.pt_bmp[0], "$%\r\n");
+    EXPECT_EQ(p.s.pt_xpm[0], "DayXpm=\"2 1 2 1\" Colormode=0");
+}
+
 TEST(PointReader, RowSymbolWithoutColourAddsTransparentColourOnce) {
     Parsed p("[_point]\nType=0x2f00\nDayXpm=\"3 1 1 1\"\n\"x c #FF0000\"\n\"x.,\"\n[end]\n");
     EXPECT_EQ(p.s.loadrep, "02F00::old style point/colour? (.)\r\n");
