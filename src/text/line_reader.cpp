@@ -152,14 +152,7 @@ void pollineparse(Store& s, platform::Prompt& ui, const std::string& in, int32_t
     s.ln_lab[r] = "0x" + typ::lower(five_digits(code)) + "#" + label;
 
     std::vector<std::string> symbols, values;
-    for (const std::string& c : colours) {
-        symbols.push_back(colour_symbol(c, cpp));
-        values.push_back(colour_value(c));
-    }
-    if (values.size() > 4) {
-        values.resize(4);
-        symbols.resize(4);
-    }
+    colour_table(colours, cpp, symbols, values);
     // A line stores its transparent colour second (polygons first): a text
     // with "0 c none" or "2 c none" has its pairs and pixels swapped.
     auto none_of = [&](size_t k) { return values.size() > k && values[k] == "none"; };

@@ -103,6 +103,17 @@ std::string colour_value(const std::string& line) {
     return std::string("#").append(typ::upper(hex_run(line, hash + 1).substr(0, 6)));
 }
 
+void colour_table(const std::vector<std::string>& colours, int cpp, std::vector<std::string>& symbols,
+                  std::vector<std::string>& values) {
+    symbols.clear();
+    values.clear();
+    for (const std::string& c : colours) {
+        if (values.size() == 4) break;
+        symbols.push_back(colour_symbol(c, cpp));
+        values.push_back(colour_value(c));
+    }
+}
+
 std::string canonical_colour(int k, const std::string& value) {
     std::string out;
     typ::append_palette_line(out, k, value);

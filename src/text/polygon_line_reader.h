@@ -51,6 +51,10 @@ bool colour_line(const std::string& low);
 std::string colour_symbol(const std::string& line, int cpp);
 // "#RRGGBB" in capitals, or "none".
 std::string colour_value(const std::string& line);
+// Symbols and values of a section's colour lines, four at most: a polygon or
+// line has a day and a night pair and no more.
+void colour_table(const std::vector<std::string>& colours, int cpp, std::vector<std::string>& symbols,
+                  std::vector<std::string>& values);
 // Quote, digit k, " c ", value, quote.
 std::string canonical_colour(int k, const std::string& value);
 // Lines joined by CR LF.

@@ -78,15 +78,7 @@ void pgonparse_txt(Store& s, platform::Prompt& ui, const std::string& in, int32_
 
     // Canonical colour lines; symbols map rows to palette digits.
     std::vector<std::string> symbols, values;
-    for (const std::string& c : colours) {
-        symbols.push_back(colour_symbol(c, cpp));
-        values.push_back(colour_value(c));
-    }
-    // Four colours at most: day and night pairs.
-    if (values.size() > 4) {
-        values.resize(4);
-        symbols.resize(4);
-    }
+    colour_table(colours, cpp, symbols, values);
     bool none1 = values.size() > 1 && values[1] == "none";
     bool none3 = values.size() > 3 && values[3] == "none";
     // The transparent colour of a pair stands first: swap pair and pixels.
