@@ -49,6 +49,22 @@ std::string polygon_rows(const std::string& first, char rest) {
 
 }  // namespace
 
+// Line row 0 of read against row k of decoded. Two solid colours and no
+// border read as day and night colours, as mkgmap compiles them; a decoded
+// line and border of width 0 prints the same text.
+bool bare_border_line(const model::Store& s, size_t k) {
+    return s.ln_mode[k] == 0 && s.ln_bord[k] == 0 && s.ln_ncol[k] == 2;
+}
+
+void expect_same_line(const model::Store& read, const model::Store& s, size_t k) {
+    const bool bare_border = bare_border_line(s, k);
+    EXPECT_EQ(read.ln_mode[0], bare_border ? 7 : s.ln_mode[k]);
+    EXPECT_EQ(read.ln_col[0], s.ln_col[k]);
+    EXPECT_EQ(read.ln_bmp[0], s.ln_bmp[k]);
+    EXPECT_EQ(read.ln_wid[0], s.ln_wid[k]);
+    EXPECT_EQ(read.ln_bord[0], s.ln_bord[k]);
+}
+
 TEST(PolygonReader, ShortTypesArePaddedAndSubTypeMergesIntoThem) {
     Reader r;
     const char* const cases[][2] = {{"Type=0x1", "0x0100"},     {"type = 0x4b", "0x4B00"},
@@ -268,15 +284,8 @@ TEST(PolygonLineReader, DecoderTextsReadBackToTheSameColumns) {
             r.line(section + "[end]");
             SCOPED_TRACE(file + " line " + std::to_string(s.ln_code[k]));
             EXPECT_EQ(r.s.ln_code[0], s.ln_code[k]);
-            // Two solid colours and no border read as day and night colours,
-            // as mkgmap means them; a decoded line and border of border width
-            // 0 prints the same text.
-            const bool bare_border = s.ln_mode[k] == 0 && s.ln_bord[k] == 0 && s.ln_ncol[k] == 2;
-            EXPECT_EQ(r.s.ln_mode[0], bare_border ? 7 : s.ln_mode[k]);
-            EXPECT_EQ(r.s.ln_col[0], s.ln_col[k]);
-            EXPECT_EQ(r.s.ln_bmp[0], s.ln_bmp[k]);
-            EXPECT_EQ(r.s.ln_wid[0], s.ln_wid[k]);
-            EXPECT_EQ(r.s.ln_bord[0], s.ln_bord[k]);
+            expect_same_line(r.s, s, k);
+            const bool bare_border = bare_border_line(s, k);
             // fnchkstringtxt trims a label's leading blank (" MTBP0+").
             const bool blank_label = s.ln_txt[k].find(", ") != std::string::npos;
             if (!bare_border && !blank_label) {
@@ -346,14 +355,7 @@ TEST(PolygonLineReader, CorpusTextsMeanWhatTheirBinariesHold) {
             SCOPED_TRACE(std::string(name) + " line " + typ::hex(r.s.ln_code[0]));
             ASSERT_LT(n, s.ln_n);
             const auto k = static_cast<size_t>(n);
-            // Two solid colours without a border are day and night colours as
-            // mkgmap compiles them; other producers wrote a border of width 0.
-            const bool bare_border = s.ln_mode[k] == 0 && s.ln_bord[k] == 0 && s.ln_ncol[k] == 2;
-            EXPECT_EQ(r.s.ln_mode[0], bare_border ? 7 : s.ln_mode[k]);
-            EXPECT_EQ(r.s.ln_col[0], s.ln_col[k]);
-            EXPECT_EQ(r.s.ln_bmp[0], s.ln_bmp[k]);
-            EXPECT_EQ(r.s.ln_wid[0], s.ln_wid[k]);
-            EXPECT_EQ(r.s.ln_bord[0], s.ln_bord[k]);
+            expect_same_line(r.s, s, k);
             ++matched;
         }
         EXPECT_GT(matched, 0) << name;
