@@ -37,6 +37,9 @@ struct Settings {
     bool complete_draworder = true;  // complete the draw order from polygons after a load
     bool utf8_convert = true;        // convert UTF-8 strings of a text on load
     int list_codepage = 1252;        // the code-page list's entry (the "saved list page")
+    // Texts holding this host name come from a generator that ends picture
+    // rows with a comma; their rows are repaired on load. Empty: off.
+    std::string comma_rows_marker;
     std::string version = KORVEX_VERSION;
 };
 

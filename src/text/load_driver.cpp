@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cctype>
 #include <cstdlib>
+#include <string_view>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -334,13 +336,25 @@ void draworder_fromtxt(Store& s, platform::Prompt& ui, const std::string& text) 
         if (s.pg_n > 0) ui.message("Polygons have no draworder");
         return;
     }
-    // Levels by code, built once: a search per polygon would be quadratic.
-    const std::string hay = s.drwlist + " ";
+    // Tokens by code, built once, the first of a code winning: a search of
+    // the list per polygon would be quadratic.
+    std::unordered_map<std::string_view, std::string_view> tokens;
+    {
+        const std::string_view list = s.drwlist;
+        size_t pos = 0;
+        while (pos < list.size()) {
+            while (pos < list.size() && list[pos] == ' ') ++pos;
+            size_t end = list.find(' ', pos);
+            if (end == std::string_view::npos) end = list.size();
+            const std::string_view token = list.substr(pos, end - pos);
+            const size_t comma = token.find(',');
+            if (comma != std::string_view::npos) tokens.emplace(token.substr(0, comma), token);
+            pos = end;
+        }
+    }
     auto find = [&](const std::string& d) -> std::string {
-        const size_t p = hay.find(" " + d + ",");
-        if (p == std::string::npos) return {};
-        const size_t e = hay.find(' ', p + 1);
-        return hay.substr(p + 1, e - p - 1);
+        const auto it = tokens.find(d);
+        return it == tokens.end() ? std::string() : std::string(it->second);
     };
     if (s.pg_drw.size() < static_cast<size_t>(s.pg_n) + 1) s.pg_drw.resize(static_cast<size_t>(s.pg_n) + 1);
     for (int32_t n = 0; n < s.pg_n && static_cast<size_t>(n) < s.pg_typ.size(); ++n) {
@@ -389,6 +403,8 @@ void polgon_txt(Store& s, platform::Prompt& ui, const std::string& in) {
     }
     model::procredim(s, model::k_polygons, s.pg_n);
     draworder_fromtxt(s, ui, text);
+    const std::string removed = typ::find_duplicates(s, ui, true);
+    if (!removed.empty()) ui.message("Found and removed duplicates :\r\n\r\n" + removed);
     typ::sort_drwlist(s);
     s.pg_ni = s.pg_n;
 }
@@ -500,6 +516,10 @@ bool load_txt(Store& s, platform::Prompt& ui, const std::string& path, std::stri
     s.loadrep.clear();
     ui.progress(10);
     replace_all(text, "XPM", "Xpm");
+    if (!s.opt.comma_rows_marker.empty() && text.find(s.opt.comma_rows_marker) != std::string::npos) {
+        replace_all(text, "\",\r\n", "\"\r\n");
+        replace_all(text, "\",\n", "\"\n");
+    }
     text.erase(std::remove(text.begin(), text.end(), '\r'), text.end());
     read_created(s, text);
     read_id(s, text);

@@ -183,6 +183,19 @@ TEST(TextDrawOrder, PolygonsTakeTheirToken) {
     EXPECT_TRUE(said(ui.messages, "Polygons have no draworder"));
 }
 
+TEST(TextDrawOrder, PolygonPassRemovesDuplicatesAndSaysWhich) {
+    Store s;
+    model::newproject(s);
+    ScriptedPrompt ui;
+    const std::string polygon = "[_polygon]\nType=0x05\nXpm=\"0 0 1 0\"\n\"1 c #102030\"\n[end]\n";
+    load_txt(s, ui, "a.txt",
+             "[_id]\nFID=1\n[end]\n[_drawOrder]\nType=0x05,2\nType=0x06,1\nType=0x05,1\nType=0x06,3\n[end]\n" + polygon,
+             false, true);
+    EXPECT_EQ(s.drwlist, " 0005,1 0006,1");
+    EXPECT_EQ(s.pg_drw[0], "Type=0005,1");
+    EXPECT_EQ(ui.messages, std::vector<std::string>{"Found and removed duplicates :\r\n\r\n0005,2 0006,3"});
+}
+
 TEST(SectionSort, TypesSortByValue) {
     const std::string text =
         "[_id]\r\n[end]\r\n[_polygon]\r\nType=0x100\r\n[end]\r\n[_polygon]\r\nType=0x4b\r\n[end]\r\n"
@@ -225,6 +238,30 @@ TEST(LoadCorpus, EveryTextLoads) {
         // One of them holds a draw order and nothing else.
         EXPECT_TRUE(s.pg_n + s.ln_n + s.ln_nact + s.pt_n > 0 || !s.drwlist.empty()) << path;
     }
+}
+
+TEST(LoadPasses, CommaEndedRowsReadLikeCleanOnes) {
+    const std::string point = "[_point]\nType=0x2f06\nDayXpm=\"2 2 2 1\",\n\"a c #FF0000\",\n\"b c #0000FF\",\n"
+                              "\"ab\",\r\n\"ba\",\n[end]\n";
+    auto load = [&](const std::string& marker, const std::string& text) {
+        Store s;
+        model::newproject(s);
+        s.opt.comma_rows_marker = marker;
+        ScriptedPrompt ui;
+        load_txt(s, ui, "a.txt", text, false, false);
+        return s;
+    };
+    std::string clean = point;
+    for (size_t p; (p = clean.find("\",")) != std::string::npos;) clean.erase(p + 1, 1);
+    const Store want = load("", clean);
+    ASSERT_EQ(want.pt_n, 1);
+    const Store got = load("maps.example.org", ";made at maps.example.org\n" + point);
+    ASSERT_EQ(got.pt_n, 1);
+    EXPECT_EQ(got.pt_bmp[0], want.pt_bmp[0]);
+    EXPECT_EQ(got.pt_col[0], want.pt_col[0]);
+    EXPECT_EQ(got.pt_txt[0], want.pt_txt[0]);
+    // The readers take a comma behind a row in any text.
+    EXPECT_EQ(load("", point).pt_bmp[0], want.pt_bmp[0]);
 }
 
 }  // namespace
