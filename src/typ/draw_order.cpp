@@ -220,6 +220,34 @@ void sort_drwlist(Store& s) {
     s.drwlist = join_tokens(sorted);
 }
 
+std::string find_duplicates(Store& s, platform::Prompt& ui, bool quiet) {
+    // One set of the types met so far: a file of many polygons must not
+    // compare every pair.
+    std::unordered_set<std::string> seen;
+    std::string kept, removed;
+    kept.reserve(s.drwlist.size());
+    const std::string_view list = s.drwlist;
+    size_t pos = 0;
+    while (pos < list.size()) {
+        while (pos < list.size() && std::isspace(static_cast<unsigned char>(list[pos]))) ++pos;
+        size_t end = pos;
+        while (end < list.size() && !std::isspace(static_cast<unsigned char>(list[end]))) ++end;
+        if (end == pos) break;
+        const std::string_view token = list.substr(pos, end - pos);
+        pos = end;
+        std::string& out = seen.insert(upper(token.substr(0, token.find(',')))).second ? kept : removed;
+        if (&out == &removed && !removed.empty()) removed += ' ';
+        if (&out == &kept) out += ' ';
+        out += token;
+    }
+    if (!removed.empty()) {
+        s.drwlist = std::move(kept);
+        s.dirty = true;
+    }
+    if (!quiet) ui.message(removed.empty() ? "None found." : "Found and removed duplicates :\r\n\r\n" + removed);
+    return removed;
+}
+
 void complete_draworder(Store& s) {
     const int32_t count = std::min<int32_t>(s.pg_n, static_cast<int32_t>(s.pg_typ.size()));
     auto index = level_index(s.drwlist);

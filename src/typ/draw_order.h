@@ -42,4 +42,9 @@ void complete_draworder(Store& s);
 // Sorts drwlist tokens by level ascending, then by type value; stable.
 void sort_drwlist(Store& s);
 
+// Removes from drwlist each token whose type an earlier token has, and
+// returns the removed tokens joined by blanks ("" when none). Quiet says
+// nothing; otherwise the removed list, or "None found.", is shown.
+std::string find_duplicates(Store& s, platform::Prompt& ui, bool quiet);
+
 }  // namespace korvex::typ

@@ -81,6 +81,23 @@ TEST(DrawOrderLevels, CompletionAddsMissingPolygonsAtLevelOneAndSorts) {
     EXPECT_EQ(s.pg_drw[1], "Type=0003,1");
 }
 
+TEST(DrawOrderDuplicates, LaterTokensOfATypeGoAndAreListedUnlessQuiet) {
+    model::Store s;
+    platform::ScriptedPrompt ui;
+    s.drwlist = " 004B,1 10F03,2 004b,3 0001,3 10F03,4";
+    EXPECT_EQ(typ::find_duplicates(s, ui, true), "004b,3 10F03,4");
+    EXPECT_EQ(s.drwlist, " 004B,1 10F03,2 0001,3");
+    EXPECT_TRUE(ui.messages.empty());
+
+    EXPECT_EQ(typ::find_duplicates(s, ui, true), "");
+    EXPECT_EQ(s.drwlist, " 004B,1 10F03,2 0001,3");
+    EXPECT_TRUE(ui.messages.empty());
+    typ::find_duplicates(s, ui, false);
+    s.drwlist += " 0001,5";
+    typ::find_duplicates(s, ui, false);
+    EXPECT_EQ(ui.messages, (std::vector<std::string>{"None found.", "Found and removed duplicates :\r\n\r\n0001,5"}));
+}
+
 TEST(DrawOrderWrite, SubtypesOfOneTypeShareARecord) {
     model::Store s;
     platform::ScriptedPrompt ui;

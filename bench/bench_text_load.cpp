@@ -1,0 +1,144 @@
+// Text loading throughput over a generated text of about 20 MB (64x64 points
+// of up to 255 colours, night pictures, every polygon and line scheme,
+// labels), and the section and draw order sorts on 20,000 elements, which
+// must grow as n log n and not as n squared.
+#include <benchmark/benchmark.h>
+
+#include <cstdio>
+#include <memory>
+#include <string>
+
+#include "platform/clock.h"
+#include "platform/prompt.h"
+#include "support/sample_builder.h"
+#include "text/load_driver.h"
+#include "text/text_writer.h"
+#include "typ/decoder.h"
+#include "typ/draw_order.h"
+#include "typ/encoder.h"
+
+using namespace korvex;
+
+namespace {
+
+// A TYP of this size gives a text of about 20 MB.
+constexpr int64_t k_typ_target = 9 * 1000 * 1000;
+constexpr int k_many = 20000;
+
+class QuietPrompt : public platform::Prompt {
+public:
+    void message(const std::string&) override {}
+    bool yes_no(const std::string&) override { return true; }
+    platform::Answer yes_no_cancel(const std::string&) override { return platform::Answer::yes; }
+};
+
+const std::string& large_text() {
+    static const std::string text = [] {
+        static const platform::FixedClock clock({2026, 1, 2, 3, 4, 5});
+        QuietPrompt ui;
+        model::Store built;
+        samples::build_large(built, k_typ_target);
+        typ::save_typ(built, ui, clock, false);
+        // The text is written from the decoded file, as a user's would be.
+        model::Store s;
+        typ::open_typ_bytes(s, ui, std::move(built.curf), "/bench/large.typ");
+        std::string out;
+        text::save_txt(s, ui, clock, 13, [&](std::string_view piece) { out += piece; });
+        return out;
+    }();
+    return text;
+}
+
+std::string hex4(int v) {
+    char buf[8];
+    std::snprintf(buf, sizeof buf, "%04X", v);
+    return buf;
+}
+
+// Extended polygon types 0x100.. with subtypes 0..31, in falling order so
+// that every sort has work to do; two codes per type and subtype repeat.
+int nth_code(int k) { return 0x10000 + ((k_many - 1 - k) % 0x8000 / 32) * 0x100 + (k_many - 1 - k) % 32; }
+
+void BM_LoadLargeText(benchmark::State& state) {
+    const std::string& text = large_text();
+    for (auto _ : state) {
+        // Fresh tables, the copy the loader takes, and the freeing of both
+        // stay outside the timing.
+        state.PauseTiming();
+        auto s = std::make_unique<model::Store>();
+        std::string copy = text;
+        QuietPrompt ui;
+        state.ResumeTiming();
+        text::load_txt(*s, ui, "/bench/large.txt", std::move(copy), false, true);
+        state.PauseTiming();
+        benchmark::DoNotOptimize(s->pt_n);
+        if (s->pt_n == 0) state.SkipWithError("no points loaded");
+        s.reset();
+        state.ResumeTiming();
+    }
+    state.SetBytesProcessed(static_cast<int64_t>(state.iterations()) * static_cast<int64_t>(text.size()));
+    state.counters["text_MB"] = static_cast<double>(text.size()) / 1e6;
+}
+
+void BM_SortText20000(benchmark::State& state) {
+    std::string text = "[_id]\r\nFID=1\r\n[end]\r\n";
+    for (int k = 0; k < k_many / 2; ++k)
+        text += "[_polygon]\r\nType=0x" + hex4(k_many - k) + "\r\nXpm=\"0 0 1 0\"\r\n\"1 c #112233\"\r\n[end]\r\n";
+    for (int k = 0; k < k_many / 2; ++k)
+        text += "[_line]\r\nType=0x" + hex4(k_many - k) + "\r\nLineWidth=2\r\nXpm=\"0 0 1 0\"\r\n\"1 c #112233\"\r\n[end]\r\n";
+    size_t out = 0;
+    for (auto _ : state) out = text::sorttxt(text).size();
+    if (out < text.size()) state.SkipWithError("sections lost");
+    state.SetItemsProcessed(static_cast<int64_t>(state.iterations()) * k_many);
+}
+
+void BM_SortDrawOrder20000(benchmark::State& state) {
+    std::string list;
+    for (int k = 0; k < k_many; ++k) {
+        char buf[24];
+        std::snprintf(buf, sizeof buf, " %X,%d", nth_code(k), 1 + k % 7);
+        list += buf;
+    }
+    model::Store s;
+    for (auto _ : state) {
+        state.PauseTiming();
+        s.drwlist = list;
+        state.ResumeTiming();
+        typ::sort_drwlist(s);
+    }
+    state.SetItemsProcessed(static_cast<int64_t>(state.iterations()) * k_many);
+}
+
+void BM_DrawOrderFromText20000(benchmark::State& state) {
+    std::string text = "[_drawOrder]\r\n";
+    for (int k = 0; k < k_many; ++k) {
+        char buf[40];
+        std::snprintf(buf, sizeof buf, "Type=0x%X,%d ;level\r\n", nth_code(k), 1 + k % 7);
+        text += buf;
+    }
+    text += "[end]\r\n";
+    model::Store s;
+    model::procredim(s, model::k_polygons, k_many);
+    s.pg_n = k_many;
+    for (int k = 0; k < k_many; ++k) {
+        char buf[16];
+        std::snprintf(buf, sizeof buf, "0x%X", nth_code(k));
+        s.pg_typ[static_cast<size_t>(k)] = buf;
+    }
+    QuietPrompt ui;
+    for (auto _ : state) {
+        text::draworder_fromtxt(s, ui, text);
+        benchmark::DoNotOptimize(s.drwlist.data());
+    }
+    if (s.pg_drw[0].empty()) state.SkipWithError("no level given");
+    state.SetItemsProcessed(static_cast<int64_t>(state.iterations()) * k_many);
+}
+
+}  // namespace
+
+BENCHMARK(BM_LoadLargeText)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_SortText20000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_SortDrawOrder20000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_DrawOrderFromText20000)->Unit(benchmark::kMillisecond);
+
+BENCHMARK_MAIN();
