@@ -70,11 +70,33 @@ std::vector<std::string> split(const std::string& text, const std::string& sep) 
     return parts;
 }
 
-// The last section of a pass is cut behind its "[end]"; false when it has none.
-bool cut_last(std::string& part) {
+// Pieces of text between the separators, without copies: the last piece of
+// a pass holds every section of the passes behind it.
+std::vector<std::string_view> split_views(std::string_view text, std::string_view sep) {
+    std::vector<std::string_view> parts;
+    size_t pos = 0;
+    for (size_t p; (p = text.find(sep, pos)) != std::string_view::npos; pos = p + sep.size())
+        parts.push_back(text.substr(pos, p - pos));
+    parts.push_back(text.substr(pos));
+    return parts;
+}
+
+// The text with its caseless spellings of marker made literal; text itself
+// when it holds the literal marker or none.
+const std::string& with_marker(const std::string& text, const std::string& marker, std::string& copy) {
+    if (text.find(marker) != std::string::npos || !contains_caseless(text, marker)) return text;
+    copy = text;
+    unify_marker(copy, marker);
+    return copy;
+}
+
+// The last section of a pass cut behind its "[end]" into out; false when it
+// has none.
+bool cut_last(std::string_view part, std::string& out) {
     const size_t e = find_caseless(part, "[end]");
-    if (e == std::string::npos) return false;
-    part = part.substr(0, e) + "\r\n[end]";
+    if (e == std::string_view::npos) return false;
+    out.assign(part.substr(0, e));
+    out += "\r\n[end]";
     return true;
 }
 
@@ -165,10 +187,11 @@ bool has_key(std::string_view text, std::string_view key) {
 }
 
 // A point section keyed by "ID=" and without "Type=" is an extended point;
-// its key is handed to the point reader as "Type=". False for others.
-bool as_extended_point(std::string& part) {
+// its key is handed to the point reader as "Type=". False for others. The
+// section's lines start at from.
+bool as_extended_point(std::string& part, size_t from) {
     size_t id_at = std::string::npos;
-    size_t pos = 0;
+    size_t pos = from;
     while (pos < part.size()) {
         size_t nl = part.find('\n', pos);
         if (nl == std::string::npos) nl = part.size();
@@ -387,17 +410,25 @@ bool chktxt(Store&, platform::Prompt& ui, int kind, int32_t index, const std::st
 }
 
 void polgon_txt(Store& s, platform::Prompt& ui, const std::string& in) {
-    std::string text = in;
-    if (text.find("[_polygon]") == std::string::npos) unify_marker(text, "[_polygon]");
-    const std::vector<std::string> parts = split(text, "[_polygon]");
+    std::string copy;
+    const std::string& text = with_marker(in, "[_polygon]", copy);
+    const std::vector<std::string_view> parts = split_views(text, "[_polygon]");
     if (s.pg_n > 0) {
         model::procredim(s, model::k_polygons, 0);
         s.pg_n = 0;
     }
     const size_t count = parts.size() - 1;
     model::procredim(s, model::k_polygons, static_cast<int32_t>(count));
+    std::string section;
     for (size_t k = 1; k < parts.size(); ++k) {
-        pgonparse_txt(s, ui, "[_polygon]" + parts[k], s.pg_n, true);
+        // The reader takes nothing behind "[end]": the last polygon need not
+        // carry every line and point along.
+        std::string_view part = parts[k];
+        const size_t end = find_caseless(part, "[end]");
+        if (end != std::string_view::npos) part = part.substr(0, end + 5);
+        section.assign("[_polygon]");
+        section.append(part);
+        pgonparse_txt(s, ui, section, s.pg_n, true);
         ++s.pg_n;
         if (s.pg_n % 10 == 1) ui.progress(static_cast<int>(static_cast<double>(s.pg_n) / static_cast<double>(count) * 36 + 60));
     }
@@ -410,40 +441,49 @@ void polgon_txt(Store& s, platform::Prompt& ui, const std::string& in) {
 }
 
 void polline_txt(Store& s, platform::Prompt& ui, const std::string& in) {
-    std::string text = in;
-    if (!contains_caseless(text, "[_line]")) return;
-    if (text.find("[_line]") == std::string::npos) unify_marker(text, "[_line]");
+    if (!contains_caseless(in, "[_line]")) return;
+    std::string copy;
+    const std::string& text = with_marker(in, "[_line]", copy);
     s.ln_n = 0;
     s.ln_nact = 0;
-    std::vector<std::string> parts = split(text, "[_line]");
+    std::vector<std::string_view> parts = split_views(text, "[_line]");
     model::procredim(s, model::k_lines, static_cast<int32_t>(parts.size() - 1));
+    std::string later;  // the active lines, read in the second round
+    std::string section, last;
     for (int round = 1; round <= 2 && parts.size() > 1; ++round) {
         std::string deferred;
         for (size_t k = 1; k < parts.size(); ++k) {
-            std::string part = parts[k];
+            std::string_view part = parts[k];
             if (round == 1 && contains_caseless(part, "activity=")) {
-                deferred += "[_line]" + part;
+                deferred += "[_line]";
+                deferred += part;
                 continue;
             }
             const auto row = static_cast<size_t>(s.ln_n + s.ln_nact);
             clear_line_row(s, row);
-            if (k == parts.size() - 1 && !cut_last(part)) {
-                ui.message("Error. Cannot find [end]");
-                return;
+            if (k == parts.size() - 1) {
+                if (!cut_last(part, last)) {
+                    ui.message("Error. Cannot find [end]");
+                    return;
+                }
+                part = last;
             }
-            pollineparse(s, ui, "[_line] \r\n" + part, static_cast<int32_t>(row), true);
+            section.assign("[_line] \r\n");
+            section.append(part);
+            pollineparse(s, ui, section, static_cast<int32_t>(row), true);
             if (round == 1) ++s.ln_n; else ++s.ln_nact;
         }
         if (deferred.empty()) break;
-        parts = split(deferred, "[_line]");
+        later = std::move(deferred);
+        parts = split_views(later, "[_line]");
     }
     settle_header(s);
 }
 
 void poi_txt(Store& s, platform::Prompt& ui, const std::string& in) {
-    std::string text = in;
-    if (text.find("[_point]") == std::string::npos) unify_marker(text, "[_point]");
-    const std::vector<std::string> parts = split(text, "[_point]");
+    std::string copy;
+    const std::string& text = with_marker(in, "[_point]", copy);
+    const std::vector<std::string_view> parts = split_views(text, "[_point]");
     const auto count = static_cast<int32_t>(parts.size() - 1);
     model::procredim(s, model::k_points, 0);
     model::procredim(s, model::k_points, s.pt_nx + count);
@@ -452,25 +492,34 @@ void poi_txt(Store& s, platform::Prompt& ui, const std::string& in) {
     s.pt_nx = 0;
     // Extended points ("ID=" in place of "Type=") sit behind the ordinary
     // ones, in file order, as the writer puts them.
+    // Each section goes to the tests and the reader with its marker in
+    // front; the marker holds none of the words they look for.
+    constexpr size_t marker = 8;
     std::vector<std::string> extra;
+    std::string section, last;
     for (size_t k = 1; k < parts.size(); ++k) {
-        std::string part = parts[k];
-        if (k == parts.size() - 1 && !cut_last(part)) {
-            ui.message("Error. Cannot find [end]");
-            return;
+        std::string_view part = parts[k];
+        if (k == parts.size() - 1) {
+            if (!cut_last(part, last)) {
+                ui.message("Error. Cannot find [end]");
+                return;
+            }
+            part = last;
         }
-        std::replace(part.begin(), part.end(), '\t', ' ');
-        if (as_extended_point(part)) {
-            extra.push_back(std::move(part));
+        section.assign("[_point]");
+        section.append(part);
+        std::replace(section.begin() + marker, section.end(), '\t', ' ');
+        if (as_extended_point(section, marker)) {
+            extra.push_back(section);
             continue;
         }
-        if (chktxt(s, ui, 2, s.pt_n, part)) return;
-        poiparse(s, ui, "[_point]" + part, s.pt_n, true);
+        if (chktxt(s, ui, 2, s.pt_n, section)) return;
+        poiparse(s, ui, section, s.pt_n, true);
         ++s.pt_n;
     }
-    for (const std::string& part : extra) {
-        if (chktxt(s, ui, 2, s.pt_n + s.pt_nx, part)) return;
-        poiparse(s, ui, "[_point]" + part, s.pt_n + s.pt_nx, true);
+    for (const std::string& full : extra) {
+        if (chktxt(s, ui, 2, s.pt_n + s.pt_nx, full)) return;
+        poiparse(s, ui, full, s.pt_n + s.pt_nx, true);
         ++s.pt_nx;
     }
 }

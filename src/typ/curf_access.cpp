@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cstring>
 
 namespace korvex::typ {
 
@@ -146,22 +147,59 @@ std::string lower(std::string_view s) {
     return out;
 }
 
+namespace {
+
+bool lower_letter(char c) { return c >= 'a' && c <= 'z'; }
+
+// Needle at p, its first byte as given or in capitals, the others against
+// the text in lower case.
+bool caseless_at(std::string_view text, size_t p, std::string_view needle, char first_up) {
+    const char c = text[p];
+    if (c != needle[0] && c != first_up) return false;
+    for (size_t k = 1; k < needle.size(); ++k) {
+        char t = text[p + k];
+        if (t >= 'A' && t <= 'Z') t = static_cast<char>(t + ('a' - 'A'));
+        if (t != needle[k]) return false;
+    }
+    return true;
+}
+
+}  // namespace
+
+// The candidates come from memchr, which walks many bytes a step: through a
+// byte of the needle that has no second case when there is one ("[", "="),
+// else through both cases of its first letter.
 size_t find_caseless(std::string_view text, std::string_view needle, size_t from) {
     if (needle.empty()) return from <= text.size() ? from : std::string_view::npos;
-    if (text.size() < needle.size()) return std::string_view::npos;
+    if (text.size() < needle.size() || from > text.size() - needle.size()) return std::string_view::npos;
     const char first = needle[0];
-    const char first_up = (first >= 'a' && first <= 'z') ? static_cast<char>(first - ('a' - 'A')) : first;
-    const size_t last = text.size() - needle.size();
-    for (size_t p = from; p <= last; ++p) {
-        const char c = text[p];
-        if (c != first && c != first_up) continue;
-        size_t k = 1;
-        for (; k < needle.size(); ++k) {
-            char t = text[p + k];
-            if (t >= 'A' && t <= 'Z') t = static_cast<char>(t + ('a' - 'A'));
-            if (t != needle[k]) break;
+    const char first_up = lower_letter(first) ? static_cast<char>(first - ('a' - 'A')) : first;
+    const size_t last = text.size() - needle.size();  // last start
+    const char* base = text.data();
+    size_t j = 0;
+    while (j < needle.size() && lower_letter(needle[j])) ++j;
+    if (j < needle.size()) {
+        const char anchor = needle[j];
+        for (size_t p = from; p <= last;) {
+            const void* hit = std::memchr(base + p + j, anchor, last - p + 1);
+            if (hit == nullptr) return std::string_view::npos;
+            p = static_cast<size_t>(static_cast<const char*>(hit) - base) - j;
+            if (caseless_at(text, p, needle, first_up)) return p;
+            ++p;
         }
-        if (k == needle.size()) return p;
+        return std::string_view::npos;
+    }
+    // Next place of each case of the first letter at or behind p.
+    auto next = [&](char c, size_t p) {
+        const void* hit = p <= last ? std::memchr(base + p, c, last - p + 1) : nullptr;
+        return hit == nullptr ? std::string_view::npos : static_cast<size_t>(static_cast<const char*>(hit) - base);
+    };
+    size_t lo = next(first, from), up = next(first_up, from);
+    while (lo != std::string_view::npos || up != std::string_view::npos) {
+        const size_t p = std::min(lo, up);
+        if (caseless_at(text, p, needle, first_up)) return p;
+        if (p == lo) lo = next(first, p + 1);
+        if (p == up) up = next(first_up, p + 1);
     }
     return std::string_view::npos;
 }

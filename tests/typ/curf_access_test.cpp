@@ -46,6 +46,12 @@ TEST(CurfAccess, CaselessFindTakesTheNeedleInLowerCase) {
     // Only ASCII letters fold; other bytes compare as they are.
     EXPECT_EQ(typ::find_caseless("\xc4x", "\xe4x"), std::string_view::npos);
     EXPECT_TRUE(typ::contains_caseless("FontStyle=SmallFont", "small"));
+    // Needles with a byte of one case only, from a start, up to the very end.
+    EXPECT_EQ(typ::find_caseless("[End] x [eND]", "[end]", 1), 8u);
+    EXPECT_EQ(typ::find_caseless("Activ=activity=", "activity="), 6u);
+    EXPECT_EQ(typ::find_caseless("xpm xpM", "xpm", 1), 4u);
+    EXPECT_EQ(typ::find_caseless("xpm", "xpm", 1), std::string_view::npos);
+    EXPECT_EQ(typ::find_caseless("ab", "b", 5), std::string_view::npos);
 }
 
 TEST(CurfAccess, BinaryDigitsAndBlockWrites) {
