@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cctype>
 #include <cstdlib>
+#include <cstring>
 #include <string_view>
 #include <unordered_map>
 #include <utility>
@@ -231,6 +232,15 @@ void language_2f_to_00(std::string& text) {
 bool holds_utf8(const std::string& t) {
     bool multi = false;
     for (size_t i = 0; i < t.size();) {
+        // Eight plain ASCII bytes at a time: most of a text is pixels.
+        if (i + 8 <= t.size()) {
+            uint64_t word;
+            std::memcpy(&word, t.data() + i, 8);
+            if ((word & 0x8080808080808080ULL) == 0) {
+                i += 8;
+                continue;
+            }
+        }
         const auto c = static_cast<unsigned char>(t[i]);
         int more = c < 0x80 ? 0 : (c & 0xE0) == 0xC0 ? 1 : (c & 0xF0) == 0xE0 ? 2 : (c & 0xF8) == 0xF0 ? 3 : -1;
         if (more < 0 || (c & 0xFE) == 0xC0) return false;
@@ -241,6 +251,33 @@ bool holds_utf8(const std::string& t) {
         i += static_cast<size_t>(more) + 1;
     }
     return multi;
+}
+
+// Byte loops over the whole text, by memchr: the bytes are rare or come
+// every line, and a line is a long row of pixels.
+void drop_byte(std::string& text, char c) {
+    char* const begin = text.data();
+    char* const end = begin + text.size();
+    char* hit = static_cast<char*>(std::memchr(begin, c, text.size()));
+    if (hit == nullptr) return;
+    char* out = hit;
+    for (char* from = hit + 1; from < end;) {
+        char* next = static_cast<char*>(std::memchr(from, c, static_cast<size_t>(end - from)));
+        if (next == nullptr) next = end;
+        std::memmove(out, from, static_cast<size_t>(next - from));
+        out += next - from;
+        from = next + 1;
+    }
+    text.resize(static_cast<size_t>(out - begin));
+}
+
+void replace_byte(std::string& text, char from, char to) {
+    char* const end = text.data() + text.size();
+    for (char* p = text.data(); p < end; ++p) {
+        p = static_cast<char*>(std::memchr(p, from, static_cast<size_t>(end - p)));
+        if (p == nullptr) return;
+        *p = to;
+    }
 }
 
 // Draw order type digits as the text states them, in the list's form.
@@ -569,12 +606,12 @@ bool load_txt(Store& s, platform::Prompt& ui, const std::string& path, std::stri
         replace_all(text, "\",\r\n", "\"\r\n");
         replace_all(text, "\",\n", "\"\n");
     }
-    text.erase(std::remove(text.begin(), text.end(), '\r'), text.end());
+    drop_byte(text, '\r');
     read_created(s, text);
     read_id(s, text);
     replace_all(text, ";[_", ";[");
-    std::replace(text.begin(), text.end(), '\t', ' ');
-    if (text.find('\0') != std::string::npos) std::replace(text.begin(), text.end(), '\0', ' ');
+    replace_byte(text, '\t', ' ');
+    replace_byte(text, '\0', ' ');
 
     model::procredim(s, model::k_polygons, 0);
     model::procredim(s, model::k_lines, 0);
