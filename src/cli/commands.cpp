@@ -9,6 +9,7 @@
 #include "platform/files.h"
 #include "platform/prompt.h"
 #include "text/load_driver.h"
+#include "text/maptk_project.h"
 #include "text/text_writer.h"
 #include "typ/decoder.h"
 #include "typ/encoder.h"
@@ -23,9 +24,9 @@ constexpr int k_failed = 1;
 constexpr int k_usage = 2;
 
 const char* k_usage_text =
-    "usage: korvex-cli info FILE.typ|FILE.txt\n"
-    "       korvex-cli decode FILE.typ|FILE.txt [-o OUT.txt] [--utf8]\n"
-    "       korvex-cli encode FILE.typ|FILE.txt [-o OUT.typ]\n"
+    "usage: korvex-cli info FILE.typ|FILE.txt|FILE.prj\n"
+    "       korvex-cli decode FILE.typ|FILE.txt|FILE.prj [-o OUT.txt] [--utf8]\n"
+    "       korvex-cli encode FILE.typ|FILE.txt|FILE.prj [-o OUT.typ]\n"
     "options: --load-options 111111   classes and night colours to load (default 111111)\n"
     "         --offsets               show record offsets as comments in the text\n"
     "         --answer yes|no         the answer to every question (default yes)\n"
@@ -105,20 +106,44 @@ void print_report(const std::string& report, std::FILE* to) {
     }
 }
 
-// A TYP file carries its magic at offset 2; its first byte, the header
-// length, is "[" (0x5b) for the plain header, so the magic decides first,
-// then the text's opening character, then the extension.
-bool is_text(const std::string& data, const std::string& path) {
-    if (data.size() >= 12 && data.compare(2, 10, "GARMIN TYP") == 0) return false;
+enum class Kind { typ, text, prj };
+
+std::string extension(const std::string& path) {
+    const size_t dot = path.rfind('.');
+    if (dot == std::string::npos || path.find('/', dot) != std::string::npos) return {};
+    std::string ext = path.substr(dot);
+    for (char& c : ext) c = static_cast<char>(c >= 'A' && c <= 'Z' ? c + 32 : c);
+    return ext;
+}
+
+// A MapTK project: a "[poi]", "[polyline]" or "[polygon]" line, and none of
+// the text form's "[_" markers.
+bool project_sections(const std::string& data) {
+    if (data.find("[_") != std::string::npos) return false;
+    for (size_t p = data.find('['); p != std::string::npos; p = data.find('[', p + 1)) {
+        std::string word;
+        for (size_t k = p; k < data.size() && k < p + 10 && data[k] != ']'; ++k)
+            word += static_cast<char>(data[k] >= 'A' && data[k] <= 'Z' ? data[k] + 32 : data[k]);
+        if (word == "[poi" || word == "[polyline" || word == "[polygon") return true;
+    }
+    return false;
+}
+
+// Content first, then the extension. A TYP file carries its magic at offset
+// 2; its first byte, the header length, is "[" (0x5b) for the plain header,
+// so the magic decides first. Texts and projects both open with "[" or ";":
+// project sections without any "[_" marker make a project, "[_" markers a
+// text, and the extension decides a file with neither.
+Kind kind_of(const std::string& data, const std::string& path) {
+    if (data.size() >= 12 && data.compare(2, 10, "GARMIN TYP") == 0) return Kind::typ;
+    if (project_sections(data)) return Kind::prj;
+    const std::string ext = extension(path);
     size_t i = 0;
     if (data.compare(0, 3, "\xEF\xBB\xBF") == 0) i = 3;
     while (i < data.size() && (data[i] == ' ' || data[i] == '\t' || data[i] == '\r' || data[i] == '\n')) ++i;
-    if (i < data.size() && (data[i] == '[' || data[i] == ';')) return true;
-    const size_t dot = path.rfind('.');
-    if (dot == std::string::npos || path.find('/', dot) != std::string::npos) return false;
-    std::string ext = path.substr(dot);
-    for (char& c : ext) c = static_cast<char>(c >= 'A' && c <= 'Z' ? c + 32 : c);
-    return ext == ".txt";
+    if (i < data.size() && (data[i] == '[' || data[i] == ';'))
+        return ext == ".prj" && data.find("[_") == std::string::npos ? Kind::prj : Kind::text;
+    return ext == ".prj" ? Kind::prj : ext == ".txt" ? Kind::text : Kind::typ;
 }
 
 size_t count_tokens(const std::string& list) {
@@ -135,14 +160,14 @@ size_t count_tokens(const std::string& list) {
     return n;
 }
 
-int info(const model::Store& s, bool text) {
+int info(const model::Store& s, Kind kind) {
     std::string created = s.created;
     const std::string prefix = "Created  ";
     if (created.compare(0, prefix.size(), prefix) == 0) created = created.substr(prefix.size());
     std::string header;
     static const char* hexd = "0123456789abcdef";
     for (int v = s.hdr_len; v > 0 || header.size() < 2; v >>= 4) header.insert(header.begin(), hexd[v & 15]);
-    std::printf("format: %s\n", text ? "text" : "typ");
+    std::printf("format: %s\n", kind == Kind::prj ? "prj" : kind == Kind::text ? "text" : "typ");
     std::printf("header: %s\n", header.c_str());
     std::printf("created: %s\n", created.c_str());
     std::printf("codepage: %d\n", s.codepage);
@@ -218,15 +243,17 @@ int run(int argc, char** argv) {
         ui.message("Cannot read " + a.input + ": " + error);
         return k_failed;
     }
-    const bool text = is_text(*data, a.input);
-    if (text) {
+    const Kind kind = kind_of(*data, a.input);
+    if (kind == Kind::prj) {
+        text::load_prj_data(s, ui, a.input, *data);
+    } else if (kind == Kind::text) {
         // A text of a draw order alone is still a project, so "[_id]" is not required.
         text::load_txt(s, ui, a.input, std::move(*data), false, false);
     } else {
         typ::open_typ_bytes(s, ui, std::move(*data), a.input);
     }
 
-    if (a.command == "info") return info(s, text);
+    if (a.command == "info") return info(s, kind);
     print_report(s.loadrep, stderr);
     // As if typed into the identifier fields before saving.
     if (!a.fid.empty()) s.fid = a.fid;

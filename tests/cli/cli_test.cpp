@@ -198,4 +198,36 @@ TEST_F(CliTest, Utf8QuestionOfATextIsAnsweredByTheAnswerOption) {
     EXPECT_NE(yes.out.find(q + "yes"), std::string::npos) << yes.out;
 }
 
+TEST_F(CliTest, MaptkProjectIsToldByItsSectionsThenByExtension) {
+    const std::string prj = source_dir() + "/tests/data/maptk/sample.prj";
+    CliRun r = cli("info " + prj);
+    ASSERT_EQ(r.status, 0);
+    EXPECT_EQ(r.out.substr(0, 12), "format: prj\n");
+    EXPECT_NE(r.out.find("fid: 3511\npid: 1\npolygons: 2\nlines: 2\npoints: 2\n"), std::string::npos) << r.out;
+    EXPECT_NE(r.out.find("draworder: 2\n"), std::string::npos);
+    // Its sections make a project whatever the name; "[_" markers make a text.
+    {
+        std::ofstream f(path("project.txt"), std::ios::binary);
+        f << read_bytes(prj);
+    }
+    EXPECT_EQ(cli("info " + path("project.txt")).out.substr(0, 12), "format: prj\n");
+    {
+        std::ofstream f(path("text.prj"), std::ios::binary);
+        f << "[_id]\r\nFID=3\r\n[end]\r\n[_polygon]\r\nType=0x01\r\nXpm=\"0 0 1 0\"\r\n\"0 c #FF0000\"\r\n[end]\r\n";
+    }
+    EXPECT_EQ(cli("info " + path("text.prj")).out.substr(0, 13), "format: text\n");
+    // Nor sections nor markers: the extension.
+    {
+        std::ofstream f(path("bare.prj"), std::ios::binary);
+        f << "familyid=12\n";
+    }
+    EXPECT_EQ(cli("info " + path("bare.prj")).out.substr(0, 12), "format: prj\n");
+    // A project decodes to a text and encodes to a TYP of the same tables.
+    ASSERT_EQ(cli("decode " + prj + " -o " + path("p.txt")).status, 0);
+    EXPECT_NE(read_bytes(path("p.txt")).find("LineWidth=3\r\n"), std::string::npos);
+    ASSERT_EQ(cli("encode " + prj + " -o " + path("p.typ")).status, 0);
+    CliRun t = cli("info " + path("p.typ"));
+    EXPECT_EQ(t.out.substr(t.out.find("fid: ")), r.out.substr(r.out.find("fid: ")));
+}
+
 }  // namespace
