@@ -125,8 +125,8 @@ std::string canonical_table(const Picture& p, PointSymbols& symbols, int& mode, 
     read.reserve(p.colours.size());
     bool alpha = false, none = false;
     none_at = -1;
-    for (const std::string& line : p.colours) {
-        std::string symbol = line.substr(1, static_cast<size_t>(p.cpp));
+    for (const std::string_view line : p.colours) {
+        std::string symbol(line.substr(1, static_cast<size_t>(p.cpp)));
         symbol.resize(static_cast<size_t>(p.cpp), ' ');
         symbols.add(symbol);
         read.push_back(read_colour(line, p.cpp));
@@ -156,9 +156,9 @@ std::string canonical_table(const Picture& p, PointSymbols& symbols, int& mode, 
     return out;
 }
 
-std::string old_style_table(const std::vector<std::string>& rows, int& mode) {
+std::string old_style_table(const std::vector<std::string_view>& rows, int& mode) {
     std::string out;
-    for (const std::string& row : rows) {
+    for (const std::string_view row : rows) {
         for (size_t h = row.find('#'); h != std::string::npos; h = row.find('#', h + 1)) {
             size_t n = 0;
             while (h + 1 + n < row.size() && is_hex(row[h + 1 + n]) && n < 8) ++n;
@@ -174,30 +174,18 @@ std::string old_style_table(const std::vector<std::string>& rows, int& mode) {
     return out;
 }
 
-std::vector<std::string> unknown_symbols(const std::vector<std::string>& rows, const PointSymbols& symbols) {
+std::vector<std::string> unknown_symbols(const std::vector<std::string_view>& rows, const PointSymbols& symbols) {
     std::vector<std::string> found;
     std::vector<bool> seen(65536, false);
     const auto cpp = static_cast<size_t>(symbols.cpp);
-    for (const std::string& row : rows)
+    for (const std::string_view row : rows)
         for (size_t x = 0; x + cpp <= row.size(); x += cpp) {
             if (symbols.find(row.data() + x) >= 0) continue;
             const auto k = static_cast<size_t>(PointSymbols::key(row.data() + x, symbols.cpp));
-            if (!seen[k]) found.push_back(row.substr(x, cpp));
+            if (!seen[k]) found.emplace_back(row.substr(x, cpp));
             seen[k] = true;
         }
     return found;
-}
-
-std::string joined_rows(const std::vector<std::string>& rows) {
-    size_t size = 0;
-    for (const std::string& r : rows) size += r.size() + 2;
-    std::string out;
-    out.reserve(size);
-    for (const std::string& r : rows) {
-        out += r;
-        out += k_crlf;
-    }
-    return out;
 }
 
 }  // namespace point_text
@@ -213,6 +201,33 @@ void PointSymbols::add(std::string_view symbol) {
     ++count;
 }
 
+namespace {
+
+// One row of pixels in canonical symbols and CR LF appended to out, which
+// is grown once for the row.
+void append_row(std::string& out, std::string_view row, const PointSymbols& symbols, int out_cpp) {
+    const auto cpp = static_cast<size_t>(symbols.cpp);
+    const size_t pixels = row.size() / cpp;
+    const size_t at = out.size();
+    out.resize(at + pixels * static_cast<size_t>(out_cpp) + 2);
+    char* o = out.data() + at;
+    const int fallback = std::max(symbols.fallback, 0);
+    for (size_t x = 0; x + cpp <= row.size(); x += cpp) {
+        int v = symbols.find(row.data() + x);
+        if (v < 0) v = fallback;
+        if (out_cpp == 1) {
+            *o++ = static_cast<char>(v + typ::k_symbol_base);
+        } else {
+            *o++ = static_cast<char>(v / 16 + typ::k_symbol_base);
+            *o++ = static_cast<char>(v % 16 + typ::k_symbol_base);
+        }
+    }
+    *o++ = '\r';
+    *o = '\n';
+}
+
+}  // namespace
+
 std::string convert_txtbmp(std::string_view rows, const PointSymbols& symbols, int colours) {
     const int out_cpp = typ::symbol_width(colours);
     const auto cpp = static_cast<size_t>(symbols.cpp);
@@ -224,21 +239,25 @@ std::string convert_txtbmp(std::string_view rows, const PointSymbols& symbols, i
         if (end == std::string_view::npos) end = rows.size();
         std::string_view row = rows.substr(pos, end - pos);
         if (!row.empty() && row.back() == '\r') row.remove_suffix(1);
-        for (size_t x = 0; x + cpp <= row.size(); x += cpp) {
-            int v = symbols.find(row.data() + x);
-            if (v < 0) v = std::max(symbols.fallback, 0);
-            if (out_cpp == 1) {
-                out += static_cast<char>(v + typ::k_symbol_base);
-            } else {
-                out += static_cast<char>(v / 16 + typ::k_symbol_base);
-                out += static_cast<char>(v % 16 + typ::k_symbol_base);
-            }
-        }
-        out += k_crlf;
+        append_row(out, row, symbols, out_cpp);
         pos = end + 1;
     }
     return out;
 }
+
+namespace point_text {
+
+std::string convert_rows(const std::vector<std::string_view>& rows, const PointSymbols& symbols, int colours) {
+    const int out_cpp = typ::symbol_width(colours);
+    size_t size = 0;
+    for (const std::string_view r : rows) size += r.size() / static_cast<size_t>(symbols.cpp) * static_cast<size_t>(out_cpp) + 2;
+    std::string out;
+    out.reserve(size);
+    for (const std::string_view r : rows) append_row(out, r, symbols, out_cpp);
+    return out;
+}
+
+}  // namespace point_text
 
 std::string fncoltxt(Store& s, const std::string& colourlines, int32_t row, bool night) {
     std::string out;

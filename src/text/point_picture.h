@@ -28,13 +28,14 @@ struct Head {
 Head read_head(std::string_view line);
 std::string head_text(const Head& h, int w, int height, int colours, int cpp, const std::string& mode);
 
-// A picture as the section states it.
+// A picture as the section states it. Colour lines and rows are views of
+// the section, or of lines the reader had to change and keeps.
 struct Picture {
     std::string head_line;
     Head head;
-    int cpp = 1;                      // characters a pixel of the text
-    std::vector<std::string> colours; // colour lines as written
-    std::vector<std::string> rows;    // rows without quotes
+    int cpp = 1;                           // characters a pixel of the text
+    std::vector<std::string_view> colours; // colour lines as written
+    std::vector<std::string_view> rows;    // rows without quotes
 };
 
 // The colour table of a picture in canonical lines; symbols get the table's
@@ -45,12 +46,13 @@ std::string canonical_table(const Picture& p, PointSymbols& symbols, int& mode, 
 
 // Colour lines of an old-style picture: every "#RRGGBB" of its lines is the
 // colour of one pixel; "#RRGGBBxA" carries alpha A.
-std::string old_style_table(const std::vector<std::string>& rows, int& mode);
+std::string old_style_table(const std::vector<std::string_view>& rows, int& mode);
 
 // Symbols of rows that no colour of the table names, each once.
-std::vector<std::string> unknown_symbols(const std::vector<std::string>& rows, const PointSymbols& symbols);
+std::vector<std::string> unknown_symbols(const std::vector<std::string_view>& rows, const PointSymbols& symbols);
 
-// Rows joined, each ending in CR LF.
-std::string joined_rows(const std::vector<std::string>& rows);
+// Rows in the picture's own symbols to canonical rows, as convert_txtbmp
+// does with the rows joined.
+std::string convert_rows(const std::vector<std::string_view>& rows, const PointSymbols& symbols, int colours);
 
 }  // namespace korvex::text::point_text

@@ -5,9 +5,11 @@
 
 #include <algorithm>
 #include <charconv>
+#include <deque>
 
 #include "text/load_driver.h"
 #include "text/point_picture.h"
+#include "text/polygon_line_reader.h"
 #include "typ/curf_access.h"
 #include "typ/point_pixels.h"
 
@@ -42,6 +44,18 @@ std::string value_digits(std::string_view line) {
 }
 
 // Custom colour digits in file byte order: padded to six, pairs reversed.
+// Type digits whose subtype is above 0x1f keep its low five bits, as mkgmap
+// reads them; true when they changed.
+bool five_bit_subtype(Store& s, std::string& digits) {
+    if (digits.size() < 4) return false;
+    const auto code = static_cast<int32_t>(typ::hex_value(digits));
+    const int32_t kept = reader::five_bit_subtype(s, code);
+    if (kept == code) return false;
+    std::string d = typ::hex(kept);
+    digits = std::string(digits.size() > d.size() ? digits.size() - d.size() : 0, '0') + d;
+    return true;
+}
+
 std::string swapped_digits(std::string_view line) {
     const size_t hash = line.find('#');
     std::string d;
@@ -92,43 +106,54 @@ void poiparse(Store& s, platform::Prompt& ui, const std::string& section, int32_
     int strings = 0;
     std::string label_pref, label_zero, label_first;
 
+    // Colour lines and rows stay views of the section; the few lines that
+    // had to change live here (a deque does not move them).
+    std::deque<std::string> changed;
     size_t pos = 0;
     while (pos < text.size()) {
         size_t nl = text.find('\n', pos);
         if (nl == std::string_view::npos) nl = text.size();
-        std::string_view raw = text.substr(pos, nl - pos);
+        std::string_view view = trim_view(text.substr(pos, nl - pos));
         pos = nl + 1;
-        std::string line(trim_view(raw));
-        std::replace(line.begin(), line.end(), '\t', ' ');
-        line = std::string(trim_view(line));
+        if (holds(view, "\t")) {
+            std::string& tabs = changed.emplace_back(view);
+            std::replace(tabs.begin(), tabs.end(), '\t', ' ');
+            view = trim_view(tabs);
+        }
         // Rows make up most of a section: the words are looked for only
         // where their first character stands.
-        const bool ends_section = holds(line, "[") && typ::contains_caseless(line, "[end]");
-        if (old_style && !ends_section && !line.empty()) line = '"' + line + '"';
-        if (holds(line, ";") && typ::contains_caseless(line, ";bitmap")) {
+        const bool ends_section = holds(view, "[") && typ::contains_caseless(view, "[end]");
+        if (old_style && !ends_section && !view.empty()) {
+            std::string& quoted = changed.emplace_back(1, '"');
+            quoted += view;
+            quoted += '"';
+            view = quoted;
+        }
+        if (holds(view, ";") && typ::contains_caseless(view, ";bitmap")) {
             old_style = true;
             continue;
         }
-        if (line.empty()) continue;
-        if (line.size() >= 2 && line.ends_with("\",")) line.pop_back();
-        if (line.front() == '"') {
+        if (view.empty()) continue;
+        if (view.size() >= 2 && view.ends_with("\",")) view.remove_suffix(1);
+        if (view.front() == '"') {
             Picture& p = in_night ? night : day;
             const int stated = p.head.field[2];
             // The head says how many colour lines follow; one more that
             // reads as a colour line is taken as one all the same.
-            const bool colour = p.rows.empty() && typ::contains_caseless(line, "c ") &&
-                                (static_cast<int>(p.colours.size()) < stated || reads_as_colour(line, p.cpp));
+            const bool colour = p.rows.empty() && typ::contains_caseless(view, "c ") &&
+                                (static_cast<int>(p.colours.size()) < stated || reads_as_colour(view, p.cpp));
             if (colour) {
-                p.colours.push_back(line);
+                p.colours.push_back(view);
                 seen_colour = true;
             } else {
                 // Behind the row's closing quote stands nothing of it.
-                const size_t close = line.rfind('"');
-                p.rows.push_back(close > 0 ? line.substr(1, close - 1) : line.substr(1));
+                const size_t close = view.rfind('"');
+                p.rows.push_back(close > 0 ? view.substr(1, close - 1) : view.substr(1));
             }
             continue;
         }
         if (ends_section) break;
+        std::string line(view);
         if (typ::contains_caseless(line, ";123")) continue;
         std::string lo = lower(line);
         if (holds(lo, "xpm=") || holds(lo, "xpm =") || holds(lo, "xpm  =")) {
@@ -172,6 +197,7 @@ void poiparse(Store& s, platform::Prompt& ui, const std::string& section, int32_
             std::string sub = value_digits(line);
             if (sub.size() < 2) sub.insert(0, 2 - sub.size(), '0');
             digits += sub.substr(sub.size() - 2);
+            if (five_bit_subtype(s, digits)) line = "SubType=0x" + typ::lower(digits.substr(digits.size() - 2));
             rest += line + k_crlf;
             continue;
         }
@@ -182,6 +208,7 @@ void poiparse(Store& s, platform::Prompt& ui, const std::string& section, int32_
             // reads them: 0x2f is 0x2f00, 0x115 is 0x11500.
             if (digits.size() == 2 || digits.size() == 3) digits += "00";
             if (digits.size() > 5) digits.erase(0, digits.size() - 5);
+            if (five_bit_subtype(s, digits)) line = "Type=0x" + typ::lower(digits);
             rest += line + k_crlf;
             continue;
         }
@@ -220,7 +247,7 @@ void poiparse(Store& s, platform::Prompt& ui, const std::string& section, int32_
     std::string table;
     int ncol = 0;
     bool bare = false;
-    if (day.colours.empty() && !day.rows.empty() && std::any_of(day.rows.begin(), day.rows.end(), [](const std::string& x) { return holds(x, "#"); })) {
+    if (day.colours.empty() && !day.rows.empty() && std::any_of(day.rows.begin(), day.rows.end(), [](std::string_view x) { return holds(x, "#"); })) {
         // Old style: the picture's lines are the colours of its pixels.
         table = old_style_table(day.rows, mode);
         day.rows.clear();
@@ -232,7 +259,7 @@ void poiparse(Store& s, platform::Prompt& ui, const std::string& section, int32_
             if (none_at < 0) {
                 model::note_once(s, upper(type) + "::old style point/colour? (" + unknown.front() + ")");
                 day_symbols.add(unknown.front());
-                day.colours.push_back('"' + unknown.front() + " c none\"");
+                day.colours.push_back(changed.emplace_back('"' + unknown.front() + " c none\""));
                 table = canonical_table(day, day_symbols = PointSymbols{day.cpp}, mode, none_at, ncol);
             }
             day_symbols.fallback = none_at;
@@ -240,7 +267,7 @@ void poiparse(Store& s, platform::Prompt& ui, const std::string& section, int32_
     }
     s.pt_ncol[r] = static_cast<int16_t>(ncol);
     s.pt_mode[r] = static_cast<uint8_t>(mode);
-    if (!day.rows.empty()) s.pt_bmp[r] = convert_txtbmp(joined_rows(day.rows), day_symbols, ncol);
+    if (!day.rows.empty()) s.pt_bmp[r] = convert_rows(day.rows, day_symbols, ncol);
     const int cpp = bare ? 1 : typ::symbol_width(ncol);
 
     // Repairs of the head.
@@ -271,12 +298,12 @@ void poiparse(Store& s, platform::Prompt& ui, const std::string& section, int32_
         const std::string night_table = canonical_table(night, night_symbols, night_mode, night_none, nncol);
         night_symbols.fallback = night_none;
         bool width_error = false;
-        for (const std::string& x : night.rows)
+        for (const std::string_view x : night.rows)
             width_error = width_error || static_cast<int>(x.size()) != width * night.cpp;
         if (width_error) s.loadmsg += "POI 0 x " + type + " Nightbmp width error . Please click on POI to edit.\r\n";
         s.pt_nncol[r] = static_cast<int16_t>(nncol);
         if (nncol > 0) {
-            s.pt_nbmp[r] = convert_txtbmp(joined_rows(night.rows), night_symbols, nncol);
+            s.pt_nbmp[r] = convert_rows(night.rows, night_symbols, nncol);
             s.pt_nnight += static_cast<int32_t>(night.rows.size());
         }
         std::string& col = s.pt_col[r];
