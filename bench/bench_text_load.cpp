@@ -150,11 +150,41 @@ void BM_DrawOrderFromText20000(benchmark::State& state) {
     state.SetItemsProcessed(static_cast<int64_t>(state.iterations()) * k_many);
 }
 
+// A whole load of many small polygons with a level each: the polygon pass,
+// the draw order and its duplicate check together.
+void BM_LoadPolygons20000(benchmark::State& state) {
+    std::string text = "[_id]\r\nFID=1\r\n[end]\r\n[_drawOrder]\r\n";
+    std::string polygons;
+    for (int k = 0; k < k_many; ++k) {
+        char buf[48];
+        std::snprintf(buf, sizeof buf, "Type=0x%X,%d\r\n", nth_code(k), 1 + k % 7);
+        text += buf;
+        std::snprintf(buf, sizeof buf, "[_polygon]\r\nType=0x%X\r\n", nth_code(k));
+        polygons += buf;
+        polygons += "String1=0x04,Area\r\nXpm=\"0 0 1 0\"\r\n\"1 c #112233\"\r\n[end]\r\n";
+    }
+    text += "[end]\r\n" + polygons;
+    for (auto _ : state) {
+        state.PauseTiming();
+        auto s = std::make_unique<model::Store>();
+        std::string copy = text;
+        QuietPrompt ui;
+        state.ResumeTiming();
+        text::load_txt(*s, ui, "/bench/polygons.txt", std::move(copy), false, true);
+        state.PauseTiming();
+        if (s->pg_n != k_many) state.SkipWithError("polygons lost");
+        s.reset();
+        state.ResumeTiming();
+    }
+    state.SetItemsProcessed(static_cast<int64_t>(state.iterations()) * k_many);
+}
+
 }  // namespace
 
 BENCHMARK(BM_LoadLargeText)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_SortText20000)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_SortDrawOrder20000)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_DrawOrderFromText20000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_LoadPolygons20000)->Unit(benchmark::kMillisecond);
 
 BENCHMARK_MAIN();
