@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "text/codepage_check.h"
 #include "text/encoding.h"
 #include "text/point_reader.h"
 #include "text/polygon_line_reader.h"
@@ -631,6 +632,7 @@ bool load_txt(Store& s, platform::Prompt& ui, const std::string& path, std::stri
         ui.message("Go Tools,check 1252 and match language to " + s.walk.wrong_example);
     }
     if (!s.loadmsg.empty()) ui.message(s.loadmsg);
+    chkcp(s, ui, false);
     s.loadmsg.clear();
     s.dirty = false;
     return true;

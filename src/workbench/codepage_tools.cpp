@@ -1,0 +1,59 @@
+#include "workbench/codepage_tools.h"
+
+#include <filesystem>
+#include <system_error>
+
+#include "platform/files.h"
+#include "text/codepage_repair.h"
+
+namespace korvex::workbench {
+
+namespace {
+
+bool check_labels(model::Store& s, platform::Prompt& ui, platform::Launcher& launcher,
+                  const std::string& data_folder, int mode) {
+    const bool utf8 = mode == text::k_repair_in_utf8;
+    const int needed = utf8 ? 65001 : 1252;
+    if (s.codepage != needed) {
+        ui.message("Not codepage " + std::to_string(needed));
+        return false;
+    }
+    std::string report;
+    bool repaired = false;
+    for (int cls : {model::k_polygons, model::k_lines, model::k_points}) {
+        const text::CpRepair r = text::correct_cp(s, ui, cls, mode);
+        report += r.report;
+        repaired = repaired || r.repaired;
+    }
+
+    // The report replaces the one of the last run.
+    const std::filesystem::path path = std::filesystem::path(data_folder) / (utf8 ? k_report_65001 : k_report_1252);
+    std::error_code ec;
+    std::filesystem::create_directories(path.parent_path(), ec);
+    std::string error;
+    const bool written = platform::write_file_atomic(path.string(), report, &error);
+    if (!written) ui.message("Cannot write " + path.string() + ": " + error);
+
+    if (!repaired) {
+        ui.message("No errors found.");
+        return false;
+    }
+    ui.message("Found & fixed errors.");
+    s.dirty = true;
+    if (written) launcher.open(path.string());
+    return true;
+}
+
+}  // namespace
+
+bool check_labels_65001(model::Store& s, platform::Prompt& ui, platform::Launcher& launcher,
+                        const std::string& data_folder) {
+    return check_labels(s, ui, launcher, data_folder, text::k_repair_in_utf8);
+}
+
+bool check_labels_1252(model::Store& s, platform::Prompt& ui, platform::Launcher& launcher,
+                       const std::string& data_folder) {
+    return check_labels(s, ui, launcher, data_folder, text::k_repair_in_1252);
+}
+
+}  // namespace korvex::workbench
