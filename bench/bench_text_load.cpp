@@ -5,10 +5,12 @@
 #include <benchmark/benchmark.h>
 
 #include <cstdio>
+#include <filesystem>
 #include <memory>
 #include <string>
 
 #include "platform/clock.h"
+#include "platform/files.h"
 #include "platform/prompt.h"
 #include "support/sample_builder.h"
 #include "text/load_driver.h"
@@ -179,9 +181,36 @@ void BM_LoadPolygons20000(benchmark::State& state) {
     state.SetItemsProcessed(static_cast<int64_t>(state.iterations()) * k_many);
 }
 
+// The real texts, written for mkgmap: mostly polygons and lines, small
+// points, LF line ends.
+void BM_LoadCorpusTexts(benchmark::State& state) {
+    namespace fs = std::filesystem;
+    const fs::path dir = fs::path(KORVEX_SOURCE_DIR).parent_path() / "shared" / "corpus" / "txt";
+    std::vector<std::string> texts;
+    if (fs::is_directory(dir))
+        for (const auto& e : fs::directory_iterator(dir))
+            if (e.path().extension() == ".txt") texts.push_back(platform::read_file(e.path().string()).value_or(""));
+    int64_t total = 0;
+    for (const std::string& t : texts) total += static_cast<int64_t>(t.size());
+    if (texts.empty()) state.SkipWithError("no corpus");
+    for (auto _ : state) {
+        state.PauseTiming();
+        std::vector<std::string> copies = texts;
+        std::vector<model::Store> stores(texts.size());
+        QuietPrompt ui;
+        state.ResumeTiming();
+        for (size_t k = 0; k < texts.size(); ++k) text::load_txt(stores[k], ui, "/bench/corpus.txt", std::move(copies[k]), false, false);
+        state.PauseTiming();
+        stores.clear();
+        state.ResumeTiming();
+    }
+    state.SetBytesProcessed(static_cast<int64_t>(state.iterations()) * total);
+}
+
 }  // namespace
 
 BENCHMARK(BM_LoadLargeText)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_LoadCorpusTexts)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_SortText20000)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_SortDrawOrder20000)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_DrawOrderFromText20000)->Unit(benchmark::kMillisecond);

@@ -194,6 +194,8 @@ using point_text::holds;
 using point_text::k_crlf;
 
 void PointSymbols::add(std::string_view symbol) {
+    const size_t keys = cpp == 2 ? 65536 : 256;
+    if (index.size() < keys) index.resize(keys, -1);
     if (static_cast<int>(symbol.size()) >= cpp) {
         int16_t& slot = index[static_cast<size_t>(key(symbol.data(), cpp))];
         if (slot < 0) slot = static_cast<int16_t>(count);

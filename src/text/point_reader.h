@@ -20,7 +20,9 @@ void poiparse(Store& s, platform::Prompt& ui, const std::string& section, int32_
 // index by symbol. Symbols of one picture are all cpp characters long.
 struct PointSymbols {
     int cpp = 1;
-    std::vector<int16_t> index = std::vector<int16_t>(65536, -1);  // by (c1 << 8 | c2), or c1
+    // By (c1 << 8 | c2), or c1; -1 for no colour. Sized by the first add to
+    // what cpp needs: most points have small tables.
+    std::vector<int16_t> index;
     int count = 0;
     int fallback = -1;  // index an unknown symbol takes; -1 reports it
 
@@ -29,7 +31,10 @@ struct PointSymbols {
         return cpp == 2 ? (c1 << 8 | static_cast<unsigned char>(p[1])) : c1;
     }
     void add(std::string_view symbol);
-    int find(const char* p) const { return index[static_cast<size_t>(key(p, cpp))]; }
+    int find(const char* p) const {
+        const auto k = static_cast<size_t>(key(p, cpp));
+        return k < index.size() ? index[k] : -1;
+    }
 };
 
 // Rows in the picture's own symbols to canonical rows for a table of
