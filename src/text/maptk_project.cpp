@@ -111,7 +111,12 @@ void close_section(Section& sec, PrjTranslation& t, std::string& out) {
         sec.lines += std::string("BorderWidth=0") + k_crlf;
         sec.rows.clear();
         width = height = 0;
-    } else if (!sec.colours.empty()) {
+    } else if (!sec.colours.empty() && std::any_of(sec.rows.begin(), sec.rows.end(), [](const std::string& r) {
+                   return r.find(' ') != std::string::npos;
+               })) {
+        // Only a picture with blank pixels gets the transparent colour: an
+        // extra colour in a full two-colour picture would read as a night
+        // colour, and mkgmap refuses a line or polygon of three colours.
         const char blank = blank_symbol(sec.colours);
         sec.colours.push_back(std::string(1, blank) + " c none");
         for (std::string& row : sec.rows) std::replace(row.begin(), row.end(), ' ', blank);

@@ -50,10 +50,13 @@ TEST(MaptkTranslation, ClosingRulesShapeThePicture) {
     EXPECT_EQ(translated("[polyline]\ntype=0x02\ncolor=b,0x0000ff\nline=bbbb\nline=bbbb\nline=bbbb\n[end]\n"),
               "[_line]\r\ntype=0x02\r\nUseorientation=N\r\nlwidth(=3\r\nBorderWidth=0\r\n"
               "Xpm=\"0 0 1 1\" Colormode=16\r\n\"b c #0000ff\"\r\n[end]\r\n");
-    // Two colours keep their rows and gain the blank colour.
+    // Two colours keep their rows; the blank colour only comes with blanks.
     EXPECT_EQ(translated("[polyline]\ncolor=a,0x00ff00\ncolor=b,0x000000\nline=abab\n[end]\n"),
-              "[_line]\r\nXpm=\"4 1 3 1\" Colormode=16\r\n\"a c #00ff00\"\r\n\"b c #000000\"\r\n\"c c none\"\r\n"
+              "[_line]\r\nXpm=\"4 1 2 1\" Colormode=16\r\n\"a c #00ff00\"\r\n\"b c #000000\"\r\n"
               "\"abab\"\r\n[end]\r\n");
+    EXPECT_EQ(translated("[polygon]\ncolor=a,0x00ff00\nline=a a \nline=aaaa\n[end]\n"),
+              "[_polygon]\r\nXpm=\"4 2 2 1\" Colormode=16\r\n\"a c #00ff00\"\r\n\"b c none\"\r\n"
+              "\"abab\"\r\n\"aaaa\"\r\n[end]\r\n");
     // 64 colours and the blank make 65: two characters a pixel from the
     // first colour's code, the blank last.
     std::string project = "[poi]\n";
@@ -66,9 +69,9 @@ TEST(MaptkTranslation, ClosingRulesShapeThePicture) {
     // 63 colours and the blank stay at one character; "p" is one above "o".
     project = "[poi]\n";
     for (int i = 0; i < 63; ++i) project += "color=" + std::string(1, static_cast<char>('0' + i)) + ",0x000000\n";
-    EXPECT_NE(translated(project).find("DayXpm=\"0 0 64 1\" Colormode=16\r\n"), std::string::npos);
+    EXPECT_NE(translated(project + "line= \n").find("DayXpm=\"1 1 64 1\" Colormode=16\r\n"), std::string::npos);
     // Past "~" the blank takes the first free code.
-    EXPECT_NE(translated("[polygon]\ncolor=~,0x000000\ncolor=!,0x111111\n").find("\"# c none\""), std::string::npos);
+    EXPECT_NE(translated("[polygon]\ncolor=~,0x000000\ncolor=!,0x111111\nline=~ \n").find("\"# c none\""), std::string::npos);
 }
 
 TEST(MaptkTranslation, BlocksAreCutBehindTheLastEnd) {
@@ -103,10 +106,10 @@ TEST(MaptkLoad, SampleProjectFillsTheTables) {
     EXPECT_EQ(s.ln_mode[0], 6);
     EXPECT_EQ(s.ln_wid[0], 3);
     EXPECT_EQ(s.ln_bord[0], 0);
-    EXPECT_EQ(s.ln_ncol[1], 3);
-    // 70 colours and the blank; the colourless point has no table.
-    EXPECT_EQ(s.pt_ncol[0], 71);
-    EXPECT_EQ(s.pt_xpm[0], "DayXpm=\"10 7 71 2\" Colormode=32");
+    EXPECT_EQ(s.ln_ncol[1], 2);
+    // 70 colours with no blank pixel; the colourless point has no table.
+    EXPECT_EQ(s.pt_ncol[0], 70);
+    EXPECT_EQ(s.pt_xpm[0], "DayXpm=\"10 7 70 2\" Colormode=32");
     EXPECT_EQ(s.pt_ncol[1], 0);
 
     model::Store none;
