@@ -50,9 +50,8 @@ std::vector<std::string> split_lines(std::string text) {
 // Blanks around the first "=" dropped, on key lines only: a quoted colour or
 // row keeps its blanks (they can be symbols).
 std::string normalise_key(const std::string& line) {
-    const std::string low = typ::lower(line);
     const bool quoted = has(line, "\"");
-    if (quoted && low.rfind("string", 0) != 0 && !has(low, "xpm")) return line;
+    if (quoted && !typ::word_before(line, 6, "string") && !typ::contains_caseless(line, "xpm")) return line;
     const size_t eq = line.find('=');
     if (eq == std::string::npos) return line;
     return trim(std::string_view(line).substr(0, eq)) + "=" + trim(std::string_view(line).substr(eq + 1));
@@ -67,7 +66,7 @@ std::string keys_normalised(const std::string& section) {
 
 // Text after "[end]" goes; keep bytes to match the marker's spelling.
 std::string cut_after_end(const std::string& section) {
-    const size_t at = typ::lower(section).find("[end]");
+    const size_t at = typ::find_caseless(section, "[end]");
     return at == std::string::npos ? section : section.substr(0, at + 5);
 }
 
