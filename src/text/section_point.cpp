@@ -137,12 +137,13 @@ std::string point_section(const Store& s, int32_t r, bool extended, LineOptions&
         if (s.pt_nncol[row] == 0 && s.pt_nbmp[row].empty() && header_field(night.front(), 3) == "0") night.clear();
     }
 
-    // A picture of no pixels (a label-only point) cannot be compiled by
-    // mkgmap; one transparent pixel draws the same nothing.
+    // A picture of no pixels or no colours (a label-only point) cannot be
+    // compiled by mkgmap; one transparent pixel draws the same nothing.
     std::string_view day_rows = s.pt_bmp[row];
     if (day_header >= 0) {
         const std::string& h = lines[static_cast<size_t>(day_header)];
-        if (header_field(h, 1) == "0" || header_field(h, 2) == "0") {
+        if (header_field(h, 1) == "0" || header_field(h, 2) == "0" ||
+            (header_field(h, 3) == "0" && s.pt_bmp[row].empty())) {
             const size_t q = h.find('"');
             std::vector<std::string> kept(lines.begin(), lines.begin() + day_header);
             kept.push_back(h.substr(0, q) + "\"1 1 1 1\" Colormode=16");

@@ -186,6 +186,12 @@ TEST(PointSection, LabelOnlyPointGetsOneTransparentPixel) {
     EXPECT_EQ(create_textfile(s, 1, 2), "[_point]\r\nType=0x10300\r\nString1=0x04,Lodge\r\n"
                                         "DayXpm=\"1 1 1 1\" Colormode=16\r\n\"$ c none\"\r\n\"$\"\r\n" +
                                             k_ruler + "[end]\r\n");
+    // A picture with a size but no colours and no rows draws nothing as well.
+    Store t;
+    add_point(t, "[_point]\r\nType=0x2f06\r\nDayXpm=\"1 1 0 1\" Colormode=0", "02F06", 0, "");
+    EXPECT_EQ(create_textfile(t, 1, 2), "[_point]\r\nType=0x02f06\r\n"
+                                        "DayXpm=\"1 1 1 1\" Colormode=16\r\n\"$ c none\"\r\n\"$\"\r\n" +
+                                            k_ruler + "[end]\r\n");
 }
 
 TEST(PointSection, NightPictureWithoutColoursIsLeftOut) {
