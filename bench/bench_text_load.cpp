@@ -1,7 +1,7 @@
 // Text loading throughput over a generated text of about 20 MB (64x64 points
 // of up to 255 colours, night pictures, every polygon and line scheme,
-// labels), and the section and draw order sorts on 20,000 elements, which
-// must grow as n log n and not as n squared.
+// labels) and over the corpus texts; the section and draw order sorts and a
+// whole load on 20,000 elements, which must grow as n log n, not n squared.
 #include <benchmark/benchmark.h>
 
 #include <cstdio>
@@ -62,8 +62,8 @@ std::string hex4(int v) {
     return buf;
 }
 
-// Extended polygon types 0x100.. with subtypes 0..31, in falling order so
-// that every sort has work to do; two codes per type and subtype repeat.
+// Five-digit codes (type, subtype 0..31), all different, in falling order
+// so that every sort has work to do.
 int nth_code(int k) { return 0x10000 + ((k_many - 1 - k) % 0x8000 / 32) * 0x100 + (k_many - 1 - k) % 32; }
 
 void BM_LoadLargeText(benchmark::State& state) {
