@@ -43,9 +43,11 @@ std::string trimmed(std::string_view t) {
     return std::string(t);
 }
 
-std::string single_blanks(std::string t) {
-    for (size_t p; (p = t.find("  ")) != std::string::npos;) t.erase(p, 1);
-    return t;
+std::string single_blanks(const std::string& t) {
+    std::string out;
+    for (char c : t)
+        if (c != ' ' || out.empty() || out.back() != ' ') out += c;
+    return out;
 }
 
 std::vector<std::string> words(const std::string& t) {
@@ -60,7 +62,11 @@ std::vector<std::string> words(const std::string& t) {
     return out;
 }
 
-int number(const std::string& t) { return static_cast<int>(std::strtol(t.c_str(), nullptr, 10)); }
+// Header numbers; far beyond any picture, but products of two stay in range.
+int number(const std::string& t) {
+    constexpr long k_bound = 1'000'000;
+    return static_cast<int>(std::clamp(std::strtol(t.c_str(), nullptr, 10), -k_bound, k_bound));
+}
 
 std::vector<PanelLine> split_panel(const std::string& text) {
     std::vector<PanelLine> out;
@@ -207,13 +213,13 @@ bool PanelCheck::refuse_box(const std::string& text, size_t at) {
     return false;
 }
 
+// Only colour lines are rewritten, never the line the copy was cut at, so
+// the copy holds panel lines from its first one on, one entry each.
 void PanelCheck::rewrite(const WorkLine& w, const std::string& line) {
     if (line == lines_[w.at].text) return;
     lines_[w.at].text = line;
-    for (auto* list : {&copy_, &all_}) {
-        for (WorkLine& x : *list)
-            if (x.at == w.at) x.low = work_form(line);
-    }
+    all_[w.at].low = work_form(line);
+    copy_[w.at - copy_.front().at].low = all_[w.at].low;
 }
 
 PanelApply& PanelCheck::finish() {
@@ -306,8 +312,9 @@ bool PanelCheck::first_pass() {
         // The symbol is cpp characters; blanks may stand between it and "c".
         // A solid picture (no rows, cpp 0) names its colours freely.
         if (width_ > 0 || cpp_ > 0) {
-            const size_t c_at = low.find_first_not_of(' ', 1 + static_cast<size_t>(cpp_));
-            const bool shaped = c_at != std::string::npos && c_at > 1 + static_cast<size_t>(cpp_) &&
+            const size_t after = 1 + static_cast<size_t>(std::max(cpp_, 0));
+            const size_t c_at = low.find_first_not_of(' ', after);
+            const bool shaped = c_at != std::string::npos && c_at > after &&
                                 low.compare(c_at, 2, "c ") == 0;
             if (!shaped) {
                 const size_t literal = low.find(" c ", 1) - 1;
@@ -315,7 +322,7 @@ bool PanelCheck::first_pass() {
             }
         }
         const std::string written = trimmed(lines_[w.at].text);
-        symbols_.insert(written.substr(1, static_cast<size_t>(cpp_)));
+        symbols_.insert(written.substr(1, static_cast<size_t>(std::max(cpp_, 0))));
         colours_.push_back(&w);
     }
     return true;
@@ -323,7 +330,7 @@ bool PanelCheck::first_pass() {
 
 bool PanelCheck::pixel_count() {
     const size_t at = xpm_ ? xpm_->at : 0;
-    if (cpp_ >= 3 || (!colours_.empty() && cpp_ == 0 && width_ > 0) || (ncol_ > 0 && colours_.empty()))
+    if (cpp_ >= 3 || cpp_ < 0 || (!colours_.empty() && cpp_ == 0 && width_ > 0) || (ncol_ > 0 && colours_.empty()))
         return refuse("Wrong number of pixels", at);
     return true;
 }
@@ -438,7 +445,7 @@ bool PanelCheck::rows() {
     for (const WorkLine* w : rows_) {
         // The panel's own characters: symbols are case sensitive.
         const std::string row = inner(lines_[w->at].text);
-        if (row.size() != static_cast<size_t>(width_ * cpp_)) return refuse("BMP length not the same:", w->at);
+        if (static_cast<long long>(row.size()) != static_cast<long long>(width_) * cpp_) return refuse("BMP length not the same:", w->at);
         for (size_t p = 0; p + step <= row.size(); p += step) {
             const std::string pixel = row.substr(p, step);
             // A blank in a polygon row is its background.

@@ -28,7 +28,9 @@ struct PanelApply {
 // of its columns (ln_n + k for an active line, pt_n + k for an extra point).
 // night checks the point's night picture instead of the day one. Message
 // boxes go through ui; a refusal leaves the store as it was. On success the
-// element is read again from the text and dirty is set.
+// element is read again from the text and dirty is set. String lines are
+// taken as the readers take them: UTF-8 while s.utf8txt, else bytes of the
+// code page (convert gives the panel UTF-8; the caller turns it back).
 PanelApply parsetext(Store& s, platform::Prompt& ui, const std::string& panel, int cls, int32_t row, bool night);
 
 }  // namespace korvex::text
