@@ -56,7 +56,8 @@ void pollineparse(Store& s, platform::Prompt& ui, const std::string& in, int32_t
         line = normalise_key(trim(line));
         const std::string low = typ::lower(line);
         if (line.empty()) continue;
-        if (has(low, ";123")) rows_closed = true;
+        // The ruler under the rows ends them; one of a picture in comments does not.
+        if (has(low, ";123") && !xpm.empty()) rows_closed = true;
         if (line[0] == ';') {
             rest += line + k_crlf;
             continue;
@@ -69,6 +70,11 @@ void pollineparse(Store& s, platform::Prompt& ui, const std::string& in, int32_t
         }
         if (has(low, "type=") && !has(low, "string")) {
             code = low.rfind("subtype", 0) == 0 ? with_subtype(code, line) : type_value(type_digits_of(line));
+            if (const int32_t kept = five_bit_subtype(s, code); kept != code) {
+                code = kept;
+                line = low.rfind("subtype", 0) == 0 ? "SubType=0x" + typ::hex2(typ::hex(code & 0xff))
+                                                    : "Type=0x" + typ::lower(five_digits(code));
+            }
             type_text = "0x" + typ::lower(five_digits(code));
             rest += line + k_crlf;
             continue;
@@ -142,7 +148,7 @@ void pollineparse(Store& s, platform::Prompt& ui, const std::string& in, int32_t
             continue;
         }
         if (has(low, "useorientation") || has(low, "extendedlabels") || has(low, "fontstyle") ||
-            has(low, "customcolor")) {
+            (has(low, "customcolor") && !idle_custom_colour(low))) {
             if (has(low, "daycustom") && has(low, "#")) s.ln_dayc[r] = byte_swap(hex_run(line, line.find('#') + 1));
             rest += line + k_crlf;
         }
@@ -215,8 +221,8 @@ void pollineparse(Store& s, platform::Prompt& ui, const std::string& in, int32_t
     s.ln_col[r] = join(lines);
     s.ln_ncol[r] = static_cast<int16_t>(lines.size());
 
-    if (bitmap && lines.size() == 1 && !has(typ::lower(rest), "useorientation="))
-        rest += std::string("Useorientation=N") + k_crlf;
+    // mkgmap keeps a line's bitmap upright unless the text says otherwise.
+    if (!has(typ::lower(rest), "useorientation=")) rest += std::string("UseOrientation=N") + k_crlf;
     if (!xpm_ok) {
         model::note_once(s, type_text + " Line xpm error. Click on line to fix.");
         s.ln_bmp[r].clear();

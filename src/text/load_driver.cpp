@@ -335,30 +335,34 @@ std::string chksemicolon(const std::string& text) {
 }
 
 std::string fnchkstringtxt(Store& s, const std::string& line, int n) {
-    std::string t = trim(line);
-    const size_t comma = t.find(',');
-    std::string left = comma == std::string::npos ? t : t.substr(0, comma);
-    std::string text = comma == std::string::npos ? "" : trim(t.substr(comma + 1));
-    const std::string low_left = lower(left);
-    const size_t eq = low_left.find('=');
-    const bool has_language = eq != std::string::npos && low_left.compare(eq + 1, 2, "0x") == 0;
-    // mkgmap's "String=Text" and "String1=Text": no language, so language 0.
-    if (eq != std::string::npos && !has_language) {
-        text = trim(t.substr(eq + 1));
-        left = left.substr(0, eq + 1) + "0x0";
-    } else if (comma == std::string::npos) {
-        return t;
+    const std::string t = trim(line);
+    const size_t eq = t.find('=');
+    if (eq == std::string::npos) return t;
+    // As mkgmap reads it: a language is hex digits behind "0x" or decimal
+    // digits, right up to the comma; anything else ("String=Text",
+    // "String1=Bus 0x5, late") is a text of language 0. Blanks in front of
+    // the text are part of it.
+    size_t v = eq + 1;
+    while (v < t.size() && (t[v] == ' ' || t[v] == '\t')) ++v;
+    const size_t comma = t.find(',', v);
+    std::string lang, text;
+    if (comma != std::string::npos && comma > v) {
+        const std::string digits = t.substr(v, comma - v);
+        const bool hex = digits.size() > 2 && digits[0] == '0' && (digits[1] | 0x20) == 'x' &&
+                         digits.find_first_not_of("0123456789abcdefABCDEF", 2) == std::string::npos;
+        const bool dec = digits.size() <= 3 && digits.find_first_not_of("0123456789") == std::string::npos;
+        if (hex) lang = digits.substr(2);
+        if (dec && std::atoi(digits.c_str()) <= 0xff) lang = upper(typ::hex(std::atoi(digits.c_str())));
+        if (!lang.empty()) text = t.substr(comma + 1);
+    }
+    if (lang.empty()) {
+        lang = "0";
+        text = t.substr(v);
     }
     if (text.empty()) return t;
-    const bool keyless = lower(left).find("string=") != std::string::npos;
-    const size_t lx = lower(left).find('x');
-    std::string lang = lx == std::string::npos ? "0" : trim(left.substr(lx + 1));
     if (s.codepage != 65001 && lang.size() == 1) lang = "0" + lang;
-    if (keyless) {
-        left = "String" + std::to_string(n) + "=0x";
-    } else {
-        left = left.substr(0, lx + 1);
-    }
+    const std::string key = trim(t.substr(0, eq));
+    const std::string left = (lower(key) == "string" ? "String" + std::to_string(n) : key) + "=0x";
     if (s.codepage == 65001) return left + lang + "," + text;
     const int langcp = lang_cp(s, static_cast<int>(typ::hex_value(lang)));
     if (s.utf8txt && s.opt.utf8_convert) {
@@ -378,9 +382,20 @@ void draworder_fromtxt(Store& s, platform::Prompt& ui, const std::string& text) 
     if (at == std::string::npos) return;
     const size_t end = find_caseless(text, "[end]", at + 12);
     const std::string body = chksemicolon(text.substr(at + 12, end == std::string::npos ? std::string::npos : end - at - 12));
+    // mkgmap draws level 0 below level 1, as a level of its own: with a level
+    // 0 in the text every level moves up by one.
+    int lift = 0;
+    for (const std::string& raw : split(body, "\r\n")) {
+        const size_t comma = raw.find(',');
+        if (comma == std::string::npos) continue;
+        size_t k = comma + 1;
+        while (k < raw.size() && raw[k] == ' ') ++k;
+        if (k < raw.size() && std::isdigit(static_cast<unsigned char>(raw[k])) && std::atoi(raw.c_str() + k) == 0) lift = 1;
+    }
     for (const std::string& raw : split(body, "\r\n")) {
         const std::string line = trim(raw);
-        if (line.size() <= 5) continue;
+        // Only Type= lines: a second "[_drawOrder]" head in the body is none.
+        if (line.size() <= 5 || lower(line.substr(0, 5)) != "type=") continue;
         const std::string rest = upper(line.substr(5));
         const size_t comma = rest.find(',');
         std::string digits = drw_digits(rest.substr(0, comma));
@@ -390,6 +405,7 @@ void draworder_fromtxt(Store& s, platform::Prompt& ui, const std::string& text) 
             for (size_t k = comma + 1; k < rest.size() && std::isdigit(static_cast<unsigned char>(rest[k])); ++k)
                 level += rest[k];
         }
+        if (lift && !level.empty()) level = std::to_string(std::atoi(level.c_str()) + lift);
         s.drwlist += " " + digits + (level.empty() ? "" : "," + level);
     }
     typ::sort_drwlist(s);

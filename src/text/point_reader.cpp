@@ -9,6 +9,7 @@
 
 #include "text/load_driver.h"
 #include "text/point_picture.h"
+#include "text/polygon_line_reader.h"
 #include "typ/curf_access.h"
 #include "typ/point_pixels.h"
 
@@ -40,6 +41,18 @@ std::string value_digits(std::string_view line) {
     size_t n = 0;
     while (n < v.size() && is_hex(v[n])) ++n;
     return std::string(v.substr(0, n));
+}
+
+// Type digits whose subtype is above 0x1f keep its low five bits, as mkgmap
+// reads them; true when they changed.
+bool five_bit_subtype(Store& s, std::string& digits) {
+    if (digits.size() < 4) return false;
+    const auto code = static_cast<int32_t>(typ::hex_value(digits));
+    const int32_t kept = reader::five_bit_subtype(s, code);
+    if (kept == code) return false;
+    std::string d = typ::hex(kept);
+    digits = std::string(digits.size() > d.size() ? digits.size() - d.size() : 0, '0') + d;
+    return true;
 }
 
 // Custom colour digits in file byte order: padded to six, pairs reversed.
@@ -184,6 +197,7 @@ void poiparse(Store& s, platform::Prompt& ui, const std::string& section, int32_
             std::string sub = value_digits(line);
             if (sub.size() < 2) sub.insert(0, 2 - sub.size(), '0');
             digits += sub.substr(sub.size() - 2);
+            if (five_bit_subtype(s, digits)) line = "SubType=0x" + typ::lower(digits.substr(digits.size() - 2));
             rest += line + k_crlf;
             continue;
         }
@@ -194,6 +208,7 @@ void poiparse(Store& s, platform::Prompt& ui, const std::string& section, int32_
             // reads them: 0x2f is 0x2f00, 0x115 is 0x11500.
             if (digits.size() == 2 || digits.size() == 3) digits += "00";
             if (digits.size() > 5) digits.erase(0, digits.size() - 5);
+            if (five_bit_subtype(s, digits)) line = "Type=0x" + typ::lower(digits);
             rest += line + k_crlf;
             continue;
         }

@@ -234,6 +234,19 @@ std::string type_digits_of(const std::string& line) {
     return x == std::string::npos ? hex_run(line, t + 5) : hex_run(line, x + 1);
 }
 
+int32_t five_bit_subtype(Store& s, int32_t code) {
+    if ((code & 0xff) <= 0x1f) return code;
+    const int32_t kept = code & ~0xe0;
+    model::note_once(s, "0x" + typ::lower(typ::hex(code)) + " subtype above 0x1f: read as 0x" + typ::lower(typ::hex(kept)));
+    return kept;
+}
+
+bool idle_custom_colour(const std::string& low) {
+    if (low.rfind("customcolor=", 0) != 0) return false;
+    const std::string v = trim(std::string_view(low).substr(12));
+    return v != "no" && v != "day" && v != "night" && v != "dayandnight";
+}
+
 }  // namespace reader
 
 using reader::has;

@@ -79,6 +79,13 @@ std::string five_digits(int32_t code);
 int32_t with_subtype(int32_t code, const std::string& line);
 // The digits of a Type= line.
 std::string type_digits_of(const std::string& line);
+// A code whose subtype is above 0x1f keeps the subtype's low five bits, as
+// mkgmap reads it (0x2f20 is 0x2f00); the load report says so.
+int32_t five_bit_subtype(Store& s, int32_t code);
+// A CustomColor= line (lower-cased) whose value is none of No, Day, Night and
+// DayAndNight: mkgmap goes by the colour keys alone, and so does the encoder
+// without this line.
+bool idle_custom_colour(const std::string& low);
 
 }  // namespace reader
 

@@ -33,13 +33,18 @@ void pgonparse_txt(Store& s, platform::Prompt& ui, const std::string& in, int32_
         line = normalise_key(trim(line));
         std::string low = typ::lower(line);
         if (line.empty() || line[0] == ';') {
-            if (has(low, ";123")) rows_closed = true;
+            if (has(low, ";123") && !xpm.empty()) rows_closed = true;
             if (!in_picture && !line.empty()) rest += line + k_crlf;
             continue;
         }
         if (has(low, "type=") && !has(low, "string")) {
             code = low.rfind("subtype", 0) == 0 ? with_subtype(code < 0 ? 0 : code, line)
                                                 : type_value(type_digits_of(line));
+            if (const int32_t kept = five_bit_subtype(s, code); kept != code) {
+                code = kept;
+                line = low.rfind("subtype", 0) == 0 ? "SubType=0x" + typ::hex2(typ::hex(code & 0xff))
+                                                    : "Type=0x" + typ::lower(five_digits(code));
+            }
             s.pg_typ[r] = "0x" + typ::hex(code >> 8) + typ::hex2(typ::hex(code & 0xff));
             if (s.pg_typ[r].size() == 5) s.pg_typ[r] = "0x0" + s.pg_typ[r].substr(2);
         }
@@ -59,14 +64,14 @@ void pgonparse_txt(Store& s, platform::Prompt& ui, const std::string& in, int32_
             in_picture = true;
             continue;
         }
-        if (has(low, ";123")) rows_closed = true;
+        if (has(low, ";123") && !xpm.empty()) rows_closed = true;
         if (!xpm.empty() && !rows_closed && line[0] == '"' && !has(low, "c ") && !has(low, "cust")) {
             std::string q = line;
             q.erase(std::remove(q.begin(), q.end(), '"'), q.end());
             rows.push_back(q);
             continue;
         }
-        if (low.rfind("[_", 0) != 0 && !in_picture) {
+        if (low.rfind("[_", 0) != 0 && !in_picture && !idle_custom_colour(low)) {
             rest += line + k_crlf;
             if (code >= 0 && !has_extended && !extended_added) {
                 rest += std::string("ExtendedLabels=N") + k_crlf;

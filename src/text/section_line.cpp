@@ -85,7 +85,8 @@ std::string line_section(const Store& s, int32_t r, LineOptions& opt) {
 
     std::string out = join_lines(lines);
     out += crlf;
-    if (s.ln_mode[static_cast<size_t>(r)] >= k_bitmap_mode && !contains(txt, "LineW"))
+    // A width key (not one in a comment) makes it a solid line.
+    if (s.ln_mode[static_cast<size_t>(r)] >= k_bitmap_mode && !width_written)
         append_rows(out, s.ln_bmp[static_cast<size_t>(r)]);
     out += "[end]";
     out += crlf;

@@ -207,6 +207,9 @@ void keep_line(const Store& s, std::vector<std::string>& lines, std::string_view
                std::string_view lowered, LineOptions& opt) {
     if (is_string_line(lowered))
         lines.push_back(string_line(s, line, opt));
+    else if (lowered.starts_with("contourcolor") || lowered.starts_with("antialias"))
+        // Keys of other compilers: mkgmap warns about them, so they stay as comments.
+        lines.push_back(";" + std::string(raw));
     else
         lines.emplace_back(raw);
 }

@@ -155,8 +155,9 @@ TEST(LineReader, SolidModesAndSynthesisedRows) {
     EXPECT_EQ(r.s.ln_bord[0], 1);
     EXPECT_EQ(r.s.ln_bmp[0], rows(1, '1') + "\r\n" + rows(2, '0') + "\r\n" + rows(1, '1'));
     EXPECT_EQ(r.s.ln_col[0], "\"0 c #909090\"\r\n\"1 c #898989\"");
+    // Without UseOrientation= mkgmap keeps the line upright.
     EXPECT_EQ(r.s.ln_txt[0], crlf("[_line]\nType=0x1\nString1=0x04,Test\nLineWidth=2\nBorderWidth=1\n"
-                                  "Xpm=\"0 0 2 0\"\n\"0 c #909090\"\n\"1 c #898989\"\n"));
+                                  "UseOrientation=N\nXpm=\"0 0 2 0\"\n\"0 c #909090\"\n\"1 c #898989\"\n"));
     EXPECT_EQ(r.s.ln_lab[0], "0x00100#Test");
 
     // Two colours without a border: day and night colour.
