@@ -256,6 +256,12 @@ void line_no_bmp(Store& s, int64_t pos, int32_t n, int flag, int32_t size) {
         const double half = (total - d.width) / 2.0;
         d.border = std::max(0, static_cast<int>(std::nearbyint(half)));
     }
+    // A border of width 0 is not drawn, and its colour beside the line colour
+    // would read back as a night colour: the line is one of one colour.
+    if (d.scheme == 0 && d.border == 0) {
+        d.scheme = 6;
+        d.pal[1].clear();
+    }
     d.keys += "LineWidth=";
     d.keys += std::to_string(d.width);
     d.keys += k_crlf;
