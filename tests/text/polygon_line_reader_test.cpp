@@ -169,6 +169,39 @@ TEST(LineReader, SolidModesAndSynthesisedRows) {
     EXPECT_EQ(r.s.ln_bmp[0], rows(4, '0'));
 }
 
+TEST(LineReader, RulerOfACommentedOutPictureDoesNotEndTheRows) {
+    Reader r;
+    r.line(crlf("[_line]\nType=0x20\n; Xpm=\"32 1 2 1\"\n; \"! c #CB0000\"\n;1234567890\nXpm=\"32 1 2 1\"\n"
+                "\"! c #CB0000\"\n\"  c none\"\n\"" + std::string(16, '!') + std::string(16, ' ') +
+                "\"\n;12345678901234567890123456789012\n[end]"));
+    EXPECT_EQ(r.s.ln_mode[0], 8 + 6);
+    EXPECT_EQ(r.s.ln_bmp[0], std::string(16, '0') + std::string(16, '1'));
+}
+
+// A line and a border of width 0: the border is not drawn, and its colour
+// written beside the line colour would read back as the night colour.
+TEST(LineRecord, LineAndBorderOfWidthZeroDecodeAsOneColourAndReadBackSo) {
+    model::Store s;
+    s.curf = std::string("\0\0", 2) + "\x10\x20\x30" + "\x40\x50\x60" + "\x03\x03";
+    model::procredim(s, model::k_lines, 1);
+    s.ln_n = 1;
+    s.ln_code[0] = 0x2B00;
+    typ::line_no_bmp(s, 0, 0, 0, static_cast<int32_t>(s.curf.size()));
+    EXPECT_EQ(s.ln_mode[0], 6);
+    EXPECT_EQ(s.ln_col[0], "\"0 c #302010\"");
+    Reader r;
+    r.line(s.ln_txt[0] + "[end]");
+    expect_same_line(r.s, s, 0);
+}
+
+TEST(PolygonReader, CustomColorOfAnUnknownValueIsLeftToTheColourKeys) {
+    Reader r;
+    r.polygon(crlf("[_polygon]\nType=0x1\nDaycustomColor=#110099\nCustomColor=ignored\nXpm=\"0 0 1 0\"\n"
+                   "\"a c #990099\"\n[end]"));
+    EXPECT_EQ(r.s.pg_txt[0].find("CustomColor=ignored"), std::string::npos);
+    EXPECT_NE(r.s.pg_txt[0].find("DaycustomColor=#110099"), std::string::npos);
+}
+
 TEST(LineReader, BitmapModesIgnoreWidthsAndPutTransparentSecond) {
     Reader r;
     r.line(crlf("[_line]\nType=0x2\nLineWidth=4\nXpm=\"32 2 2 1\"\n\"a c #112233\"\n\"b c none\"\n\"" +
