@@ -8,15 +8,19 @@ extern char** environ;
 namespace korvex::platform {
 
 bool SystemLauncher::open(const std::string& path) {
-    std::string program = "xdg-open";
+    // Without a desktop, xdg-open runs the editor itself and waits for it;
+    // a shell puts it in the background and returns at once, so the window
+    // never blocks and no child is left to reap.
+    std::string shell = "/bin/sh";
+    std::string flag = "-c";
+    std::string script = "xdg-open \"$1\" >/dev/null 2>&1 &";
+    std::string name = "sh";
     std::string argument = path;
-    char* argv[] = {program.data(), argument.data(), nullptr};
+    char* argv[] = {shell.data(), flag.data(), script.data(), name.data(), argument.data(), nullptr};
     pid_t pid = 0;
-    if (posix_spawnp(&pid, program.c_str(), nullptr, nullptr, argv, environ) != 0) return false;
-    // xdg-open hands the file on and returns at once; reaping it here keeps
-    // no zombie behind.
+    if (posix_spawn(&pid, shell.c_str(), nullptr, nullptr, argv, environ) != 0) return false;
     int status = 0;
-    waitpid(pid, &status, 0);
+    if (waitpid(pid, &status, 0) != pid) return false;
     return WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 

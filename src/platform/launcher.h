@@ -14,7 +14,7 @@ public:
     virtual bool open(const std::string& path) = 0;
 };
 
-// Starts "xdg-open" with the path, without waiting for it.
+// Hands the path to "xdg-open" in the background.
 class SystemLauncher : public Launcher {
 public:
     bool open(const std::string& path) override;

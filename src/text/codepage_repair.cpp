@@ -92,15 +92,16 @@ struct Rows {
     size_t count;
 };
 
+// Active lines and extra points sit behind their class's rows and carry
+// labels as well.
 Rows rows_of(model::Store& s, int cls) {
-    auto count = [](int32_t a, int32_t b, size_t size) {
-        const int64_t n = static_cast<int64_t>(a) + b;
-        return std::min(size, n < 0 ? size_t{0} : static_cast<size_t>(n));
+    auto rows = [](std::vector<std::string>& txt, std::vector<std::string>& lab, int64_t n) {
+        return Rows{&txt, &lab, std::min({txt.size(), lab.size(), static_cast<size_t>(std::max<int64_t>(n, 0))})};
     };
     switch (cls) {
-    case model::k_polygons: return {&s.pg_txt, &s.pg_lab, count(s.pg_n, 0, std::min(s.pg_txt.size(), s.pg_lab.size()))};
-    case model::k_lines: return {&s.ln_txt, &s.ln_lab, count(s.ln_n, s.ln_nact, std::min(s.ln_txt.size(), s.ln_lab.size()))};
-    default: return {&s.pt_txt, &s.pt_lab, count(s.pt_n, s.pt_nx, std::min(s.pt_txt.size(), s.pt_lab.size()))};
+    case model::k_polygons: return rows(s.pg_txt, s.pg_lab, s.pg_n);
+    case model::k_lines: return rows(s.ln_txt, s.ln_lab, int64_t{s.ln_n} + s.ln_nact);
+    default: return rows(s.pt_txt, s.pt_lab, int64_t{s.pt_n} + s.pt_nx);
     }
 }
 

@@ -103,7 +103,7 @@ TEST(CorrectCp, CyrillicUtf8In1252FileBecomes1251AndLabelFollows) {
     s.opt.langid = 0x19;
     s.ln_txt = {"[_line]\r\nType=0x01\r\nString1=0x19," + k_privet_utf8 + "\r\n"};
     s.ln_lab = {"0x00100#" + k_privet_utf8};
-    s.ln_n = 1;
+    s.ln_nact = 1;  // active lines are lines too
     ScriptedPrompt ui;
 
     const CpRepair r = correct_cp(s, ui, model::k_lines, k_repair_in_1252);
