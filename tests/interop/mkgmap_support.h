@@ -71,7 +71,8 @@ inline Compiled mkgmap_all(const std::vector<Source>& sources) {
     return c;
 }
 
-// Lines of the log that report a problem; the closing counters do not.
+// Lines of the log that report a problem; the closing counters and the note
+// that a run of several files uses two threads do not.
 inline std::string complaints(const std::string& log) {
     static const std::regex bad("^(WARNING|SEVERE|ERROR)|exception", std::regex::icase);
     std::string out;
@@ -80,7 +81,9 @@ inline std::string complaints(const std::string& log) {
         size_t end = log.find('\n', start);
         if (end == std::string::npos) end = log.size();
         const std::string line = log.substr(start, end - start);
-        if (std::regex_search(line, bad) && line.find("Number of ") == std::string::npos) out += line + "\n";
+        if (std::regex_search(line, bad) && line.find("Number of ") == std::string::npos &&
+            line.find("Setting max-jobs") == std::string::npos)
+            out += line + "\n";
         start = end + 1;
     }
     return out;
