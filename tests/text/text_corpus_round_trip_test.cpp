@@ -34,12 +34,15 @@ std::string without_created(const std::string& text) {
 class TextRoundTrip : public ::testing::TestWithParam<std::string> {};
 
 TEST_P(TextRoundTrip, WrittenTextReadsBackToTheSameText) {
-    platform::ScriptedPrompt ui;
-    model::Store first, second;
-    load(first, ui, GetParam(), read_bytes(GetParam()));
-    const std::string once = text_of(first, ui);
-    load(second, ui, GetParam(), once);
-    EXPECT_EQ(first_difference(without_created(once), without_created(text_of(second, ui))), "");
+    for (const int kind : {13, text::k_kind_utf8}) {
+        platform::ScriptedPrompt ui;
+        model::Store first, second;
+        load(first, ui, GetParam(), read_bytes(GetParam()));
+        const std::string once = text_of(first, ui, kind);
+        load(second, ui, GetParam(), once);
+        EXPECT_EQ(first_difference(without_created(once), without_created(text_of(second, ui, kind))), "")
+            << "kind " << kind;
+    }
 }
 
 // The TYP of a text holds all its elements, and the text decoded from that
