@@ -266,6 +266,9 @@ TEST(SaveTxt, Utf8KindWritesSignatureAndUtf8Strings) {
     const std::string plain = save(s, 13);
     EXPECT_NE(plain.substr(0, 3), bom);
     EXPECT_NE(plain.find("String1=0x19,\xCF\xF0\xE8\xE2\xE5\xF2\r\n"), std::string::npos);
+    // A text loaded as UTF-8 is saved as UTF-8 by either save, signed.
+    s.utf8txt = true;
+    EXPECT_EQ(save(s, 13), utf8);
 }
 
 TEST(SaveTxt, Utf8ProjectStringsAreNotRecoded) {
