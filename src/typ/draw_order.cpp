@@ -25,16 +25,23 @@ struct Token {
     int level = 0;
 };
 
-std::vector<Token> parse_tokens(const std::string& list) {
-    std::vector<Token> out;
+// Calls f with each blank-separated word of the list, in order.
+template <class F>
+void for_each_word(std::string_view list, F&& f) {
     size_t pos = 0;
     while (pos < list.size()) {
         while (pos < list.size() && std::isspace(static_cast<unsigned char>(list[pos]))) ++pos;
         size_t end = pos;
         while (end < list.size() && !std::isspace(static_cast<unsigned char>(list[end]))) ++end;
         if (end == pos) break;
-        const std::string_view word(list.data() + pos, end - pos);
+        f(list.substr(pos, end - pos));
         pos = end;
+    }
+}
+
+std::vector<Token> parse_tokens(const std::string& list) {
+    std::vector<Token> out;
+    for_each_word(list, [&](std::string_view word) {
         Token t;
         const size_t comma = word.find(',');
         t.code = upper(word.substr(0, comma));
@@ -42,7 +49,7 @@ std::vector<Token> parse_tokens(const std::string& list) {
         if (comma != std::string_view::npos && comma + 1 < word.size())
             t.level = std::atoi(std::string(word.substr(comma + 1)).c_str());
         if (!t.code.empty()) out.push_back(std::move(t));
-    }
+    });
     return out;
 }
 
@@ -226,20 +233,12 @@ std::string find_duplicates(Store& s, platform::Prompt& ui, bool quiet) {
     std::unordered_set<std::string> seen;
     std::string kept, removed;
     kept.reserve(s.drwlist.size());
-    const std::string_view list = s.drwlist;
-    size_t pos = 0;
-    while (pos < list.size()) {
-        while (pos < list.size() && std::isspace(static_cast<unsigned char>(list[pos]))) ++pos;
-        size_t end = pos;
-        while (end < list.size() && !std::isspace(static_cast<unsigned char>(list[end]))) ++end;
-        if (end == pos) break;
-        const std::string_view token = list.substr(pos, end - pos);
-        pos = end;
+    for_each_word(s.drwlist, [&](std::string_view token) {
         std::string& out = seen.insert(upper(token.substr(0, token.find(',')))).second ? kept : removed;
         if (&out == &removed && !removed.empty()) removed += ' ';
         if (&out == &kept) out += ' ';
         out += token;
-    }
+    });
     if (!removed.empty()) {
         s.drwlist = std::move(kept);
         s.dirty = true;

@@ -17,11 +17,6 @@ using namespace korvex::testing::interop;
 
 namespace {
 
-std::vector<std::string> corpus_texts() {
-    if (corpus_dir().empty()) return {};
-    return files_with(corpus_dir() + "/txt", ".txt");
-}
-
 std::string stem_of(const std::string& path) { return fs::path(path).stem().string(); }
 
 void load(model::Store& s, platform::Prompt& ui, const std::string& path) {

@@ -28,6 +28,11 @@ std::vector<std::string> files_with(const std::string& dir, const std::string& e
     return out;
 }
 
+std::vector<std::string> corpus_texts() {
+    if (corpus_dir().empty()) return {};
+    return files_with(corpus_dir() + "/txt", ".txt");
+}
+
 std::string read_bytes(const std::string& path) { return platform::read_file(path).value_or(std::string()); }
 
 void decode_bytes(model::Store& s, platform::Prompt& ui, const std::string& bytes) {

@@ -18,6 +18,7 @@ std::string corpus_dir();  // ../shared/corpus beside the checkout, "" when abse
 
 // Files of a folder with the extension, sorted by name.
 std::vector<std::string> files_with(const std::string& dir, const std::string& ext);
+std::vector<std::string> corpus_texts();  // the corpus's .txt files, none when absent
 
 std::string read_bytes(const std::string& path);
 

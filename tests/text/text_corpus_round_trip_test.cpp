@@ -12,11 +12,6 @@ using namespace korvex::testing::interop;
 
 namespace {
 
-std::vector<std::string> corpus_texts() {
-    if (corpus_dir().empty()) return {};
-    return files_with(corpus_dir() + "/txt", ".txt");
-}
-
 void load(model::Store& s, platform::Prompt& ui, const std::string& path, std::string text) {
     model::newproject(s);
     text::load_txt(s, ui, path, std::move(text), false, false);
