@@ -1,0 +1,30 @@
+// The entry points that read outside data, each taking any bytes and going on
+// to print and encode what was loaded. The fuzz targets call them, and the
+// replay test runs every kept finding through them again.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+namespace korvex::fuzzing {
+
+// A TYP file: decoded, printed as text, encoded again.
+void typ_file(std::string_view bytes);
+
+// A text file: loaded, printed, encoded.
+void text_file(std::string_view bytes);
+
+// A MapTK project: translated (also in small blocks), loaded, printed, encoded.
+void maptk_project(std::string_view bytes);
+
+// The element-text panel: the bytes applied as the panel text of the first
+// element of each class of a small fixed project, which is then printed and
+// encoded.
+void panel_text(std::string_view bytes);
+
+// Runs the entry named by a findings folder ("typ", "text", "maptk",
+// "panel"); false for an unknown name.
+bool run_entry(std::string_view name, std::string_view bytes);
+
+}  // namespace korvex::fuzzing
