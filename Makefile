@@ -1,10 +1,11 @@
 # Korvex: `make run` and `make test` install what is missing, build and go.
 BUILD ?= build
 BENCH_BUILD ?= build-bench
+ASAN_BUILD ?= build-asan
 JOBS ?= $(shell nproc 2>/dev/null || echo 2)
 SAMPLE := data/samples/sample.typ
 
-.PHONY: all deps build run test bench samples fuzz clean
+.PHONY: all deps build run test bench samples clean
 
 all: build
 
@@ -23,22 +24,24 @@ run: build
 
 test: build
 	cd $(BUILD) && ctest --output-on-failure -j $(JOBS)
+	$(MAKE) test-sanitized
+
+# The same tests under AddressSanitizer and UndefinedBehaviorSanitizer: any
+# report aborts its test, so the run fails.
+.PHONY: test-sanitized
+test-sanitized: deps
+	cmake -S . -B $(ASAN_BUILD) -DCMAKE_BUILD_TYPE=RelWithDebInfo -DKORVEX_SANITIZE=ON
+	cmake --build $(ASAN_BUILD) -j $(JOBS)
+	cd $(ASAN_BUILD) && UBSAN_OPTIONS=print_stacktrace=1 ctest --output-on-failure -j $(JOBS)
 
 bench: deps
 	cmake -S . -B $(BENCH_BUILD) -DCMAKE_BUILD_TYPE=Release -DKORVEX_BENCH=ON -DKORVEX_TESTS=OFF
 	cmake --build $(BENCH_BUILD) -j $(JOBS)
 	@for b in $(BENCH_BUILD)/bench_*; do [ -x "$$b" ] && "$$b"; done
 
-# libFuzzer targets under ASan and UBSan, each run FUZZ_SECONDS (default 60);
-# see scripts/fuzz for the caps on time and memory.
-FUZZ_SECONDS ?= 60
-fuzz:
-	@scripts/install-deps fuzz
-	FUZZ_SECONDS=$(FUZZ_SECONDS) JOBS=$(JOBS) scripts/fuzz
-
 # Rebuilds the bundled sample from its description in bench/support.
 samples: build
 	$(BUILD)/korvex-make-samples data/samples
 
 clean:
-	rm -rf $(BUILD) $(BENCH_BUILD)
+	rm -rf $(BUILD) $(BENCH_BUILD) $(ASAN_BUILD)

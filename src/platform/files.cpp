@@ -3,41 +3,13 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
-#include <fcntl.h>
 #include <sys/stat.h>
 
 #ifdef _WIN32
-// The few POSIX calls used below, on the C runtime of Windows. rename does
-// not replace an existing file there, so commit uses MoveFileEx.
-#include <io.h>
-#include <windows.h>
 #define stat _stat
-#define fsync _commit
-#define close _close
-#define write _write
-#define unlink _unlink
-#define open _open
-using ssize_t = int;
-using mode_t = int;
 #ifndef S_ISREG
 #define S_ISREG(m) (((m) & _S_IFMT) == _S_IFREG)
 #endif
-namespace {
-int mkstemp(char* tmpl) {
-    if (_mktemp_s(tmpl, std::strlen(tmpl) + 1) != 0) return -1;
-    return _open(tmpl, _O_CREAT | _O_EXCL | _O_WRONLY | _O_BINARY, _S_IREAD | _S_IWRITE);
-}
-int fchmod(int, int) { return 0; }
-int umask(int) { return 0; }
-int replace_file(const char* from, const char* to) {
-    return MoveFileExA(from, to, MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) ? 0 : -1;
-}
-}  // namespace
-#else
-#include <unistd.h>
-namespace {
-int replace_file(const char* from, const char* to) { return std::rename(from, to); }
-}  // namespace
 #endif
 
 namespace korvex::platform {
@@ -71,79 +43,70 @@ std::optional<std::string> read_file(const std::string& path, std::string* error
     return data;
 }
 
-AtomicWriter::AtomicWriter(std::string path) : path_(std::move(path)) {
+AtomicWriter::AtomicWriter(std::string path, FileSystem& fs) : fs_(fs), path_(std::move(path)) {
     // A device or pipe (/dev/null, /dev/stdout) is written in place: renaming
     // a file over it would replace the device itself.
-    struct stat st {};
-    if (::stat(path_.c_str(), &st) == 0 && !S_ISREG(st.st_mode)) {
-        fd_ = ::open(path_.c_str(), O_WRONLY | O_TRUNC);
-        if (fd_ < 0) error_ = std::strerror(errno);
+    if (fs_.is_device(path_)) {
         direct_ = true;
+        if (const int err = fs_.open_in_place(path_, fd_)) fail(err);
         return;
     }
-    tmp_ = path_ + ".korvex-XXXXXX";
-    fd_ = ::mkstemp(tmp_.data());
-    if (fd_ < 0) {
-        error_ = std::strerror(errno);
+    if (const int err = fs_.create_temp(path_, tmp_, fd_)) {
+        fd_ = -1;
         tmp_.clear();
-        return;
+        fail(err);
     }
-    // mkstemp creates 0600; a saved file should get the usual permissions.
-    mode_t mask = ::umask(0);
-    ::umask(mask);
-    ::fchmod(fd_, 0666 & ~mask);
 }
 
 AtomicWriter::~AtomicWriter() {
-    if (fd_ >= 0) ::close(fd_);
-    if (!tmp_.empty()) ::unlink(tmp_.c_str());
+    if (fd_ >= 0) fs_.close(fd_);
+    if (!tmp_.empty()) fs_.remove(tmp_);
 }
 
-void AtomicWriter::fail(const std::string& what) {
-    if (error_.empty()) error_ = what;
+void AtomicWriter::fail(int err) {
+    if (error_.empty()) error_ = std::strerror(err);
 }
 
 void AtomicWriter::write(std::string_view data) {
     if (!ok()) return;
     while (!data.empty()) {
-        ssize_t n = ::write(fd_, data.data(), data.size());
-        if (n < 0) {
-            if (errno == EINTR) continue;
-            fail(std::strerror(errno));
+        size_t n = 0;
+        const int err = fs_.write(fd_, data, n);
+        if (err == EINTR) continue;
+        if (err != 0 || n == 0) {
+            fail(err != 0 ? err : EIO);
             return;
         }
-        data.remove_prefix(static_cast<size_t>(n));
+        data.remove_prefix(n);
     }
 }
 
 bool AtomicWriter::commit() {
     if (!ok()) return false;
-    if (direct_) {
-        const bool closed = ::close(fd_) == 0;
-        fd_ = -1;
-        if (!closed) fail(std::strerror(errno));
-        return closed;
+    if (!direct_) {
+        if (const int err = fs_.sync(fd_)) {
+            fail(err);
+            return false;
+        }
     }
-    if (::fsync(fd_) != 0) {
-        fail(std::strerror(errno));
-        return false;
-    }
-    if (::close(fd_) != 0) {
-        fd_ = -1;
-        fail(std::strerror(errno));
-        return false;
-    }
+    // A failed close may be the first news of a write the disk refused.
+    const int closed = fs_.close(fd_);
     fd_ = -1;
-    if (replace_file(tmp_.c_str(), path_.c_str()) != 0) {
-        fail(std::strerror(errno));
+    if (closed != 0) {
+        fail(closed);
+        return false;
+    }
+    if (direct_) return true;
+    if (const int err = fs_.replace(tmp_, path_)) {
+        fail(err);
         return false;
     }
     tmp_.clear();
     return true;
 }
 
-bool write_file_atomic(const std::string& path, std::string_view data, std::string* error) {
-    AtomicWriter w(path);
+bool write_file_atomic(const std::string& path, std::string_view data, std::string* error, FileSystem& fs) {
+    AtomicWriter w(path, fs);
     w.write(data);
     const bool done = w.commit();
     if (!done && error) *error = w.error();

@@ -148,9 +148,9 @@ bool save_typ(Store& s, platform::Prompt& ui, const platform::Clock& clock, bool
     return true;
 }
 
-bool SaveFile(Store& s, platform::Prompt& ui, const std::string& path) {
+bool SaveFile(Store& s, platform::Prompt& ui, const std::string& path, platform::FileSystem& fs) {
     std::string error;
-    if (!platform::write_file_atomic(path, s.curf, &error)) {
+    if (!platform::write_file_atomic(path, s.curf, &error, fs)) {
         ui.message("Cannot save " + path + ": " + error);
         return false;
     }

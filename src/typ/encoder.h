@@ -5,6 +5,7 @@
 
 #include "model/store.h"
 #include "platform/clock.h"
+#include "platform/file_system.h"
 #include "platform/prompt.h"
 
 namespace korvex::typ {
@@ -18,7 +19,9 @@ constexpr int64_t k_max_typ_size = 72900000;
 // False when the save was refused (curf may then be reset: reload).
 bool save_typ(Store& s, platform::Prompt& ui, const platform::Clock& clock, bool tofile);
 
-// Writes curf to path atomically; false with a message on failure.
-bool SaveFile(Store& s, platform::Prompt& ui, const std::string& path);
+// Writes curf to path atomically; false with a message naming the file and
+// the reason on failure, the old file then untouched.
+bool SaveFile(Store& s, platform::Prompt& ui, const std::string& path,
+              platform::FileSystem& fs = platform::real_file_system());
 
 }  // namespace korvex::typ
