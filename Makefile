@@ -5,7 +5,7 @@ ASAN_BUILD ?= build-asan
 JOBS ?= $(shell nproc 2>/dev/null || echo 2)
 SAMPLE := data/samples/sample.typ
 
-.PHONY: all deps build run test bench samples clean
+.PHONY: all deps build run test bench samples fuzz clean
 
 all: build
 
@@ -38,6 +38,13 @@ bench: deps
 	cmake -S . -B $(BENCH_BUILD) -DCMAKE_BUILD_TYPE=Release -DKORVEX_BENCH=ON -DKORVEX_TESTS=OFF
 	cmake --build $(BENCH_BUILD) -j $(JOBS)
 	@for b in $(BENCH_BUILD)/bench_*; do [ -x "$$b" ] && "$$b"; done
+
+# libFuzzer targets under ASan and UBSan, each run FUZZ_SECONDS (default 60);
+# see scripts/fuzz for the caps on time and memory.
+FUZZ_SECONDS ?= 60
+fuzz:
+	@scripts/install-deps fuzz
+	FUZZ_SECONDS=$(FUZZ_SECONDS) JOBS=$(JOBS) scripts/fuzz
 
 # Rebuilds the bundled sample from its description in bench/support.
 samples: build
