@@ -56,6 +56,8 @@ struct WalkState {
     int32_t end_of_standard = 0;     // where the last point record may end
     bool active_possible = false;    // header long enough for active routing
     uint8_t byte122 = 0;             // the unknown header byte, kept for saving
+    int64_t point_pixels = 0;        // pixels of the point pictures decoded so far
+    int64_t label_bytes = 0;         // bytes of the label blocks read so far
 };
 
 struct Store {

@@ -201,6 +201,13 @@ DecodedLabels decode_labels(Store& s, int64_t record, int32_t offset, int cls, i
     const int64_t room = size - lang_at - 2;
     if (room < 0) L = 0;
     else if (L > room) L = static_cast<int32_t>(room);
+    // Blocks of well-formed records never share bytes, so together they hold at most
+    // the file; records that overlap could otherwise read it many times over.
+    s.walk.label_bytes += L;
+    if (s.walk.label_bytes > size + 65536) {
+        model::note_once(s, "Labels larger than the file can hold: read as empty");
+        L = 0;
+    }
     const int64_t last = lang_at + L + 1;  // the terminator
 
     // A block inside the buffer (all but hostile files) is read straight from

@@ -85,18 +85,30 @@ struct Picture {
     int64_t end = 0;        // position behind the picture
 };
 
+// Pixels of all point pictures together: a file holds at most 8 a byte (one
+// bit each), and a day and a night picture of pixels its bytes run out on.
+// Records that overlap or run past the end could otherwise make a file of a
+// megabyte print gigabytes.
+int64_t point_pixel_budget(const Store& s) { return 8 * static_cast<int64_t>(s.curf.size()) + 2 * 255 * 255; }
+
 // A picture with an n-entry palette (n may be 256, or 0 in mode 16).
 Picture decode_palette_picture(Store& s, int64_t palette_at, const char* key, int w, int h, int n, int mode) {
     Picture p;
     const int64_t pal_bytes = point_palette_bytes(n, mode);
+    p.pixels_at = palette_at + pal_bytes;
+    p.pixel_bytes = point_pixel_bytes(w, h, n, mode);
+    p.end = p.pixels_at + p.pixel_bytes;
+    // Over the budget the picture is dropped; the record still ends where its size says.
+    s.walk.point_pixels += static_cast<int64_t>(w) * h;
+    if (s.walk.point_pixels > point_pixel_budget(s)) {
+        model::note_once(s, "Point pictures larger than the file can hold: read as empty");
+        w = h = 0;
+    }
     p.lines = std::max(0, n) + (mode == k_mode_transparent ? 1 : 0);
     p.cpp = symbol_width(p.lines);
     p.head = picture_head(key, w, h, p.lines, p.cpp, mode);
     append_record_palette(p.colours, curf_view(s, palette_at, pal_bytes), n, mode);
-    p.pixels_at = palette_at + pal_bytes;
-    p.pixel_bytes = point_pixel_bytes(w, h, n, mode);
     if (w > 0) append_rows(p.rows, curf_view(s, p.pixels_at, p.pixel_bytes), w, h, n, mode, p.cpp);
-    p.end = p.pixels_at + p.pixel_bytes;
     return p;
 }
 

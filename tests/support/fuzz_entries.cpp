@@ -23,11 +23,12 @@ const platform::FixedClock k_clock(platform::Stamp{2024, 5, 17, 13, 45, 30});
 
 // Prints and encodes in memory; the sink only counts so a large text is not
 // held.
-void save_both(Store& s, platform::Prompt& ui) {
+size_t save_both(Store& s, platform::Prompt& ui) {
     size_t printed = 0;
     text::save_txt(s, ui, k_clock, 13, [&](std::string_view piece) { printed += piece.size(); });
     if (s.utf8txt) text::save_txt(s, ui, k_clock, text::k_kind_utf8, [&](std::string_view p) { printed += p.size(); });
     typ::save_typ(s, ui, k_clock, false);
+    return printed;
 }
 
 // Polygons 0x01 and 0x02, a line, an active line, a point with a night
@@ -57,33 +58,34 @@ Store sample_project() {
 
 }  // namespace
 
-void typ_file(std::string_view bytes) {
+size_t typ_file(std::string_view bytes) {
     Store s;
     platform::ScriptedPrompt ui;
     model::newproject(s);
     typ::open_typ_bytes(s, ui, std::string(bytes), "/fuzz/file.typ");
-    save_both(s, ui);
+    return save_both(s, ui);
 }
 
-void text_file(std::string_view bytes) {
+size_t text_file(std::string_view bytes) {
     Store s;
     platform::ScriptedPrompt ui;
     model::newproject(s);
     // Not identified: a text of a draw order alone still opens, as on the command line.
-    if (text::load_txt(s, ui, "/fuzz/file.txt", std::string(bytes), false, false)) save_both(s, ui);
+    return text::load_txt(s, ui, "/fuzz/file.txt", std::string(bytes), false, false) ? save_both(s, ui) : 0;
 }
 
-void maptk_project(std::string_view bytes) {
+size_t maptk_project(std::string_view bytes) {
     platform::ScriptedPrompt ui;
     // Small blocks cut the project behind many "[end]"s.
     (void)text::translate_prj(ui, bytes, 256);
     Store s;
     model::newproject(s);
-    if (text::load_prj_data(s, ui, "/fuzz/file.prj", bytes)) save_both(s, ui);
+    return text::load_prj_data(s, ui, "/fuzz/file.prj", bytes) ? save_both(s, ui) : 0;
 }
 
-void panel_text(std::string_view bytes) {
+size_t panel_text(std::string_view bytes) {
     static const Store sample = sample_project();
+    size_t printed = 0;
     const std::string panel(bytes);
     for (int cls = 0; cls <= 4; ++cls)
         for (bool night : {false, true}) {
@@ -93,15 +95,16 @@ void panel_text(std::string_view bytes) {
             const int32_t row = cls == model::k_active_lines ? s.ln_n : cls == model::k_extra_points ? s.pt_n : 0;
             s.curclass = cls;
             s.curel = row;
-            if (text::parsetext(s, ui, panel, cls, row, night).ok) save_both(s, ui);
+            if (text::parsetext(s, ui, panel, cls, row, night).ok) printed += save_both(s, ui);
         }
+    return printed;
 }
 
-bool run_entry(std::string_view name, std::string_view bytes) {
-    if (name == "typ") typ_file(bytes);
-    else if (name == "text") text_file(bytes);
-    else if (name == "maptk") maptk_project(bytes);
-    else if (name == "panel") panel_text(bytes);
+bool run_entry(std::string_view name, std::string_view bytes, size_t& printed) {
+    if (name == "typ") printed = typ_file(bytes);
+    else if (name == "text") printed = text_file(bytes);
+    else if (name == "maptk") printed = maptk_project(bytes);
+    else if (name == "panel") printed = panel_text(bytes);
     else return false;
     return true;
 }

@@ -10,21 +10,24 @@
 namespace korvex::fuzzing {
 
 // A TYP file: decoded, printed as text, encoded again.
-void typ_file(std::string_view bytes);
+size_t typ_file(std::string_view bytes);
 
 // A text file: loaded, printed, encoded.
-void text_file(std::string_view bytes);
+size_t text_file(std::string_view bytes);
 
 // A MapTK project: translated (also in small blocks), loaded, printed, encoded.
-void maptk_project(std::string_view bytes);
+size_t maptk_project(std::string_view bytes);
 
 // The element-text panel: the bytes applied as the panel text of the first
 // element of each class of a small fixed project, which is then printed and
 // encoded.
-void panel_text(std::string_view bytes);
+size_t panel_text(std::string_view bytes);
+
+// Each returns the bytes of text it printed, so that a test can tell a load
+// that blew up an input from one that kept to its size.
 
 // Runs the entry named by a findings folder ("typ", "text", "maptk",
 // "panel"); false for an unknown name.
-bool run_entry(std::string_view name, std::string_view bytes);
+bool run_entry(std::string_view name, std::string_view bytes, size_t& printed);
 
 }  // namespace korvex::fuzzing
