@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
 #include <sys/stat.h>
 
 #ifdef _WIN32
@@ -43,7 +44,24 @@ std::optional<std::string> read_file(const std::string& path, std::string* error
     return data;
 }
 
-AtomicWriter::AtomicWriter(std::string path, FileSystem& fs) : fs_(fs), path_(std::move(path)) {
+namespace {
+
+// A link is followed to the file it names, so that saving through it
+// updates that file instead of replacing the link with a copy.
+std::string followed(std::string path) {
+    std::error_code ec;
+    for (int hops = 0; hops < 40 && std::filesystem::is_symlink(path, ec); ++hops) {
+        const std::filesystem::path p(path);
+        const std::filesystem::path to = std::filesystem::read_symlink(p, ec);
+        if (ec) break;
+        path = (to.is_absolute() ? to : p.parent_path() / to).lexically_normal().string();
+    }
+    return path;
+}
+
+}  // namespace
+
+AtomicWriter::AtomicWriter(std::string path, FileSystem& fs) : fs_(fs), path_(followed(std::move(path))) {
     // A device or pipe (/dev/null, /dev/stdout) is written in place: renaming
     // a file over it would replace the device itself.
     if (fs_.is_device(path_)) {

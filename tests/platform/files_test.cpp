@@ -46,6 +46,16 @@ TEST_F(Files, MissingFolderFailsWithAReason) {
     EXPECT_FALSE(error.empty());
 }
 
+TEST_F(Files, SavingThroughALinkUpdatesTheFileItNames) {
+    fs::create_directories(dir / "maps");
+    ASSERT_TRUE(write_file_atomic((dir / "maps" / "real.typ").string(), "old"));
+    fs::create_symlink("maps/real.typ", dir / "link.typ");
+    ASSERT_TRUE(write_file_atomic((dir / "link.typ").string(), "new"));
+    EXPECT_TRUE(fs::is_symlink(dir / "link.typ"));
+    EXPECT_EQ(read_file((dir / "maps" / "real.typ").string()).value_or(""), "new");
+    EXPECT_EQ(entries(), 2u);
+}
+
 TEST_F(Files, DevicesAreWrittenInPlace) {
     std::string error;
     EXPECT_TRUE(write_file_atomic("/dev/null", "nothing", &error)) << error;
