@@ -48,7 +48,20 @@ int os_close(int fd) { return ::close(fd); }
 int os_unlink(const char* path) { return ::unlink(path); }
 int os_fchmod(int fd, mode_t mode) { return ::fchmod(fd, mode); }
 mode_t os_umask(mode_t mask) { return ::umask(mask); }
-int replace_file(const char* from, const char* to) { return std::rename(from, to); }
+// The folder is flushed after the rename, so that a power cut cannot bring
+// back the old name's contents; a folder that cannot be opened is no error.
+int replace_file(const char* from, const char* to) {
+    if (std::rename(from, to) != 0) return -1;
+    std::string folder(to);
+    const size_t slash = folder.rfind('/');
+    folder = slash == std::string::npos ? "." : slash == 0 ? "/" : folder.substr(0, slash);
+    const int fd = ::open(folder.c_str(), O_RDONLY);
+    if (fd >= 0) {
+        ::fsync(fd);
+        ::close(fd);
+    }
+    return 0;
+}
 }  // namespace
 #endif
 
