@@ -99,15 +99,17 @@ Picture decode_palette_picture(Store& s, int64_t palette_at, const char* key, in
     p.pixel_bytes = point_pixel_bytes(w, h, n, mode);
     p.end = p.pixels_at + p.pixel_bytes;
     // Over the budget the picture is dropped; the record still ends where its size says.
-    s.walk.point_pixels += static_cast<int64_t>(w) * h;
-    if (s.walk.point_pixels > point_pixel_budget(s)) {
+    // Palette entries count as pixels: a file holds fewer of them still.
+    s.walk.point_pixels += static_cast<int64_t>(w) * h + std::max(0, n);
+    const bool over = s.walk.point_pixels > point_pixel_budget(s);
+    if (over) {
         model::note_once(s, "Point pictures larger than the file can hold: read as empty");
         w = h = 0;
     }
-    p.lines = std::max(0, n) + (mode == k_mode_transparent ? 1 : 0);
+    p.lines = over ? 0 : std::max(0, n) + (mode == k_mode_transparent ? 1 : 0);
     p.cpp = symbol_width(p.lines);
     p.head = picture_head(key, w, h, p.lines, p.cpp, mode);
-    append_record_palette(p.colours, curf_view(s, palette_at, pal_bytes), n, mode);
+    if (!over) append_record_palette(p.colours, curf_view(s, palette_at, pal_bytes), n, mode);
     if (w > 0) append_rows(p.rows, curf_view(s, p.pixels_at, p.pixel_bytes), w, h, n, mode, p.cpp);
     return p;
 }
@@ -225,10 +227,15 @@ void poi_bmp(Store& s, int64_t pos, int32_t n, int flag, int64_t indexpos, int32
         const int zero_sz = fnzero_sz(w, h);
         const bool nobmp = 3 * entries > size || entries == 0 || area == 1 || fnchk_nobmp(s, palette_at, pos + 1);
         day.pixels_at = palette_at;
+        s.walk.point_pixels += area;
+        const bool over = s.walk.point_pixels > point_pixel_budget(s);
         if (nobmp && entries < 2) {
             no_palette = true;
             day.pixel_bytes = std::max(0, zero_sz);
             day.end = palette_at + day.pixel_bytes;
+        } else if (over) {
+            model::note_once(s, "Point pictures larger than the file can hold: read as empty");
+            day.end = palette_at + 3 * entries;
         } else {
             no_palette = 3 * entries + k_head_bytes >= size || entries > k_full_palette - 1;
             const std::vector<PaletteEntry> pal = read_palette(curf_view(s, palette_at, 3 * entries), static_cast<int>(entries), k_mode_opaque);
@@ -251,7 +258,8 @@ void poi_bmp(Store& s, int64_t pos, int32_t n, int flag, int64_t indexpos, int32
             }
         }
         day.cpp = no_palette ? 1 : symbol_width(day.lines);
-        day.head = picture_head("DayXpm=", w, h, day.lines, day.cpp, mode);
+        day.head = over && !(nobmp && entries < 2) ? picture_head("DayXpm=", 0, 0, 0, 1, mode)
+                                                   : picture_head("DayXpm=", w, h, day.lines, day.cpp, mode);
     }
 
     // Night picture: its own palette, or with a count of 0 the day pixels.

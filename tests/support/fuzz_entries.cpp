@@ -25,7 +25,11 @@ const platform::FixedClock k_clock(platform::Stamp{2024, 5, 17, 13, 45, 30});
 // held.
 size_t save_both(Store& s, platform::Prompt& ui) {
     size_t printed = 0;
-    text::save_txt(s, ui, k_clock, 13, [&](std::string_view piece) { printed += piece.size(); });
+    // A refused identifier is typed in, as the user would, so the text is printed.
+    if (!text::save_txt(s, ui, k_clock, 13, [&](std::string_view piece) { printed += piece.size(); })) {
+        s.pid = s.fid = "1";
+        text::save_txt(s, ui, k_clock, 13, [&](std::string_view piece) { printed += piece.size(); });
+    }
     if (s.utf8txt) text::save_txt(s, ui, k_clock, text::k_kind_utf8, [&](std::string_view p) { printed += p.size(); });
     typ::save_typ(s, ui, k_clock, false);
     return printed;
