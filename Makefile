@@ -16,11 +16,9 @@ build: deps
 	cmake -S . -B $(BUILD) -DCMAKE_BUILD_TYPE=RelWithDebInfo
 	cmake --build $(BUILD) -j $(JOBS)
 
-# Until the editor window exists, run shows what the command line makes of
-# the bundled sample.
+# Opens the editor window on the bundled sample.
 run: build
-	$(BUILD)/korvex-cli info $(SAMPLE)
-	$(BUILD)/korvex-cli decode $(SAMPLE)
+	$(BUILD)/korvex $(SAMPLE)
 
 test: build
 	cd $(BUILD) && ctest --output-on-failure -j $(JOBS)

@@ -1,0 +1,9 @@
+#include "gui/main_window.h"
+
+namespace korvex::gui {
+
+MainWindow::MainWindow(QWidget* parent) : QMainWindow(parent) {
+    setWindowTitle("Korvex");
+}
+
+}  // namespace korvex::gui
