@@ -49,7 +49,7 @@ struct Geometry {
 struct CellLabel {
     std::string text;
     uint32_t colour = 0x000000;  // 0xRRGGBB
-    bool grey = false;           // "=nolabel" with the grey option: draw in grey, colour stays black
+    bool grey = false;           // "=nolabel" with the grey option; colour is then grey (0x808080)
 };
 
 // Highlight of a cell.
@@ -89,7 +89,8 @@ struct SearchResult {
 // the window keeps exactly one.
 class Browser {
 public:
-    Browser() = default;
+    // Starts at the first-start state: Points, icon size 2, custom 660.
+    Browser();
     Browser(const Browser&) = delete;
     Browser& operator=(const Browser&) = delete;
 
@@ -118,6 +119,8 @@ public:
 
     // Columns of a row for a canvas width in twips: round(width / (S + 3 px) - 1), at least 1.
     int columns(int width) const;
+    // Grid rows for that width: the cells over C, rounded up, at least 1.
+    int rows(int width) const;
     // Canvas height for that width: (count / C + 2) x P with count at least 1.
     int canvas_height(int width) const;
     // Scroll range: canvas height - visible height, 0 if negative, at most 32766.
