@@ -1,0 +1,142 @@
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QSlider>
+#include <QSpinBox>
+#include <QTabWidget>
+#include <QTimer>
+
+#include <gtest/gtest.h>
+
+#include "gui/errors_window.h"
+#include "gui/preferences_dialog.h"
+#include "gui/qt_prompt.h"
+#include "platform/file_dialog.h"
+#include "platform/fonts.h"
+
+namespace {
+
+using korvex::gui::QtPrompt;
+using korvex::platform::Answer;
+
+TEST(QtPrompt, ButtonsMapToAnswersAndClosingIsTheSafeOne) {
+    QtPrompt ui;
+    QMessageBox::StandardButton press = QMessageBox::Yes;
+    QString shown, title;
+    ui.set_answerer([&](QMessageBox& box) {
+        shown = box.text();
+        title = box.windowTitle();
+        return press;
+    });
+    EXPECT_EQ(ui.yes_no_cancel("Save changes before exiting?"), Answer::yes);
+    EXPECT_EQ(shown, "Save changes before exiting?");
+    EXPECT_EQ(title, "Korvex");
+    press = QMessageBox::No;
+    EXPECT_EQ(ui.yes_no_cancel("q"), Answer::no);
+    EXPECT_FALSE(ui.yes_no("q"));
+    press = QMessageBox::Cancel;
+    EXPECT_EQ(ui.yes_no_cancel("q"), Answer::cancel);
+    // Closed by the window frame: no button.
+    press = QMessageBox::NoButton;
+    EXPECT_EQ(ui.yes_no_cancel("q"), Answer::cancel);
+    EXPECT_FALSE(ui.yes_no("q"));
+    press = QMessageBox::Yes;
+    EXPECT_TRUE(ui.yes_no("q"));
+    ui.message("File exists.\r\nReplace this file?");
+    EXPECT_EQ(shown, "File exists.\nReplace this file?");
+}
+
+TEST(QtPrompt, RealBoxAnswersTheButtonClicked) {
+    QtPrompt ui;
+    QTimer::singleShot(0, [] {
+        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        ASSERT_NE(box, nullptr);
+        box->button(QMessageBox::No)->click();
+    });
+    EXPECT_EQ(ui.yes_no_cancel("Continue?"), Answer::no);
+}
+
+TEST(QtPrompt, ProgressAndStatusGoToTheWindowsWidgets) {
+    QtPrompt ui;
+    QProgressBar bar;
+    QLabel label;
+    ui.set_progress_bar(&bar);
+    ui.set_status_label(&label);
+    ui.progress(40);
+    EXPECT_EQ(bar.value(), 40);
+    ui.progress(-1);
+    EXPECT_EQ(bar.value(), 0);
+    ui.status("Text Codepage 1252");
+    EXPECT_EQ(label.text(), "Text Codepage 1252");
+    // Labels in the file's page come through iconv; UTF-8 as it stands.
+    EXPECT_EQ(korvex::gui::from_codepage("\xe9", 1252), QString::fromUtf8("\xc3\xa9"));
+    EXPECT_EQ(korvex::gui::to_codepage(QString::fromUtf8("\xd0\x96"), 1251), "\xc6");
+}
+
+TEST(ErrorsWindow, ShowsTheLoadReportLineByLine) {
+    korvex::gui::ErrorsWindow w;
+    EXPECT_EQ(w.windowTitle(), "Errors");
+    w.show_report("No lwidth(\r\n Unknown colour in Point bmp.\r\n");
+    EXPECT_EQ(w.text(), "No lwidth(\n Unknown colour in Point bmp.\n");
+    w.show_report("");
+    EXPECT_EQ(w.text(), "");
+}
+
+struct PrefFixture {
+    korvex::workbench::AppSettings st;
+    korvex::platform::FixedFontList fonts{{"Arial", "Courier", "DejaVu Sans"}};
+    korvex::platform::ScriptedFileDialog files;
+    korvex::platform::ScriptedPrompt ui;
+};
+
+template <class T>
+T* find(QWidget& w, const char* name) {
+    T* c = w.findChild<T*>(QLatin1String(name));
+    EXPECT_NE(c, nullptr) << name;
+    return c;
+}
+
+TEST(PreferencesDialog, ApplyHandsBackTheControlsAndCancelDropsThem) {
+    PrefFixture f;
+    f.st.label_font_size = 10;
+    f.st.custom_icon_size = 700;
+    f.st.auto_load_path = "/maps/a.typ";
+    korvex::gui::PreferencesDialog d(f.st, f.fonts, f.files, f.ui);
+    ASSERT_EQ(d.panes()->count(), 5);
+    EXPECT_EQ(d.panes()->tabText(0), "Language / Font");
+    EXPECT_EQ(d.panes()->tabText(4), "Software / Auto TYP");
+    EXPECT_EQ(find<QSpinBox>(d, "label_size")->value(), 10);
+    // The slider runs 110 below the size.
+    EXPECT_EQ(find<QSlider>(d, "custom_size")->value(), 590);
+    EXPECT_EQ(find<QLineEdit>(d, "auto_load")->text(), "/maps/a.typ");
+
+    find<QComboBox>(d, "language")->setCurrentIndex(0x19);
+    find<QComboBox>(d, "label_font")->setCurrentText("DejaVu Sans");
+    find<QSlider>(d, "custom_size")->setValue(1000);
+    find<QCheckBox>(d, "logs")->setChecked(true);
+    find<QCheckBox>(d, "duplicates")->setChecked(false);
+    f.files.script("/maps/b.typ");
+    find<QPushButton>(d, "auto_load_browse")->click();
+    find<QPushButton>(d, "apply")->click();
+    EXPECT_EQ(d.result(), int(QDialog::Accepted));
+    const auto& out = d.settings();
+    EXPECT_EQ(out.langsel, 0x19);
+    EXPECT_EQ(out.langname, "Russian");
+    EXPECT_EQ(out.label_font, "DejaVu Sans");
+    EXPECT_EQ(out.custom_icon_size, 1110);
+    EXPECT_TRUE(out.logs_on);
+    EXPECT_EQ(out.no_duplicate_check, 1);
+    EXPECT_EQ(out.auto_load_path, "/maps/b.typ");
+    EXPECT_EQ(out.recent, f.st.recent);
+
+    korvex::gui::PreferencesDialog c(f.st, f.fonts, f.files, f.ui);
+    find<QSpinBox>(c, "label_size")->setValue(12);
+    find<QPushButton>(c, "cancel")->click();
+    EXPECT_EQ(c.settings().label_font_size, 10);
+}
+
+}  // namespace
