@@ -41,7 +41,6 @@ void Browser::set_class(int cls) {
     marks_.clear();
     current_ = -1;
     anchor_ = -1;
-    first_click_ = false;
     last_hit_ = -1;
     hits_ = 0;
     last_search_.clear();

@@ -82,7 +82,7 @@ struct SearchResult {
     int cell = -1;                // the hit, now current
     int msg = 0;                  // 247 "Search requires at least 2 characters", 14 "Not Found.", 0
     std::string count;            // "(" + n + ")" on a hit
-    std::string garmin_type;      // the type found by the Garmin default tables, "0x..."
+    std::string garmin_type;      // the type found in Garmin's default names; none ship, so ""
 };
 
 // Cells of the class in view and their selection. Not copyable on purpose:
@@ -145,7 +145,7 @@ public:
     // The first cell that shows a store row, -1 if none.
     int cell_of_row(int32_t row) const;
 
-    // Extra Points paging: first row (relative to the extra points) of the
+    // Extra Points paging (the page is kept across rebuilds): first row (relative to the extra points) of the
     // page on show, and the page list " - " ranges ("1 - 100", "101 - 200", ...).
     void set_extra_page(int page);
     int extra_first() const { return extra_first_; }
@@ -170,8 +170,13 @@ public:
     // Sets the current cell without touching the lists (search, new element).
     void set_current(int cell);
 
-    // A click on a cell. Returns true when the current element changed, so
-    // the code panel must be filled again.
+    // A click on a cell. Plain (left or right): both lists clear, the cell
+    // becomes current and the Shift anchor. Ctrl: toggles the cell in sel1
+    // (sel2 with right) and moves the anchor. Shift: sel1 becomes the range
+    // from the anchor to the cell, listed upward, and the range leaves sel2;
+    // the anchor stays for the next Shift range. In Extra Points only the
+    // current element changes. Returns true when the current element
+    // changed, so the code panel must be filled again.
     bool click(int cell, bool ctrl, bool shift, bool right = false);
     // Ctrl+A: every visible cell into the primary list.
     void select_all();
@@ -210,7 +215,6 @@ private:
     bool building_ = false;
     int current_ = -1;
     int anchor_ = -1;
-    bool first_click_ = false;
     int extra_first_ = 0;
     int last_hit_ = -1;
     int hits_ = 0;

@@ -92,7 +92,6 @@ bool Browser::click(int cell, bool ctrl, bool shift, bool right) {
             marks_[at] |= bit;
         }
         anchor_ = cell;
-        first_click_ = true;
         return false;
     }
     if (shift) {
@@ -110,7 +109,6 @@ bool Browser::click(int cell, bool ctrl, bool shift, bool right) {
                 marks_[static_cast<size_t>(k)] &= static_cast<uint8_t>(~k_secondary);
             }
         }
-        first_click_ = false;
         return false;
     }
     // A right click in the draw-order view opens its menu without selecting.
@@ -118,7 +116,6 @@ bool Browser::click(int cell, bool ctrl, bool shift, bool right) {
     no_multi();
     current_ = cell;
     anchor_ = cell;
-    first_click_ = true;
     return current_ != before;
 }
 
