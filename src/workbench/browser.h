@@ -145,8 +145,9 @@ public:
     // The first cell that shows a store row, -1 if none.
     int cell_of_row(int32_t row) const;
 
-    // Extra Points paging (the page is kept across rebuilds): first row (relative to the extra points) of the
-    // page on show, and the page list " - " ranges ("1 - 100", "101 - 200", ...).
+    // Extra Points paging, kept across rebuilds: the first row of the page
+    // on show (counted within the extra points), the page size (at least
+    // 10) and the page list of " - " ranges ("1 - 100", "101 - 200", ...).
     void set_extra_page(int page);
     int extra_first() const { return extra_first_; }
     int extra_page_size() const;
