@@ -11,7 +11,11 @@
 namespace korvex::gui {
 
 QString from_message(const std::string& text) {
-    QString out = QString::fromLatin1(text.data(), static_cast<qsizetype>(text.size()));
+    // Language files may be saved as UTF-8; Latin-1 text with accents is
+    // almost never valid UTF-8, so the bytes tell which they are.
+    const auto size = static_cast<qsizetype>(text.size());
+    QString out = platform::is_valid_utf8(text) ? QString::fromUtf8(text.data(), size)
+                                                : QString::fromLatin1(text.data(), size);
     out.replace(QLatin1String("\r\n"), QLatin1String("\n"));
     out.replace(QLatin1Char('\r'), QLatin1Char('\n'));
     return out;

@@ -20,8 +20,9 @@ namespace korvex::gui {
 // The caption of every message box.
 inline constexpr const char* k_box_title = "Korvex";
 
-// The program's own texts (English or a language file) are Latin-1: one
-// character a byte. CR LF and lone CR become LF.
+// The program's own texts (English or a language file) are Latin-1, one
+// character a byte, or UTF-8 when the bytes are well-formed UTF-8 (a
+// language file saved so). CR LF and lone CR become LF.
 QString from_message(const std::string& text);
 // Label bytes of code page cp (65001 is UTF-8) to a Qt string, and back.
 // Characters outside the page come back as "?".
