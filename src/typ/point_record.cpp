@@ -227,7 +227,8 @@ void poi_bmp(Store& s, int64_t pos, int32_t n, int flag, int64_t indexpos, int32
         const int zero_sz = fnzero_sz(w, h);
         const bool nobmp = 3 * entries > size || entries == 0 || area == 1 || fnchk_nobmp(s, palette_at, pos + 1);
         day.pixels_at = palette_at;
-        s.walk.point_pixels += area;
+        // Three bytes of the file a pixel: the budget counts bits.
+        s.walk.point_pixels += 24 * area;
         const bool over = s.walk.point_pixels > point_pixel_budget(s);
         if (nobmp && entries < 2) {
             no_palette = true;
