@@ -185,7 +185,8 @@ public:
     void set_text_pending(bool pending);
     bool text_pending() const { return text_pending_; }
     // Apply Changes: panel (UTF-8, as the widget holds it) is read into the
-    // element on show (s.curclass, s.curel); night for the point's night
+    // element on show: class s.curclass, s.curel counting from 1 within the
+    // class (active lines and extra points too); night for the point's night
     // picture. On success the cell and caption are refreshed.
     bool apply_code_panel(const std::string& panel, bool night = false);
 
@@ -209,7 +210,8 @@ public:
 
     // Flags the window and the other flows read.
     bool loading() const { return loading_; }
-    // The grid build lowers the loading guard when it is done.
+    // The loading guard is lowered once rebuild_grid (or set_icon_size)
+    // has returned; a window that builds the grid later lowers it here.
     void grid_built() { loading_ = false; }
     int loadfail() const { return loadfail_; }
     bool save_refused() const { return save_refused_; }

@@ -1,0 +1,306 @@
+#include "workbench/session.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include <unistd.h>
+
+#include "platform/files.h"
+#include "support/harness.h"
+#include "workbench/log.h"
+#include "workbench/pending.h"
+#include "workbench/recent.h"
+
+namespace korvex::workbench {
+namespace {
+
+namespace fs = std::filesystem;
+using platform::Answer;
+
+std::string sample(const std::string& ext) { return testing::source_dir() + "/data/samples/sample" + ext; }
+
+void write(const std::string& path, const std::string& bytes) {
+    std::ofstream(path, std::ios::binary) << bytes;
+}
+
+// A data folder of its own, with the sub-folders a prepared D has.
+struct TempFolder {
+    fs::path root;
+    TempFolder() {
+        static int made = 0;
+        root = fs::temp_directory_path() /
+               ("korvex_session_" + std::to_string(::getpid()) + "_" + std::to_string(++made));
+        fs::remove_all(root);
+        fs::create_directories(root / "system");
+    }
+    ~TempFolder() { fs::remove_all(root); }
+    std::string operator/(const std::string& name) const { return (root / name).string(); }
+};
+
+struct Bench {
+    TempFolder dir;
+    model::Store s;
+    AppSettings settings;
+    integration::Messages msgs;
+    platform::ScriptedPrompt ui{Answer::yes};
+    platform::ScriptedFileDialog dialogs;
+    platform::RecordingLauncher launcher;
+    platform::FixedClock clock{testing::k_fixed_stamp};
+    RecordingView view;
+    Session session{s, settings, msgs, ui, dialogs, launcher, clock, dir.root.string(), view};
+
+    Bench() { session.start(); }
+    // A copy of a sample in the temp folder, opened as the project.
+    std::string open_copy(const std::string& ext, const std::string& name = "work") {
+        const std::string path = dir / (name + ext);
+        fs::copy_file(sample(ext), path);
+        EXPECT_TRUE(session.open_path(path));
+        return path;
+    }
+};
+
+TEST(PendingFile, OpensAtFirstActivationAndIsGoneEitherWay) {
+    Bench b;
+    const std::string typ = b.dir / "pending.typ";
+    fs::copy_file(sample(".typ"), typ);
+    write(b.dir / "system/cc", "\"" + typ + "\"\r\n");
+    EXPECT_TRUE(b.session.first_activation());
+    EXPECT_FALSE(fs::exists(b.dir / "system/cc"));
+    EXPECT_EQ(b.s.curfile, typ);
+    EXPECT_GT(b.s.pg_n + b.s.ln_n + b.s.pt_n, 0);
+    EXPECT_EQ(b.settings.recent[0], typ);
+
+    Bench c;
+    write(c.dir / "system/cc", "pending.typ\r\n");
+    EXPECT_FALSE(c.session.first_activation());
+    EXPECT_FALSE(fs::exists(c.dir / "system/cc"));
+    EXPECT_EQ(c.s.curfile, "untitled.typ");
+}
+
+TEST(SessionLog, OffWritesNothingOnWritesLinesWithClassWordAndTime) {
+    Bench b;
+    b.session.log_line(2, "Edited text");
+    EXPECT_FALSE(fs::exists(b.dir / "logs"));
+    b.session.open_log();
+    b.settings.logs_on = true;
+    b.session.open_log();
+    EXPECT_EQ(b.ui.messages, (std::vector<std::string>{"Enable logs in Preference.", "No log details."}));
+
+    b.session.log_line(2, "Edited text");
+    b.session.log_line(7, "Loaded:x");
+    EXPECT_EQ(testing::read_bytes(b.dir / "logs/korvexlog.txt"),
+              "Edited textpoint :13:45:30\r\nLoaded:x :13:45:30\r\n");
+    b.session.open_log();
+    EXPECT_EQ(b.launcher.opened, std::vector<std::string>{b.dir / "logs/korvexlog.txt"});
+
+    b.settings.daily_log = true;
+    b.session.log_line(0, "a");
+    EXPECT_EQ(testing::read_bytes(b.dir / "logs/17-05-24.txt"), "apolygon :13:45:30\r\n");
+    b.ui.script(Answer::yes);
+    b.session.clear_main_log();
+    EXPECT_FALSE(fs::exists(b.dir / "logs/korvexlog.txt"));
+    EXPECT_TRUE(fs::exists(b.dir / "logs/17-05-24.txt"));
+    EXPECT_EQ(log_header(testing::k_fixed_stamp), std::string(20, '-') + "17-05-24" + std::string(20, '-'));
+}
+
+TEST(SessionOpen, DirtyPromptOnlyNoGoesOnAndYesSavesNothing) {
+    Bench b;
+    const std::string path = b.open_copy(".typ");
+    const std::string before = testing::read_bytes(path);
+    b.session.set_dirty(true);
+    for (Answer a : {Answer::yes, Answer::cancel}) {
+        b.ui.script(a);
+        b.session.open_typ();
+        EXPECT_TRUE(b.dialogs.calls.empty());
+        EXPECT_TRUE(b.s.dirty);
+    }
+    EXPECT_EQ(b.ui.questions, (std::vector<std::string>(2, "Save changes before exiting?")));
+    EXPECT_EQ(testing::read_bytes(path), before);
+
+    const std::string other = b.dir / "other.typ";
+    fs::copy_file(sample(".typ"), other);
+    b.ui.script(Answer::no);
+    b.dialogs.script(other);
+    b.session.open_typ();
+    ASSERT_EQ(b.dialogs.calls.size(), 1u);
+    EXPECT_EQ(b.dialogs.calls[0].title, "Open File");
+    EXPECT_EQ(b.dialogs.calls[0].filters, "Typ files (*.typ)");
+    EXPECT_EQ(b.s.curfile, other);
+    EXPECT_FALSE(b.s.dirty);
+    EXPECT_EQ(b.settings.recent[0], other);
+    EXPECT_EQ(b.settings.recent[1], path);
+
+    b.dialogs.script(b.dir / "notes.txt");
+    b.session.open_typ();
+    EXPECT_EQ(b.ui.messages.back(), "Not a TYP file:" + (b.dir / "notes.txt"));
+    EXPECT_EQ(b.s.curfile, other);
+}
+
+TEST(SessionOpen, LoadfileRefusesMissingPathAndShowsTheLoad) {
+    Bench b;
+    EXPECT_FALSE(b.session.loadfile(b.dir / "missing.typ"));
+    EXPECT_EQ(b.session.loadfail(), -1);
+    const std::string path = b.open_copy(".typ");
+    EXPECT_EQ(b.session.loadfail(), 0);
+    EXPECT_FALSE(b.session.loading());
+    EXPECT_EQ(b.view.caption, "Korvex " + b.s.opt.version + " " + path);
+    EXPECT_NE(std::find(b.view.calls.begin(), b.view.calls.end(), "grid"), b.view.calls.end());
+    EXPECT_NE(std::find(b.view.calls.begin(), b.view.calls.end(), "codepage 2"), b.view.calls.end());
+
+    b.session.set_map_tag("Topo");
+    b.session.set_dirty(true);
+    EXPECT_EQ(b.view.caption, "Korvex " + b.s.opt.version + " " + path + " [Topo]+");
+}
+
+TEST(SessionOpen, RecentEntryMovesToHeadAndClearAsksFirst) {
+    Bench b;
+    const std::string a = b.open_copy(".typ", "a");
+    const std::string t = b.open_copy(".txt", "t");
+    EXPECT_EQ(b.settings.recent[0], t);
+    b.session.open_recent(1);
+    EXPECT_EQ(b.s.curfile, a);
+    EXPECT_EQ(b.settings.recent[0], a);
+    EXPECT_EQ(b.settings.recent[1], t);
+    EXPECT_EQ(b.view.recent[0].path, a);
+
+    b.ui.script(Answer::no);
+    b.session.clear_recent();
+    EXPECT_EQ(b.ui.questions.back(), "Clear Files.\r\n\r\nAre you sure?");
+    EXPECT_EQ(b.settings.recent[0], a);
+    b.ui.script(Answer::yes);
+    b.session.clear_recent();
+    EXPECT_FALSE(b.view.recent[0].visible);
+    const size_t asked = b.ui.questions.size();
+    b.session.clear_recent();  // nothing to clear: no question
+    EXPECT_EQ(b.ui.questions.size(), asked);
+}
+
+TEST(SessionSave, IdentifierRefusalsStopWithTheirMessageAndFocus) {
+    struct Case {
+        std::string fid, pid;
+        int codepage;
+        std::string message, focus;
+    };
+    const Case cases[] = {
+        {"", "1", 1252, "Please enter FID", "focus fid"},
+        {"12a", "1", 1252, "Please enter valid FID at the top.", "focus fid"},
+        {"65536", "1", 1252, "FID must be smaller than 65536.", "focus fid"},
+        {"4711", "1", 0, "Please enter valid codepage.", "focus codepage"},
+        {"4711", "", 1252, "Please enter valid PID at the top.", "focus pid"},
+    };
+    for (const Case& c : cases) {
+        Bench b;
+        const std::string path = b.open_copy(".typ");
+        const std::string before = testing::read_bytes(path);
+        b.s.fid = c.fid;
+        b.s.pid = c.pid;
+        b.s.codepage = c.codepage;
+        EXPECT_FALSE(b.session.save(k_save)) << c.message;
+        EXPECT_EQ(b.ui.messages, std::vector<std::string>{c.message});
+        EXPECT_EQ(b.view.calls.back(), c.focus);
+        EXPECT_EQ(testing::read_bytes(path), before);
+    }
+}
+
+TEST(SessionSave, PidZeroNoRefusesAndKeepsTheWindowOpenOnExit) {
+    Bench b;
+    b.open_copy(".typ");
+    b.s.pid = "0";
+    b.session.set_dirty(true);
+    b.ui.script(Answer::yes);  // save before exiting
+    b.ui.script(Answer::no);   // PID 0
+    EXPECT_FALSE(b.session.close_request());
+    EXPECT_TRUE(b.session.save_refused());
+    EXPECT_EQ(b.ui.questions.back(), "Check: PID=0 \r\n\r\n Continue?");
+
+    b.ui.script(Answer::cancel);
+    EXPECT_FALSE(b.session.close_request());
+    EXPECT_FALSE(b.session.save_refused());
+    b.ui.script(Answer::no);
+    EXPECT_TRUE(b.session.close_request());
+    EXPECT_TRUE(b.s.dirty);
+}
+
+TEST(SessionSave, SaveAsAsksBeforeReplacingAndTheCopyBecomesTheOpenFile) {
+    Bench b;
+    const std::string path = b.open_copy(".typ");
+    const std::string target = b.dir / "copy.typ";
+    write(target, "old");
+    b.session.set_dirty(true);
+
+    b.dialogs.script(target + ".bak");  // cut behind ".typ"
+    b.ui.script(Answer::no);
+    EXPECT_FALSE(b.session.save(k_save_copy));
+    ASSERT_EQ(b.dialogs.calls.size(), 1u);
+    EXPECT_EQ(b.dialogs.calls[0].title, "Save File");
+    EXPECT_EQ(b.dialogs.calls[0].start, path);
+    EXPECT_EQ(b.ui.questions.back(), "File exists.\r\n\r\n" + target + "\r\n\r\nReplace this file?");
+    EXPECT_EQ(testing::read_bytes(target), "old");
+    EXPECT_EQ(b.s.curfile, path);
+
+    b.dialogs.script(b.dir / "copy");
+    b.ui.script(Answer::yes);
+    EXPECT_TRUE(b.session.save(k_save_copy));
+    EXPECT_EQ(testing::read_bytes(target).compare(2, 10, "GARMIN TYP"), 0);
+    EXPECT_EQ(b.s.curfile, target);
+    EXPECT_FALSE(b.s.dirty);
+    EXPECT_EQ(b.view.caption, "Korvex " + b.s.opt.version + " " + target);
+
+    b.session.force_save_as();  // as after a theme: Save asks for a name
+    EXPECT_FALSE(b.session.save(k_save));
+    EXPECT_EQ(b.dialogs.calls.size(), 3u);
+}
+
+TEST(SessionSave, TextOpenedAsTextSavesInPlaceAsTextAndKeepsUtf8) {
+    for (bool utf8 : {false, true}) {
+        Bench b;
+        const std::string path = b.dir / "x.txt";
+        fs::copy_file(sample(".txt"), path);
+        b.dialogs.script(path);
+        if (utf8)
+            b.session.open_utf8_txt();
+        else
+            b.session.open_txt();
+        EXPECT_EQ(b.dialogs.calls[0].filters,
+                  utf8 ? "Txt files (*.txt)|Themes (*.kmtf)" : "Txt files (*.txt)|Themes (*.kmtf)|MapTK (*.prj)");
+        ASSERT_EQ(b.s.curfile, path);
+        write(path, "stale");
+        b.session.set_dirty(true);
+        EXPECT_TRUE(b.session.save(k_save));
+        EXPECT_EQ(b.dialogs.calls.size(), 1u);  // no dialog
+        const std::string out = testing::read_bytes(path);
+        EXPECT_EQ(out.compare(0, 3, "\xEF\xBB\xBF") == 0, utf8) << out.substr(0, 40);
+        EXPECT_NE(out.find("[_id]\r\nProductCode=1\r\nFID=4711\r\n"), std::string::npos);
+        EXPECT_FALSE(b.s.dirty);
+    }
+}
+
+TEST(SessionSave, PendingTextNoDataAndThemesStopTheFlow) {
+    Bench b;
+    b.s.fid = "1";
+    EXPECT_FALSE(b.session.save(k_save_as));
+    EXPECT_EQ(b.ui.messages, std::vector<std::string>{"No data."});
+
+    b.open_copy(".typ");
+    b.session.set_text_pending(true);
+    EXPECT_TRUE(b.view.apply_visible);
+    EXPECT_FALSE(b.session.save(k_save));
+    EXPECT_EQ(b.ui.messages.back(), "Please click 'Apply Changes'");
+    b.ui.script(Answer::no);
+    EXPECT_FALSE(b.session.save(k_save_as));
+    EXPECT_EQ(b.ui.questions.back(), "Text Changes have not been saved.\r\n\r\nContinue without saving?");
+    EXPECT_TRUE(b.dialogs.calls.empty());
+
+    b.s.codepage = 65001;
+    EXPECT_FALSE(b.session.save(k_save_text));
+    EXPECT_EQ(b.ui.messages.back(), "Save as TXT (UTF-8) or change codepage to save as non-utf8");
+
+    b.dialogs.script(b.dir / "look.kmtf");
+    b.session.open_txt();
+    EXPECT_EQ(b.ui.messages.back(), "Cannot find T data in " + (b.dir / "look.kmtf"));
+}
+
+}  // namespace
+}  // namespace korvex::workbench
