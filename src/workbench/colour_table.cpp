@@ -47,20 +47,19 @@ bool read_colour_line(std::string_view line, int key_chars, ColourEntry& out) {
             v = v << 4 | static_cast<uint32_t>(d);
         }
         out.rgb = v;
-        // An old-style "#RRGGBBxA" pixel carries its alpha in the eighth digit.
-        if (out.bare && hash + 8 < line.size() && hex_digit(line[hash + 7]) >= 0 && hex_digit(line[hash + 8]) >= 0)
-            out.alpha = hex_digit(line[hash + 8]);
     } else if (find_caseless(line.substr(at), "none") != std::string_view::npos) {
         out.none = true;
     } else {
         return false;
     }
-    const size_t a = find_caseless(line, "alpha=", at);
-    if (a != std::string_view::npos) {
+    // Most lines have no "=" at all; only an "=" is worth a closer look.
+    for (size_t eq = line.find('=', at); eq != std::string_view::npos; eq = line.find('=', eq + 1)) {
+        if (eq < 5 || find_caseless(line.substr(eq - 5, 6), "alpha=") != 0) continue;
         int v = 0, digits = 0;
-        for (size_t k = a + 6; k < line.size() && line[k] >= '0' && line[k] <= '9' && digits < 3; ++k, ++digits)
+        for (size_t k = eq + 1; k < line.size() && line[k] >= '0' && line[k] <= '9' && digits < 3; ++k, ++digits)
             v = v * 10 + (line[k] - '0');
         if (digits > 0) out.alpha = v > 15 ? 15 : v;
+        break;
     }
     return true;
 }
@@ -76,7 +75,8 @@ ColourTable read_colour_table(std::string_view text, int key_chars) {
         size_t first = 0;
         while (first < line.size() && (line[first] == ' ' || line[first] == '\t' || line[first] == '\r')) ++first;
         if (first == line.size() || line[first] == ';') continue;
-        if (find_caseless(line, "xpm=") != std::string_view::npos) {
+        // Colour lines start with a quote; a head line with its key.
+        if (line[first] != '"' && find_caseless(line, "xpm=") != std::string_view::npos) {
             t.next = pos;
             return t;
         }

@@ -138,42 +138,62 @@ bool malformed_head(const std::array<int, 4>& f) {
     return is(0, 0, 0, 1) || is(0, 0, 0, 0) || is(1, 1, 0, 1);
 }
 
-// Colour index of the symbol at x of a canonical row; -1 past the row.
-int symbol_at(std::string_view row, int x, int cpp) {
-    const size_t at = static_cast<size_t>(x) * static_cast<size_t>(cpp);
-    if (at + static_cast<size_t>(cpp) > row.size()) return -1;
-    const int c1 = static_cast<unsigned char>(row[at]) - k_symbol_base;
-    if (cpp == 1) return c1;
-    const int c2 = static_cast<unsigned char>(row[at + 1]) - k_symbol_base;
-    if (c1 < 0 || c2 < 0 || c2 >= k_symbol_span) return -2;
-    return c1 * k_symbol_span + c2;
-}
-
-// Rows of canonical symbols in the colours of a table.
+// Rows of canonical symbols in the colours of a table. Every point pixel
+// passes here, so a symbol is looked up, not computed: one table by the
+// character, the second character of a two-character symbol adding its
+// place within the first's run of 16.
 Raster point_rows(model::Store& s, const std::string& type, std::string_view rows, const std::vector<uint32_t>& colours,
                   int w, int h, uint32_t background) {
     Raster out = filled(w, h, background, IconFit::picture);
     // The symbol width follows from the table, as the readers write it; a
     // row of twice the width says so too.
     int cpp = colours.size() >= static_cast<size_t>(model::cpp_limit) ? 2 : 1;
-    Rows lines(rows);
     std::string_view row;
-    bool first = true, stray = false;
-    for (int y = 0; y < h && lines.next(row); ++y) {
-        if (first && w > 0) {
+    {
+        Rows peek(rows);
+        if (peek.next(row)) {
             if (row.size() == static_cast<size_t>(2 * w)) cpp = 2;
             else if (row.size() == static_cast<size_t>(w)) cpp = 1;
-            first = false;
         }
+    }
+    // One character: its colour. Two: the first character's colour index
+    // times 16 (-1 when it names none).
+    std::array<uint32_t, 256> colour_of{};
+    std::array<int, 256> index_of{};
+    colour_of.fill(background);
+    index_of.fill(-1);
+    for (int c = k_symbol_base; c < 256; ++c) {
+        const auto v = static_cast<size_t>(c - k_symbol_base);
+        if (cpp == 1 && v < colours.size()) {
+            colour_of[static_cast<size_t>(c)] = colours[v];
+            index_of[static_cast<size_t>(c)] = static_cast<int>(v);
+        } else if (cpp == 2 && v * k_symbol_span < colours.size()) {
+            index_of[static_cast<size_t>(c)] = static_cast<int>(v) * k_symbol_span;
+        }
+    }
+    const auto n = static_cast<int>(colours.size());
+    Rows lines(rows);
+    bool stray = false;
+    for (int y = 0; y < h && lines.next(row); ++y) {
         uint32_t* dst = out.px.data() + static_cast<size_t>(y) * static_cast<size_t>(w);
-        for (int x = 0; x < w; ++x) {
-            const int v = symbol_at(row, x, cpp);
-            if (v == -1) break;
-            if (v < 0 || static_cast<size_t>(v) >= colours.size()) {
-                stray = true;
-                continue;
+        const auto* p = reinterpret_cast<const unsigned char*>(row.data());
+        const int have = std::min(w, static_cast<int>(row.size()) / cpp);
+        if (cpp == 1) {
+            for (int x = 0; x < have; ++x) {
+                dst[x] = colour_of[p[x]];
+                stray |= index_of[p[x]] < 0;
             }
-            dst[x] = colours[static_cast<size_t>(v)];
+        } else {
+            for (int x = 0; x < have; ++x) {
+                const int hi = index_of[p[2 * x]];
+                const int lo = p[2 * x + 1] - k_symbol_base;
+                const int v = hi + lo;
+                if (hi < 0 || lo < 0 || lo >= k_symbol_span || v >= n) {
+                    stray = true;
+                    continue;
+                }
+                dst[x] = colours[static_cast<size_t>(v)];
+            }
         }
     }
     if (stray) model::note_once(s, type + " icon pixels without a colour");
