@@ -143,17 +143,17 @@ void Messages::load_msgs(std::string_view text) {
         if (lf == std::string_view::npos) break;
         block.remove_prefix(lf + 1);
     }
-    // A number given twice keeps its last line.
-    std::stable_sort(msgs_.begin(), msgs_.end(), [](const Msg& a, const Msg& b) { return a.n < b.n; });
-    std::vector<Msg> unique;
-    unique.reserve(msgs_.size());
-    for (const Msg& m : msgs_) {
-        if (!unique.empty() && unique.back().n == m.n)
-            unique.back() = m;
-        else
-            unique.push_back(m);
+    // A number given twice keeps its last line; entries are in file order,
+    // so the offset tells which came last. Sorted in place: a hostile file
+    // costs no second table.
+    std::sort(msgs_.begin(), msgs_.end(),
+              [](const Msg& a, const Msg& b) { return a.n != b.n ? a.n < b.n : a.off < b.off; });
+    size_t kept = 0;
+    for (size_t i = 0; i < msgs_.size(); ++i) {
+        if (i + 1 < msgs_.size() && msgs_[i + 1].n == msgs_[i].n) continue;
+        msgs_[kept++] = msgs_[i];
     }
-    msgs_ = std::move(unique);
+    msgs_.resize(kept);
 }
 
 void Messages::apply_lang_text(const std::string& path, std::string_view text) {

@@ -35,9 +35,10 @@ TEST(Messages, BuiltinCatalogueKeepsExactTextsAndBreaks) {
 }
 
 TEST(Messages, LanguageFileReplacesMessagesAndCaptions) {
-    // The block has six lines (the rest of the marker's line counts): 9 is beyond them.
+    // The block has seven lines (the rest of the marker's line counts): 9 is beyond
+    // them; a number given twice keeps its last line.
     const std::string lan =
-        "intro\r\n<messages>\r\n3:Keine Daten. # a note\r\n2:Zeile eins$Zeile zwei\r\n4:vier\r\n9:lost\r\n"
+        "intro\r\n<messages>\r\n3:erst\r\n3:Keine Daten. # a note\r\n2:Zeile eins$Zeile zwei\r\n4:vier\r\n9:lost\r\n"
         "<end of messages>\r\n"
         "mfile=ignored: before the marker\r\n"
         "<language>\r\nmlanguage=Test\r\nmcustom=Eigene\r\ncustom=Frei # comment\r\nmfile=Datei\r\n"
