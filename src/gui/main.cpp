@@ -1,11 +1,25 @@
-// korvex [FILE]: the editor window, opening FILE when given.
+// korvex [FILE]: the editor window, opening FILE when given (else the pending
+// file or the auto-load path of the settings).
 #include <QApplication>
+#include <QTimer>
 
 #include "gui/main_window.h"
+#include "gui/qt_prompt.h"
 
 int main(int argc, char** argv) {
     QApplication app(argc, argv);
+    QApplication::setApplicationName("Korvex");
+    QApplication::setOrganizationName("Halden");
     korvex::gui::MainWindow w;
     w.show();
+    const QStringList args = QApplication::arguments();
+    const std::string file = args.size() > 1 ? korvex::gui::to_path(args.at(1)) : std::string();
+    // After the first paint, so the window is there while the file loads.
+    QTimer::singleShot(0, &w, [&w, file] {
+        if (file.empty())
+            w.first_activation();
+        else
+            w.open_file(file);
+    });
     return app.exec();
 }

@@ -1,9 +1,749 @@
 #include "gui/main_window.h"
 
+#include <QAction>
+#include <QActionGroup>
+#include <QApplication>
+#include <QButtonGroup>
+#include <QCheckBox>
+#include <QCloseEvent>
+#include <QComboBox>
+#include <QDragEnterEvent>
+#include <QDropEvent>
+#include <QFontMetrics>
+#include <QHBoxLayout>
+#include <QKeySequence>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMimeData>
+#include <QPlainTextEdit>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QShortcut>
+#include <QSplitter>
+#include <QStatusBar>
+#include <QToolButton>
+#include <QUrl>
+#include <QVBoxLayout>
+
+#include "gui/cell_delegate.h"
+#include "gui/errors_window.h"
+#include "gui/grid_model.h"
+#include "gui/grid_view.h"
+#include "gui/preferences_dialog.h"
+#include "gui/qt_file_dialog.h"
+#include "gui/qt_fonts.h"
+#include "gui/qt_launcher.h"
+#include "gui/qt_prompt.h"
+#include "text/text_writer.h"
+#include "workbench/data_folder.h"
+
 namespace korvex::gui {
 
-MainWindow::MainWindow(QWidget* parent) : QMainWindow(parent) {
-    setWindowTitle("Korvex");
+namespace {
+
+// Message numbers the window itself shows.
+constexpr int m_show_code_panel = 155;
+constexpr int m_hide_code_panel = 156;
+
+const char* const k_class_keys[5] = {"btnpolygons", "btnpolylines", "btnpois", "btnactiver", ""};
+const char* const k_class_names[5] = {"Polygons", "Lines", "Points", "Active Routing", "Extra Points"};
+const char* const k_size_keys[6] = {"mvsmall", "msmall", "mmedium", "mlarge", "mxlarge", "mcustom"};
+const char* const k_size_names[6] = {"Very Small", "Small", "Medium", "Large", "X Large", "Custom"};
+const char* const k_header_entries[5] = {" 5B", " 6E", " 9C", " A4", " AE"};
+
+// The settings keep colours with red in the low byte.
+uint32_t settings_colour_to_rgb(double v) {
+    const auto c = static_cast<uint32_t>(static_cast<int64_t>(v) & 0xFFFFFF);
+    return ((c & 0xFF) << 16) | (c & 0xFF00) | ((c >> 16) & 0xFF);
+}
+
+// The leading number of a code-page entry ("1252 West European" is 1252); 0 when none.
+int leading_number(const QString& text) {
+    const QString t = text.trimmed();
+    int n = 0;
+    while (n < t.size() && t[n].isDigit()) ++n;
+    return n == 0 ? 0 : t.left(n).toInt();
+}
+
+}  // namespace
+
+MainWindow::MainWindow(WindowServices services, QWidget* parent)
+    : QMainWindow(parent), services_(std::move(services)) {
+    if (!services_.env) {
+        own_env_ = std::make_unique<platform::SystemEnvironment>();
+        services_.env = own_env_.get();
+    }
+    if (services_.program_folder.empty()) services_.program_folder = to_path(QApplication::applicationDirPath());
+    const workbench::DataFolder d = workbench::prepare_data_folder(*services_.env, services_.program_folder);
+    data_folder_ = d.path;
+    settings_ = workbench::default_settings(data_folder_);
+    settings_file_ = workbench::settings_path(data_folder_, services_.program_folder);
+    const QtFontList fonts;
+    workbench::loaddata(settings_file_, settings_, &fonts);
+    if (!settings_.language_file.empty()) msgs_.apply_lang(settings_.language_file);
+    workbench::settings_to_store(settings_, s_);
+    s_.curclass = std::clamp(settings_.class_in_view, 0, 4);
+
+    settings_to_browser();
+    browser_.set_class(s_.curclass);
+
+    if (services_.prompt) {
+        prompt_ = services_.prompt;
+    } else {
+        own_prompt_ = std::make_unique<QtPrompt>(this);
+        prompt_ = own_prompt_.get();
+    }
+    if (!services_.dialogs) {
+        own_dialogs_ = std::make_unique<QtFileDialog>(this);
+        services_.dialogs = own_dialogs_.get();
+    }
+    if (!services_.launcher) {
+        own_launcher_ = std::make_unique<QtLauncher>();
+        services_.launcher = own_launcher_.get();
+    }
+    if (!services_.clock) {
+        own_clock_ = std::make_unique<platform::SystemClock>();
+        services_.clock = own_clock_.get();
+    }
+
+    build_widgets();
+    build_menus();
+    if (own_prompt_) {
+        own_prompt_->set_progress_bar(progress_);
+    }
+    setAcceptDrops(true);
+    resize(std::max<int64_t>(640, settings_.window_width / workbench::k_twips_per_pixel),
+           std::max<int64_t>(480, settings_.window_height / workbench::k_twips_per_pixel));
+
+    session_ = std::make_unique<workbench::Session>(s_, settings_, msgs_, *prompt_, *services_.dialogs,
+                                                     *services_.launcher, *services_.clock, data_folder_, *this);
+    s_.curfile = "untitled.typ";
+    browser_.chg_icn(settings_.icon_size, label_text_height());
+    session_->start();
+    refresh_geometry();
+    rebuild_grid();
+    apply_captions();
+    grid_->setFocus(Qt::OtherFocusReason);
+}
+
+MainWindow::~MainWindow() = default;
+
+void MainWindow::settings_to_browser() {
+    browser_.opt.label_option = settings_.label_options;
+    browser_.opt.show_font_colours = settings_.show_font_colors;
+    browser_.opt.nolabel_grey = settings_.nolabel_grey;
+    browser_.opt.show_not_in_style = settings_.show_not_in_style != 0;
+    browser_.opt.edit_text_on_dblclick = settings_.dblclick_edit_text != 0;
+    browser_.opt.extra_hex = settings_.extra_hex != 0;
+    browser_.opt.extra_page_size = settings_.extra_page_size;
+    browser_.opt.polygon_seed = settings_.polygon_seed;
+    browser_.opt.line_seed = settings_.line_seed;
+    browser_.opt.point_seed = settings_.point_seed;
+    browser_.set_custom_size(settings_.custom_icon_size);
+}
+
+QString MainWindow::cap(const char* key, const char* english) const {
+    const std::string c = msgs_.caption(key);
+    return from_message(c.empty() ? std::string(english) : c);
+}
+
+int MainWindow::label_text_height() const {
+    QFont f(QString::fromStdString(settings_.label_font), std::max(1, settings_.label_font_size));
+    return QFontMetrics(f).height() * workbench::k_twips_per_pixel;
+}
+
+// ---- widgets ----------------------------------------------------------------
+
+void MainWindow::build_widgets() {
+    auto* central = new QWidget(this);
+    auto* outer = new QVBoxLayout(central);
+    outer->setContentsMargins(4, 4, 4, 2);
+
+    // The header fields of the project.
+    auto* top = new QHBoxLayout;
+    fid_ = new QLineEdit(central);
+    fid_->setObjectName("fid");
+    fid_->setMinimumWidth(64);
+    fid_->setMaximumWidth(90);
+    pid_ = new QLineEdit(central);
+    pid_->setObjectName("pid");
+    pid_->setMinimumWidth(48);
+    pid_->setMaximumWidth(70);
+    pid_->setToolTip("Product code");
+    codepage_ = new QComboBox(central);
+    codepage_->setObjectName("codepage");
+    codepage_->setEditable(true);
+    for (const auto& e : workbench::codepage_entries()) codepage_->addItem(QString::fromStdString(e));
+    header_ = new QComboBox(central);
+    header_->setObjectName("header");
+    for (const char* h : k_header_entries) header_->addItem(h);
+    top->addWidget(new QLabel("FID", central));
+    top->addWidget(fid_);
+    top->addWidget(new QLabel("PID", central));
+    top->addWidget(pid_);
+    top->addWidget(new QLabel("Codepage", central));
+    top->addWidget(codepage_);
+    top->addWidget(new QLabel("Header", central));
+    top->addWidget(header_);
+    top->addSpacing(12);
+
+    auto* group = new QButtonGroup(this);
+    group->setExclusive(true);
+    for (int c = 0; c < 5; ++c) {
+        auto* b = new QPushButton(central);
+        b->setCheckable(true);
+        b->setObjectName(QString("class%1").arg(c));
+        group->addButton(b, c);
+        class_buttons_[c] = b;
+        top->addWidget(b);
+    }
+    connect(group, &QButtonGroup::idClicked, this, [this](int c) { show_class(c); });
+    pages_ = new QComboBox(central);
+    pages_->setObjectName("pages");
+    pages_->setVisible(false);
+    top->addWidget(pages_);
+    top->addStretch(1);
+    outer->addLayout(top);
+
+    connect(fid_, &QLineEdit::textChanged, this, [this](const QString& t) {
+        if (!filling_) s_.fid = t.trimmed().toStdString();
+    });
+    connect(pid_, &QLineEdit::textChanged, this, [this](const QString& t) {
+        if (!filling_) s_.pid = t.trimmed().toStdString();
+    });
+    connect(codepage_, &QComboBox::activated, this, [this](int) { codepage_chosen(); });
+    connect(codepage_->lineEdit(), &QLineEdit::editingFinished, this, [this] { codepage_chosen(); });
+    connect(header_, &QComboBox::activated, this, [this](int) {
+        if (filling_) return;
+        s_.hdr_len = header_->currentText().trimmed().toInt(nullptr, 16);
+        s_.hdr_caption = " " + header_->currentText().trimmed().toLower().toStdString();
+    });
+    connect(pages_, &QComboBox::activated, this, [this](int page) {
+        browser_.set_extra_page(page);
+        rebuild_grid();
+    });
+
+    // The grid and, beside it, the code panel with the search.
+    splitter_ = new QSplitter(Qt::Horizontal, central);
+    grid_ = new GridView(splitter_);
+    grid_->setObjectName("grid");
+    model_ = new GridModel(s_, browser_, this);
+    delegate_ = new CellDelegate(s_, browser_, *model_, this);
+    grid_->setModel(model_);
+    grid_->setItemDelegate(delegate_);
+    connect(grid_, &GridView::cell_pressed, this,
+            [this](int cell, bool ctrl, bool shift, bool right) { click_cell(cell, ctrl, shift, right); });
+    connect(grid_, &GridView::cell_double_clicked, this,
+            [this](int cell, bool ctrl, bool shift) { double_click_cell(cell, ctrl, shift); });
+    connect(grid_, &GridView::context_menu, this,
+            [this](int cell, const QPoint& at) { show_context_menu(cell, at); });
+
+    side_ = new QWidget(splitter_);
+    auto* side = new QVBoxLayout(side_);
+    side->setContentsMargins(0, 0, 0, 0);
+    auto* search_row = new QHBoxLayout;
+    search_box_ = new QLineEdit(side_);
+    search_box_->setObjectName("search");
+    search_button_ = new QPushButton(side_);
+    search_button_->setObjectName("searchButton");
+    search_count_ = new QLabel(side_);
+    search_row->addWidget(search_box_, 1);
+    search_row->addWidget(search_button_);
+    search_row->addWidget(search_count_);
+    side->addLayout(search_row);
+    search_types_ = new QCheckBox("Check box to search types", side_);
+    search_garmin_ = new QCheckBox("Search Garmin Default TYPES ONLY ", side_);
+    side->addWidget(search_types_);
+    side->addWidget(search_garmin_);
+    connect(search_button_, &QPushButton::clicked, this, [this] { search(); });
+    connect(search_box_, &QLineEdit::returnPressed, this, [this] { search(); });
+
+    panel_ = new QPlainTextEdit(side_);
+    panel_->setObjectName("codePanel");
+    panel_->setLineWrapMode(QPlainTextEdit::NoWrap);
+    QFont code_font(QString::fromStdString(settings_.editor_text_font), settings_.editor_text_size);
+    code_font.setStyleHint(QFont::Monospace);
+    panel_->setFont(code_font);
+    side->addWidget(panel_, 1);
+    apply_ = new QPushButton(side_);
+    apply_->setObjectName("applyChanges");
+    apply_->setVisible(false);
+    side->addWidget(apply_);
+    connect(panel_, &QPlainTextEdit::textChanged, this, [this] {
+        if (!filling_ && !session_->text_pending()) session_->set_text_pending(true);
+    });
+    connect(apply_, &QPushButton::clicked, this, [this] { apply_changes(); });
+
+    splitter_->addWidget(grid_);
+    splitter_->addWidget(side_);
+    splitter_->setStretchFactor(0, 3);
+    splitter_->setStretchFactor(1, 2);
+    outer->addWidget(splitter_, 1);
+    setCentralWidget(central);
+
+    status_ = new QLabel(this);
+    status_->setObjectName("status");
+    report_ = new QToolButton(this);
+    report_->setObjectName("report");
+    report_->setAutoRaise(true);
+    report_->setToolTip("Errors");
+    connect(report_, &QToolButton::clicked, this, [this] { show_errors(); });
+    progress_ = new QProgressBar(this);
+    progress_->setMaximumWidth(200);
+    progress_->setTextVisible(false);
+    progress_->setRange(0, 100);
+    progress_->setValue(0);
+    statusBar()->addWidget(status_);
+    statusBar()->addWidget(report_);
+    statusBar()->addPermanentWidget(progress_);
+}
+
+void MainWindow::build_menus() {
+    auto menu = [this](const char* key, const char* english) {
+        QMenu* m = menuBar()->addMenu(english);
+        captions_.add(m, key, english);
+        return m;
+    };
+    // key "" : a caption no language file replaces.
+    auto add = [this](QMenu* m, const char* key, const QString& english, auto fn) {
+        QAction* a = m->addAction(english);
+        connect(a, &QAction::triggered, this, fn);
+        named_.emplace_back(english, a);
+        if (*key) captions_.add(a, key, english);
+        return a;
+    };
+    QMenu* file = menu("mfile", "File");
+    add(file, "mnewtyp", "New", [this] { session_->file_new(); });
+    open_actions_.push_back(add(file, "mopentyp", "Open TYP", [this] { session_->open_typ(); }));
+    open_actions_.push_back(add(file, "mopentxt", "Open TXT/KMTF", [this] { session_->open_txt(); }));
+    open_actions_.push_back(add(file, "mopenutf8txt", "Open UTF-8 TXT", [this] { session_->open_utf8_txt(); }));
+    QMenu* recent = file->addMenu("Open Recent");
+    captions_.add(recent, "mrecent", "Open Recent");
+    for (int i = 0; i < workbench::k_recent_count; ++i) {
+        recent_[i] = recent->addAction(QString());
+        recent_[i]->setVisible(false);
+        connect(recent_[i], &QAction::triggered, this, [this, i] { session_->open_recent(i); });
+    }
+    recent->addSeparator();
+    clear_recent_ = add(recent, "mclr", "Clear Recent", [this] { session_->clear_recent(); });
+    open_actions_.push_back(recent->menuAction());
+    file->addSeparator();
+    save_ = add(file, "msave", "Save", [this] { session_->save(workbench::k_save); });
+    add(file, "msaveas", "Save TYP As", [this] { session_->save(workbench::k_save_as); });
+    add(file, "msavecopy", "Save a Copy As", [this] { session_->save(workbench::k_save_copy); });
+    add(file, "msaveastxt", "Save as Text", [this] { session_->save(workbench::k_save_text); });
+    add(file, "msaveasutf8txt", "Save as Text (Utf8)", [this] { session_->save(workbench::k_save_text_utf8); });
+    file->addSeparator();
+    add(file, "mexit", "Exit", [this] { close(); });
+
+    QMenu* icons = menu("micons", "Icons");
+    sizes_ = new QActionGroup(this);
+    for (int i = 0; i < 6; ++i) {
+        QAction* a = add(icons, k_size_keys[i], k_size_names[i], [this, i] { set_icon_size(i); });
+        a->setCheckable(true);
+        a->setData(i);
+        sizes_->addAction(a);
+    }
+
+    QMenu* settings = menu("msettings", "Settings");
+    add(settings, "mpreferences", "Preferences", [this] { preferences(); });
+    add(settings, "mreset", "Reset All Values",
+        [this] { workbench::mreset(settings_file_, reset_done_, msgs_, *prompt_); });
+
+    QMenu* language = menu("mlanguages", "Language");
+    std::vector<std::string> folders = {workbench::under(data_folder_, "languages"),
+                                        to_path(QApplication::applicationDirPath() + "/../share/korvex/languages")};
+#ifdef KORVEX_BUNDLED_LANGUAGES
+    folders.push_back(KORVEX_BUNDLED_LANGUAGES);
+#endif
+    languages_ = new LanguageMenu(language, msgs_, folders, [this] { apply_captions(); }, this);
+    connect(languages_, &LanguageMenu::language_changed, this,
+            [this](const QString& lanfile) { settings_.language_file = to_path(lanfile); });
+    languages_->rebuild();
+
+    QMenu* window = menu("mwindow", "Window");
+    toggle_panel_ = add(window, "", "Hide Code Panel", [this] { toggle_code_panel(); });
+    add(window, "", "Errors", [this] { show_errors(); });
+
+    QMenu* logs = menu("mlogs", "Logs");
+    add(logs, "mreadlogs", "Read Logs", [this] { session_->open_log(); });
+    add(logs, "mclearlogs", "Clear Main Log", [this] { session_->clear_main_log(); });
+
+    top_menus_ = {file, icons, settings, language, window, logs};
+
+    // Ctrl+S saves in place only while Save is enabled; the menu entry itself
+    // runs the full flow.
+    auto* ctrl_s = new QShortcut(QKeySequence::Save, this);
+    connect(ctrl_s, &QShortcut::activated, this, [this] {
+        if (save_->isEnabled() && !session_->loading()) session_->save_in_place();
+    });
+    auto* ctrl_a = new QShortcut(QKeySequence::SelectAll, grid_);
+    ctrl_a->setContext(Qt::WidgetWithChildrenShortcut);
+    connect(ctrl_a, &QShortcut::activated, this, [this] { select_all(); });
+    auto* ctrl_b = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_B), this);
+    connect(ctrl_b, &QShortcut::activated, this, [this] {
+        settings_.background = workbench::k_white;
+        model_->set_background(0xFFFFFF);
+        grid_->viewport()->update();
+    });
+}
+
+void MainWindow::apply_captions() {
+    captions_.apply(msgs_);
+    search_button_->setText(cap("btnsearch", "Search"));
+    apply_->setText(cap("btnapplyX", "Apply Changes"));
+    toggle_panel_->setText(from_message(msgs_.get_msg(side_->isHidden() ? m_show_code_panel : m_hide_code_panel)));
+    refresh_counters();
+}
+
+QAction* MainWindow::action(const QString& name) const {
+    for (const auto& [n, a] : named_)
+        if (n == name) return a;
+    return nullptr;
+}
+
+QString MainWindow::class_button_text(int cls) const { return class_buttons_[cls]->text(); }
+
+// ---- geometry and refreshes ---------------------------------------------------
+
+void MainWindow::refresh_geometry() {
+    const workbench::Geometry g = browser_.geometry_px(1.0);
+    const int width = g.S + 3;
+    QFont f(QString::fromStdString(settings_.label_font), std::max(1, settings_.label_font_size));
+    delegate_->set_label_font(f);
+    delegate_->set_geometry(g.S, g.H, g.P, width);
+    model_->set_icon_side(g.S, devicePixelRatioF());
+    model_->set_background(settings_colour_to_rgb(settings_.background));
+    grid_->set_cell_size(QSize(width, g.P), g.L, g.top);
+    QPalette pal = grid_->viewport()->palette();
+    pal.setColor(QPalette::Base, QColor::fromRgb(model_->background()));
+    grid_->viewport()->setPalette(pal);
+    for (QAction* a : sizes_->actions()) a->setChecked(a->data().toInt() == browser_.icon_index());
+}
+
+void MainWindow::refresh_counters() {
+    const int32_t counts[5] = {s_.pg_n, s_.ln_n, s_.pt_n, s_.ln_nact, s_.pt_nx};
+    for (int c = 0; c < 5; ++c) {
+        const QString name = k_class_keys[c][0] ? cap(k_class_keys[c], k_class_names[c]) : k_class_names[c];
+        class_buttons_[c]->setText(QString("%1 (%2)").arg(name).arg(counts[c]));
+        class_buttons_[c]->setChecked(c == s_.curclass);
+    }
+}
+
+void MainWindow::refresh_top_fields() {
+    filling_ = true;
+    fid_->setText(QString::fromStdString(s_.fid));
+    pid_->setText(QString::fromStdString(s_.pid));
+    const QString hdr = QString(" %1").arg(s_.hdr_len, 0, 16).toUpper();
+    const int h = header_->findText(hdr);
+    if (h >= 0) header_->setCurrentIndex(h);
+    if (leading_number(codepage_->currentText()) != s_.codepage) {
+        const int i = workbench::codepage_entry_index(s_.codepage);
+        if (i >= 0)
+            codepage_->setCurrentIndex(i);
+        else
+            codepage_->setEditText(QString::number(s_.codepage));
+    }
+    filling_ = false;
+}
+
+void MainWindow::refresh_pages() {
+    const bool extra = s_.curclass == model::k_extra_points;
+    pages_->setVisible(extra);
+    if (!extra) return;
+    filling_ = true;
+    pages_->clear();
+    for (const auto& p : browser_.extra_pages(s_)) pages_->addItem(QString::fromStdString(p));
+    const int page = browser_.extra_page_size() > 0 ? browser_.extra_first() / browser_.extra_page_size() : 0;
+    pages_->setCurrentIndex(page);
+    filling_ = false;
+}
+
+// ---- SessionView ----------------------------------------------------------------
+
+void MainWindow::rebuild_grid() {
+    browser_.set_class(s_.curclass);
+    s_.curclass = browser_.cls();
+    if (!browser_.build_grid(s_)) return;
+    model_->set_codepage(s_.codepage);
+    refresh_geometry();
+    model_->reset();
+    refresh_counters();
+    refresh_top_fields();
+    refresh_pages();
+    if (browser_.current_cell() >= 0) grid_->show_cell(browser_.current_cell());
+    if (session_) session_->grid_built();
+}
+
+void MainWindow::update_cell(int cls, int32_t row) {
+    int32_t store_row = row - 1;
+    if (cls == model::k_active_lines) store_row += s_.ln_n;
+    if (cls == model::k_extra_points) store_row += s_.pt_n;
+    if (cls == browser_.cls()) model_->update_row(store_row);
+}
+
+void MainWindow::set_caption(const std::string& text) { setWindowTitle(from_path(text)); }
+
+void MainWindow::fill_code_panel(const std::string& text) {
+    filling_ = true;
+    panel_->setPlainText(QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())));
+    filling_ = false;
+}
+
+void MainWindow::menu_enable(bool on) {
+    for (QMenu* m : top_menus_) m->menuAction()->setEnabled(on);
+    search_button_->setEnabled(on);
+}
+
+void MainWindow::enable_open(bool on) {
+    for (QAction* a : open_actions_) a->setEnabled(on);
+}
+
+void MainWindow::show_apply(bool visible) { apply_->setVisible(visible); }
+
+void MainWindow::paint_report(bool red) {
+    const int32_t total = s_.pg_n + s_.ln_n + s_.pt_n + s_.ln_nact + s_.pt_nx;
+    report_->setText(QString("%1 elements").arg(total));
+    report_->setStyleSheet(red ? "color: red;" : "color: black;");
+    if (errors_ && errors_->isVisible()) errors_->show_report(s_.loadrep);
+}
+
+void MainWindow::focus_field(workbench::TopField f) {
+    QWidget* w = f == workbench::TopField::fid ? static_cast<QWidget*>(fid_)
+                 : f == workbench::TopField::pid ? static_cast<QWidget*>(pid_)
+                                                 : static_cast<QWidget*>(codepage_);
+    w->setFocus(Qt::OtherFocusReason);
+}
+
+void MainWindow::select_codepage(int index) {
+    if (index < 0 || index >= codepage_->count()) return;
+    filling_ = true;
+    codepage_->setCurrentIndex(index);
+    filling_ = false;
+}
+
+void MainWindow::set_status(const std::string& text) { status_->setText(from_message(text)); }
+
+void MainWindow::show_recent(const std::vector<workbench::RecentEntry>& entries) {
+    bool any = false;
+    for (size_t i = 0; i < recent_.size(); ++i) {
+        const workbench::RecentEntry e = i < entries.size() ? entries[i] : workbench::RecentEntry{};
+        recent_[i]->setText(from_path(e.path));
+        recent_[i]->setVisible(e.visible);
+        recent_[i]->setEnabled(!e.greyed);
+        any = any || e.visible;
+    }
+    clear_recent_->setEnabled(any);
+}
+
+void MainWindow::busy(bool on) {
+    if (on) {
+        if (busy_depth_++ == 0) QApplication::setOverrideCursor(Qt::WaitCursor);
+        menu_enable(false);
+    } else if (busy_depth_ > 0 && --busy_depth_ == 0) {
+        QApplication::restoreOverrideCursor();
+        // A failed load ends here too: the commands come back either way.
+        menu_enable(true);
+    }
+}
+
+void MainWindow::set_page_size(int size) {
+    browser_.opt.extra_page_size = size;
+    settings_.extra_page_size = size;
+}
+
+void MainWindow::set_icon_size(int size) {
+    settings_.icon_size = std::clamp(size, 0, 5);
+    browser_.chg_icn(settings_.icon_size, label_text_height());
+    rebuild_grid();
+}
+
+// ---- commands -------------------------------------------------------------------
+
+void MainWindow::show_class(int cls) {
+    if (session_->loading()) return;
+    s_.curclass = cls;
+    settings_.class_in_view = cls;
+    browser_.no_multi();
+    browser_.set_class(cls);
+    browser_.set_current(-1);
+    s_.curel = 0;
+    session_->set_text_pending(false);
+    fill_code_panel("");
+    rebuild_grid();
+}
+
+void MainWindow::fill_panel_for_current() {
+    const int32_t row = browser_.current_row();
+    const int cls = browser_.cls();
+    if (row < 0) {
+        s_.curel = 0;
+        fill_code_panel("");
+        return;
+    }
+    int32_t local = row;
+    if (cls == model::k_active_lines) local -= s_.ln_n;
+    if (cls == model::k_extra_points) local -= s_.pt_n;
+    s_.curel = local + 1;
+    const std::string code = text::create_code(s_, s_.curel, cls, false);
+    fill_code_panel(text::convert(s_, code));
+    session_->set_text_pending(false);
+}
+
+void MainWindow::click_cell(int cell, bool ctrl, bool shift, bool right) {
+    if (session_->loading()) return;
+    if (browser_.click(cell, ctrl, shift, right)) fill_panel_for_current();
+    model_->marks_changed();
+}
+
+void MainWindow::double_click_cell(int cell, bool ctrl, bool shift) {
+    const workbench::DoubleClick d = browser_.double_click(s_, cell, ctrl, shift);
+    switch (d.what) {
+    case workbench::OpenWhat::refused:
+        prompt_->message(d.before + msgs_.get_msg(d.msg));
+        return;
+    case workbench::OpenWhat::text_editor:
+    case workbench::OpenWhat::icon_editor:
+        // Until the icon editor exists, both open the element's text.
+        if (d.row >= 0 && d.row != browser_.current_row()) browser_.set_current(browser_.cell_of_row(d.row));
+        fill_panel_for_current();
+        if (side_->isHidden()) toggle_code_panel();
+        panel_->setFocus(Qt::OtherFocusReason);
+        return;
+    case workbench::OpenWhat::multi_edit:
+    case workbench::OpenWhat::nothing:
+        return;
+    }
+}
+
+void MainWindow::select_all() {
+    if (session_->loading()) return;
+    browser_.select_all();
+    model_->marks_changed();
+}
+
+void MainWindow::search() {
+    const workbench::SearchResult r = browser_.search(s_, search_box_->text().toStdString(),
+                                                      search_types_->isChecked(), search_garmin_->isChecked());
+    if (r.msg != 0) prompt_->message(msgs_.get_msg(r.msg));
+    if (!r.garmin_type.empty()) search_count_->setText(QString::fromStdString(r.garmin_type));
+    if (!r.found) return;
+    search_count_->setText(QString::fromStdString(r.count));
+    grid_->show_cell(r.cell);
+    fill_panel_for_current();
+    model_->marks_changed();
+}
+
+void MainWindow::apply_changes() {
+    const QByteArray text = panel_->toPlainText().toUtf8();
+    session_->apply_code_panel(std::string(text.constData(), static_cast<size_t>(text.size())));
+}
+
+void MainWindow::codepage_chosen() {
+    if (filling_) return;
+    const int cp = leading_number(codepage_->currentText());
+    if (cp == s_.codepage) return;
+    if (cp <= 0 || !session_->change_codepage(cp)) {
+        if (cp <= 0) prompt_->message(msgs_.get_msg(19));
+        refresh_top_fields();
+        filling_ = true;
+        const int i = workbench::codepage_entry_index(s_.codepage);
+        if (i >= 0) codepage_->setCurrentIndex(i);
+        filling_ = false;
+        return;
+    }
+    model_->set_codepage(s_.codepage);
+    grid_->viewport()->update();
+}
+
+void MainWindow::show_context_menu(int cell, const QPoint& global) {
+    // The press of the right button has already selected the cell.
+    (void)cell;
+    QMenu menu(this);
+    QAction* edit = menu.addAction("Edit Text");
+    connect(edit, &QAction::triggered, this, [this] {
+        if (side_->isHidden()) toggle_code_panel();
+        panel_->setFocus(Qt::OtherFocusReason);
+    });
+    QAction* all = menu.addAction("Select All");
+    connect(all, &QAction::triggered, this, [this] { select_all(); });
+    menu.exec(global);
+}
+
+void MainWindow::preferences() {
+    const QtFontList fonts;
+    PreferencesDialog dlg(settings_, fonts, *services_.dialogs, *prompt_, this);
+    if (dlg.exec() != QDialog::Accepted) return;
+    settings_ = dlg.settings();
+    workbench::settings_to_store(settings_, s_);
+    settings_to_browser();
+    browser_.chg_icn(settings_.icon_size, label_text_height());
+    rebuild_grid();
+}
+
+void MainWindow::show_errors() {
+    if (!errors_) {
+        errors_ = new ErrorsWindow(this);
+        errors_->setWindowFlag(Qt::Window, true);
+    }
+    errors_->show_report(s_.loadrep);
+    errors_->show();
+    errors_->raise();
+}
+
+void MainWindow::toggle_code_panel() {
+    side_->setVisible(side_->isHidden());
+    toggle_panel_->setText(from_message(msgs_.get_msg(side_->isHidden() ? m_show_code_panel : m_hide_code_panel)));
+}
+
+// ---- files, activation, exit ------------------------------------------------------
+
+bool MainWindow::open_file(const std::string& path) {
+    if (session_->loading()) return false;
+    if ((s_.dirty || session_->text_pending()) && session_->fnsave_yn() != platform::Answer::no) return false;
+    s_.dirty = false;
+    return session_->open_path(path);
+}
+
+void MainWindow::first_activation() {
+    if (activated_) return;
+    activated_ = true;
+    session_->first_activation();
+}
+
+void MainWindow::showEvent(QShowEvent* e) {
+    QMainWindow::showEvent(e);
+    refresh_geometry();
+}
+
+void MainWindow::closeEvent(QCloseEvent* e) {
+    if (session_->loading() || !session_->close_request()) {
+        e->ignore();
+        return;
+    }
+    settings_.window_width = static_cast<int64_t>(width()) * workbench::k_twips_per_pixel;
+    settings_.window_height = static_cast<int64_t>(height()) * workbench::k_twips_per_pixel;
+    settings_.class_in_view = s_.curclass;
+    workbench::savedata(settings_file_, settings_, reset_done_, msgs_, *prompt_);
+    browser_.no_multi();
+    e->accept();
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent* e) {
+    if (e->mimeData()->hasUrls() && !e->mimeData()->urls().isEmpty() && e->mimeData()->urls().first().isLocalFile())
+        e->acceptProposedAction();
+}
+
+void MainWindow::dropEvent(QDropEvent* e) {
+    const QList<QUrl> urls = e->mimeData()->urls();
+    if (urls.isEmpty() || !urls.first().isLocalFile()) return;
+    e->acceptProposedAction();
+    const std::string path = to_path(urls.first().toLocalFile());
+    // Open after the drop has finished, so the source is not kept waiting by
+    // a question or a long load.
+    QMetaObject::invokeMethod(this, [this, path] { open_file(path); }, Qt::QueuedConnection);
 }
 
 }  // namespace korvex::gui

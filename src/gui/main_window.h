@@ -1,16 +1,196 @@
 // The editor's main window: the header fields, the class buttons, the grid of
 // icons, the code panel and the menus. The flows behind the commands live in
-// the Qt-free workbench; the window only calls them and shows their state.
+// the Qt-free session and browser; the window calls them and shows their state.
 #pragma once
 
 #include <QMainWindow>
+#include <QPointer>
+#include <array>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "gui/language_menu.h"
+#include "integration/messages.h"
+#include "model/store.h"
+#include "platform/clock.h"
+#include "platform/environment.h"
+#include "platform/file_dialog.h"
+#include "platform/launcher.h"
+#include "platform/prompt.h"
+#include "workbench/browser.h"
+#include "workbench/session.h"
+#include "workbench/settings_file.h"
+
+class QAction;
+class QActionGroup;
+class QCheckBox;
+class QComboBox;
+class QLabel;
+class QLineEdit;
+class QMenu;
+class QPlainTextEdit;
+class QProgressBar;
+class QPushButton;
+class QSplitter;
+class QToolButton;
 
 namespace korvex::gui {
 
-class MainWindow : public QMainWindow {
+class CellDelegate;
+class ErrorsWindow;
+class GridModel;
+class GridView;
+class QtFileDialog;
+class QtLauncher;
+class QtPrompt;
+
+// What the window talks to outside itself. Anything left null is the
+// desktop's own (message boxes, file dialogs, the association launcher, the
+// clock, the process environment).
+struct WindowServices {
+    platform::Prompt* prompt = nullptr;
+    platform::FileDialog* dialogs = nullptr;
+    platform::Launcher* launcher = nullptr;
+    const platform::Clock* clock = nullptr;
+    const platform::Environment* env = nullptr;
+    // Where 6.dat lives without the data folder's marker; "" is the program's folder.
+    std::string program_folder;
+};
+
+class MainWindow : public QMainWindow, public workbench::SessionView {
     Q_OBJECT
 public:
-    explicit MainWindow(QWidget* parent = nullptr);
+    explicit MainWindow(WindowServices services = {}, QWidget* parent = nullptr);
+    ~MainWindow() override;
+
+    // Opens a file as the command line or a drop gives it (.typ, .txt, .prj),
+    // after the dirty prompt. False when nothing was loaded.
+    bool open_file(const std::string& path);
+    // The first activation: the pending file, else the auto-load path.
+    void first_activation();
+
+    model::Store& store() { return s_; }
+    workbench::Browser& browser() { return browser_; }
+    workbench::Session& session() { return *session_; }
+    workbench::AppSettings& settings() { return settings_; }
+    GridView* grid() const { return grid_; }
+    GridModel* grid_model() const { return model_; }
+    CellDelegate* delegate() const { return delegate_; }
+    QPlainTextEdit* code_panel() const { return panel_; }
+    QPushButton* apply_button() const { return apply_; }
+    QLabel* status_label() const { return status_; }
+    QToolButton* report_label() const { return report_; }
+    // The File menu's actions by their menu captions (English).
+    QAction* action(const QString& name) const;
+    const std::array<QAction*, workbench::k_recent_count>& recent_actions() const { return recent_; }
+    QString class_button_text(int cls) const;
+
+    // The commands of the window, as the menus and buttons run them.
+    void show_class(int cls);
+    void set_icon_size(int size) override;
+    void click_cell(int cell, bool ctrl, bool shift, bool right = false);
+    void double_click_cell(int cell, bool ctrl, bool shift);
+    void select_all();
+    void search();
+    void apply_changes();
+
+    // SessionView
+    void rebuild_grid() override;
+    void update_cell(int cls, int32_t row) override;
+    void set_caption(const std::string& text) override;
+    void fill_code_panel(const std::string& text) override;
+    void menu_enable(bool on) override;
+    void enable_open(bool on) override;
+    void show_apply(bool visible) override;
+    void paint_report(bool red) override;
+    void focus_field(workbench::TopField f) override;
+    void select_codepage(int index) override;
+    void set_status(const std::string& text) override;
+    void show_recent(const std::vector<workbench::RecentEntry>& entries) override;
+    void busy(bool on) override;
+    void set_page_size(int size) override;
+
+protected:
+    void closeEvent(QCloseEvent* e) override;
+    void showEvent(QShowEvent* e) override;
+    void dragEnterEvent(QDragEnterEvent* e) override;
+    void dropEvent(QDropEvent* e) override;
+
+private:
+    void build_widgets();
+    void build_menus();
+    void apply_captions();
+    void refresh_geometry();
+    void refresh_counters();
+    void refresh_top_fields();
+    void refresh_pages();
+    void fill_panel_for_current();
+    void show_context_menu(int cell, const QPoint& global);
+    void show_errors();
+    void toggle_code_panel();
+    void codepage_chosen();
+    void preferences();
+    void settings_to_browser();
+    int label_text_height() const;
+    QString cap(const char* key, const char* english) const;
+
+    WindowServices services_;
+    model::Store s_;
+    workbench::AppSettings settings_;
+    integration::Messages msgs_;
+    workbench::Browser browser_;
+    std::string data_folder_;
+    std::string settings_file_;
+    bool reset_done_ = false;
+
+    std::unique_ptr<QtPrompt> own_prompt_;
+    std::unique_ptr<QtFileDialog> own_dialogs_;
+    std::unique_ptr<QtLauncher> own_launcher_;
+    std::unique_ptr<platform::SystemClock> own_clock_;
+    std::unique_ptr<platform::SystemEnvironment> own_env_;
+    platform::Prompt* prompt_ = nullptr;
+    std::unique_ptr<workbench::Session> session_;
+
+    // widgets
+    QLineEdit* fid_ = nullptr;
+    QLineEdit* pid_ = nullptr;
+    QComboBox* codepage_ = nullptr;
+    QComboBox* header_ = nullptr;
+    std::array<QPushButton*, 5> class_buttons_{};
+    QComboBox* pages_ = nullptr;
+    GridView* grid_ = nullptr;
+    GridModel* model_ = nullptr;
+    CellDelegate* delegate_ = nullptr;
+    QWidget* side_ = nullptr;
+    QSplitter* splitter_ = nullptr;
+    QPlainTextEdit* panel_ = nullptr;
+    QPushButton* apply_ = nullptr;
+    QLineEdit* search_box_ = nullptr;
+    QPushButton* search_button_ = nullptr;
+    QCheckBox* search_types_ = nullptr;
+    QCheckBox* search_garmin_ = nullptr;
+    QLabel* search_count_ = nullptr;
+    QLabel* status_ = nullptr;
+    QToolButton* report_ = nullptr;
+    QProgressBar* progress_ = nullptr;
+    QPointer<ErrorsWindow> errors_;
+
+    // menus
+    std::vector<QMenu*> top_menus_;
+    std::vector<QAction*> open_actions_;
+    std::array<QAction*, workbench::k_recent_count> recent_{};
+    QAction* clear_recent_ = nullptr;
+    QAction* save_ = nullptr;
+    QAction* toggle_panel_ = nullptr;
+    QActionGroup* sizes_ = nullptr;
+    std::vector<std::pair<QString, QAction*>> named_;
+    CaptionTable captions_;
+    LanguageMenu* languages_ = nullptr;
+
+    bool filling_ = false;   // the window itself is writing into the widgets
+    bool activated_ = false;
+    int busy_depth_ = 0;
 };
 
 }  // namespace korvex::gui

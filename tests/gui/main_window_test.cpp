@@ -1,13 +1,241 @@
+#include <QAction>
+#include <QApplication>
+#include <QDir>
+#include <QDateTime>
+#include <QFile>
+#include <QFileInfo>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QToolButton>
+
 #include <gtest/gtest.h>
 
+#include "gui/grid_model.h"
+#include "gui/grid_view.h"
 #include "gui/main_window.h"
+#include "platform/environment.h"
 
 namespace {
 
-TEST(MainWindow, Opens) {
-    korvex::gui::MainWindow w;
-    w.show();
-    EXPECT_TRUE(w.isVisible());
+using korvex::gui::MainWindow;
+using korvex::platform::Answer;
+
+const std::string k_samples = std::string(KORVEX_SOURCE_DIR) + "/data/samples/";
+
+// A window on a data folder of its own, with scripted answers and dialogs.
+struct Fixture {
+    QTemporaryDir home;
+    korvex::platform::MapEnvironment env;
+    korvex::platform::ScriptedPrompt prompt{Answer::no};
+    korvex::platform::ScriptedFileDialog dialogs;
+    korvex::platform::RecordingLauncher launcher;
+    korvex::platform::FixedClock clock{{2024, 5, 17, 13, 45, 30}};
+    std::unique_ptr<MainWindow> w;
+
+    Fixture() {
+        const std::string dir = home.path().toStdString();
+        env.set("HOME", dir);
+        env.set("XDG_DATA_HOME", dir + "/data");
+        korvex::gui::WindowServices sv;
+        sv.prompt = &prompt;
+        sv.dialogs = &dialogs;
+        sv.launcher = &launcher;
+        sv.clock = &clock;
+        sv.env = &env;
+        sv.program_folder = dir;
+        w = std::make_unique<MainWindow>(sv);
+        w->resize(900, 600);
+        w->show();
+        EXPECT_TRUE(QTest::qWaitForWindowExposed(w.get()));
+    }
+    std::string path(const std::string& name) const { return home.filePath(QString::fromStdString(name)).toStdString(); }
+
+    int cells() const { return w->grid_model()->rowCount(); }
+    // A real mouse click in the middle of a cell's icon.
+    void click(int cell, Qt::KeyboardModifiers mods = Qt::NoModifier) {
+        QApplication::processEvents();
+        korvex::gui::GridView* g = w->grid();
+        g->show_cell(cell);
+        const QRect r = g->visualRect(w->grid_model()->index(cell));
+        QTest::mouseClick(g->viewport(), Qt::LeftButton, mods, r.center() - QPoint(0, r.height() / 4));
+    }
+};
+
+TEST(MainWindow, OpensTheSamplesWithOneCellAnElementOfEachClass) {
+    Fixture f;
+    for (const char* name : {"sample.typ", "sample.txt"}) {
+        SCOPED_TRACE(name);
+        ASSERT_TRUE(f.w->open_file(k_samples + name));
+        const int expected[5] = {8, 9, 19, 1, 1};
+        for (int cls = 0; cls < 5; ++cls) {
+            f.w->show_class(cls);
+            EXPECT_EQ(f.cells(), expected[cls]) << "class " << cls;
+        }
+        EXPECT_EQ(f.w->class_button_text(2).toStdString(), "Points (19)");
+        EXPECT_EQ(f.w->status_label()->text().toStdString(), "Text Codepage 1252");
+    }
+    // The window shows and keeps the file it opened.
+    EXPECT_NE(f.w->windowTitle().toStdString().find("sample.txt"), std::string::npos);
+}
+
+TEST(MainWindow, ClicksBuildTheSelectionListsInBothDirections) {
+    Fixture f;
+    ASSERT_TRUE(f.w->open_file(k_samples + "sample.typ"));
+    f.w->show_class(2);
+    auto& b = f.w->browser();
+
+    f.click(2);
+    EXPECT_EQ(b.current_cell(), 2);
+    EXPECT_FALSE(f.w->code_panel()->toPlainText().isEmpty());
+    f.click(4, Qt::ControlModifier);
+    f.click(6, Qt::ControlModifier);
+    EXPECT_EQ(b.sel1(), ",4,6,");
+    f.click(6, Qt::ControlModifier);
+    f.click(4, Qt::ControlModifier);
+    EXPECT_EQ(b.sel1(), "");  // never a lone comma
+
+    f.click(3);
+    f.click(6, Qt::ShiftModifier);
+    const std::string down = b.sel1();
+    f.click(6);
+    f.click(3, Qt::ShiftModifier);
+    EXPECT_EQ(down, ",3,4,5,6,");
+    EXPECT_EQ(b.sel1(), down);
+
+    QTest::keyClick(f.w->grid(), Qt::Key_A, Qt::ControlModifier);
+    std::string all = ",";
+    for (int c = 0; c < 19; ++c) all += std::to_string(c) + ",";
+    EXPECT_EQ(b.sel1(), all);
+    EXPECT_TRUE(b.multi());
+
+    // A double click opens the element's text.
+    f.w->code_panel()->clear();
+    const QRect r = f.w->grid()->visualRect(f.w->grid_model()->index(5));
+    QTest::mouseDClick(f.w->grid()->viewport(), Qt::LeftButton, Qt::NoModifier, r.center() - QPoint(0, r.height() / 4));
+    EXPECT_EQ(b.current_cell(), 5);
+    EXPECT_TRUE(f.w->code_panel()->toPlainText().startsWith("[_point]"));
+}
+
+TEST(MainWindow, AnAppliedEditMakesTheProjectDirtyAndSaveAsWritesIt) {
+    Fixture f;
+    ASSERT_TRUE(f.w->open_file(k_samples + "sample.typ"));
+    f.w->show_class(2);
+    f.click(0);
+    QPlainTextEdit* panel = f.w->code_panel();
+    const std::string clean_title = f.w->windowTitle().toStdString();
+    EXPECT_EQ(clean_title.back(), 'p');
+
+    // Typing in the panel shows the button; applying marks the caption.
+    QString text = panel->toPlainText();
+    text.replace(QRegularExpression("String1=0x00,[^\n]*"), "String1=0x00,Renamed");
+    panel->setPlainText(text);
+    EXPECT_TRUE(f.w->apply_button()->isVisibleTo(f.w.get()));
+    f.w->apply_changes();
+    EXPECT_FALSE(f.w->apply_button()->isVisibleTo(f.w.get()));
+    EXPECT_TRUE(f.w->store().dirty);
+    EXPECT_EQ(f.w->windowTitle().toStdString(), clean_title + "+");
+
+    // Save TYP As: the first answer names a new file, which is written.
+    const std::string out = f.path("out.typ");
+    f.dialogs.script(out);
+    f.w->action("Save TYP As")->trigger();
+    EXPECT_TRUE(QFile::exists(QString::fromStdString(out)));
+    EXPECT_FALSE(f.w->store().dirty);
+    EXPECT_EQ(f.w->windowTitle().toStdString().back(), 'p');
+    EXPECT_NE(f.w->windowTitle().toStdString().find(out), std::string::npos);
+
+    // Again onto the same name: "File exists." answered No leaves it alone.
+    const auto before = QFileInfo(QString::fromStdString(out)).lastModified();
+    f.dialogs.script(out);
+    f.prompt.script(Answer::no);
+    f.w->action("Save a Copy As")->trigger();
+    ASSERT_FALSE(f.prompt.questions.empty());
+    EXPECT_NE(f.prompt.questions.back().find("File exists."), std::string::npos);
+    EXPECT_EQ(QFileInfo(QString::fromStdString(out)).lastModified(), before);
+
+    // The FID field is what the save checks: emptied, the save is refused.
+    auto* fid = f.w->findChild<QLineEdit*>("fid");
+    fid->setText("");
+    EXPECT_EQ(f.w->store().fid, "");
+    f.w->action("Save")->trigger();
+    EXPECT_EQ(f.prompt.messages.back(), "Please enter FID");
+    EXPECT_EQ(QFileInfo(QString::fromStdString(out)).lastModified(), before);
+}
+
+TEST(MainWindow, ClosingADirtyProjectAsksAndCancelKeepsTheWindow) {
+    Fixture f;
+    ASSERT_TRUE(f.w->open_file(k_samples + "sample.typ"));
+    f.w->session().set_dirty(true);
+    f.prompt.script(Answer::cancel);
+    EXPECT_FALSE(f.w->close());
+    EXPECT_TRUE(f.w->isVisible());
+    ASSERT_EQ(f.prompt.questions.size(), 1u);
+    EXPECT_EQ(f.prompt.questions[0], "Save changes before exiting?");
+    f.prompt.script(Answer::no);
+    EXPECT_TRUE(f.w->close());
+}
+
+TEST(MainWindow, TheReportLabelTurnsRedWithAReport) {
+    Fixture f;
+    ASSERT_TRUE(f.w->open_file(k_samples + "sample.typ"));
+    f.w->store().loadrep = "Something odd\r\n";
+    f.w->session().paint_report();
+    EXPECT_EQ(f.w->report_label()->styleSheet().toStdString(), "color: red;");
+    f.w->store().loadrep.clear();
+    f.w->session().paint_report();
+    EXPECT_EQ(f.w->report_label()->styleSheet().toStdString(), "color: black;");
+}
+
+}  // namespace
+
+namespace {
+
+QMenu* top_menu(MainWindow& w, int n) { return w.menuBar()->actions().at(n)->menu(); }
+
+TEST(MainWindow, RecentFilesComeFirstAndAGoneFileIsGreyed) {
+    Fixture f;
+    const std::string copy = f.path("copy.typ");
+    ASSERT_TRUE(QFile::copy(QString::fromStdString(k_samples + "sample.typ"), QString::fromStdString(copy)));
+    ASSERT_TRUE(f.w->open_file(copy));
+    ASSERT_TRUE(f.w->open_file(k_samples + "sample.typ"));
+    QFile::remove(QString::fromStdString(copy));
+    f.w->session().updatmff(k_samples + "sample.typ");
+
+    const auto& recent = f.w->recent_actions();
+    EXPECT_EQ(recent[0]->text().toStdString(), k_samples + "sample.typ");
+    EXPECT_TRUE(recent[0]->isEnabled());
+    EXPECT_EQ(recent[1]->text().toStdString(), copy);
+    EXPECT_TRUE(recent[1]->isVisible());
+    EXPECT_FALSE(recent[1]->isEnabled());
+    for (size_t i = 2; i < recent.size(); ++i) EXPECT_FALSE(recent[i]->isVisible()) << i;
+}
+
+TEST(MainWindow, ALanguageFileRewordsMenusButtonsAndMessages) {
+    Fixture f;
+    ASSERT_TRUE(f.w->open_file(k_samples + "sample.typ"));
+    QMenu* language = top_menu(*f.w, 3);
+    QAction* deutsch = nullptr;
+    for (QAction* a : language->actions())
+        if (a->text() == "Deutsch") deutsch = a;
+    ASSERT_NE(deutsch, nullptr);
+    deutsch->trigger();
+    EXPECT_EQ(top_menu(*f.w, 0)->title().toStdString(), "Datei");
+    EXPECT_EQ(f.w->class_button_text(2).toStdString(), "Punkte (19)");
+    EXPECT_EQ(f.w->action("Save")->text().toStdString(), "TYP speichern");
+    EXPECT_EQ(f.w->action("Hide Code Panel")->text().toStdString(), "Code-Feld ausblenden");
+    EXPECT_NE(f.w->settings().language_file.find("deutsch.lan"), std::string::npos);
+
+    language->actions().at(0)->trigger();  // English
+    EXPECT_EQ(top_menu(*f.w, 0)->title().toStdString(), "File");
+    EXPECT_EQ(f.w->class_button_text(2).toStdString(), "Points (19)");
+    EXPECT_EQ(f.w->settings().language_file, "");
 }
 
 }  // namespace

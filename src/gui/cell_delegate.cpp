@@ -1,0 +1,73 @@
+#include "gui/cell_delegate.h"
+
+#include <QPainter>
+
+#include "gui/grid_model.h"
+
+namespace korvex::gui {
+
+namespace {
+
+const QColor k_primary(51, 153, 255, 110);
+const QColor k_primary_frame(0, 90, 200);
+const QColor k_secondary_frame(230, 120, 0);
+
+}  // namespace
+
+CellDelegate::CellDelegate(model::Store& s, workbench::Browser& browser, GridModel& model, QObject* parent)
+    : QStyledItemDelegate(parent), s_(s), browser_(browser), model_(model) {}
+
+void CellDelegate::set_geometry(int side, int label_height, int pitch, int width) {
+    side_ = side;
+    label_h_ = label_height;
+    pitch_ = pitch;
+    width_ = width;
+}
+
+QSize CellDelegate::sizeHint(const QStyleOptionViewItem&, const QModelIndex&) const {
+    return {width_, pitch_};
+}
+
+void CellDelegate::paint(QPainter* p, const QStyleOptionViewItem& option, const QModelIndex& index) const {
+    ++paints_;
+    const int cell = index.row();
+    const QRect r = option.rect;
+    const QRect icon_box(r.x() + (r.width() - side_) / 2, r.y(), side_, side_);
+    const QRect label_box(r.x(), r.y() + side_, r.width(), label_h_);
+
+    p->save();
+    p->setRenderHint(QPainter::SmoothPixmapTransform, false);
+    p->drawPixmap(icon_box.topLeft(), model_.icon(cell));
+
+    const workbench::Mark mark = browser_.mark(cell);
+    const bool current = cell == browser_.current_cell();
+    if (mark == workbench::Mark::primary || (current && browser_.sel1().empty())) {
+        p->fillRect(label_box, k_primary);
+        p->setPen(QPen(k_primary_frame, 2));
+        p->drawRect(icon_box.adjusted(1, 1, -1, -1));
+    } else if (mark == workbench::Mark::secondary) {
+        p->setPen(QPen(k_secondary_frame, 2));
+        p->drawRect(icon_box.adjusted(1, 1, -1, -1));
+    }
+    // The element in the code panel keeps a thin frame inside a selection.
+    if (current && !browser_.sel1().empty()) {
+        p->setPen(QPen(k_primary_frame, 1, Qt::DotLine));
+        p->drawRect(r.adjusted(0, 0, -1, -1));
+    }
+
+    const workbench::CellLabel lab = browser_.label(s_, cell);
+    p->setFont(font_);
+    p->setPen(lab.grey ? QColor(Qt::gray)
+                       : QColor((lab.colour >> 16) & 0xFF, (lab.colour >> 8) & 0xFF, lab.colour & 0xFF));
+    p->drawText(label_box, Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap, model_.label_text(cell));
+
+    if (browser_.not_in_style(s_, cell)) {
+        p->setPen(QPen(Qt::red, 2));
+        const QRect x(icon_box.x() + 2, icon_box.y() + 2, std::max(6, side_ / 4), std::max(6, side_ / 4));
+        p->drawLine(x.topLeft(), x.bottomRight());
+        p->drawLine(x.topRight(), x.bottomLeft());
+    }
+    p->restore();
+}
+
+}  // namespace korvex::gui

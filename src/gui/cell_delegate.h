@@ -1,0 +1,40 @@
+// Paints one grid cell: highlight, icon (pixel art, never smoothed), the
+// label under it and the red X of an element not in the style.
+#pragma once
+
+#include <QFont>
+#include <QStyledItemDelegate>
+
+#include "model/store.h"
+#include "workbench/browser.h"
+
+namespace korvex::gui {
+
+class GridModel;
+
+class CellDelegate : public QStyledItemDelegate {
+    Q_OBJECT
+public:
+    CellDelegate(model::Store& s, workbench::Browser& browser, GridModel& model, QObject* parent = nullptr);
+
+    // Cell geometry in logical pixels: icon side S, label height H, row pitch P.
+    void set_geometry(int side, int label_height, int pitch, int width);
+    void set_label_font(const QFont& f) { font_ = f; }
+
+    void paint(QPainter* p, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+
+    // Cells painted since the counter was last cleared.
+    int paints() const { return paints_; }
+    void clear_paints() { paints_ = 0; }
+
+private:
+    model::Store& s_;
+    workbench::Browser& browser_;
+    GridModel& model_;
+    QFont font_;
+    int side_ = 60, label_h_ = 39, pitch_ = 102, width_ = 63;
+    mutable int paints_ = 0;
+};
+
+}  // namespace korvex::gui
