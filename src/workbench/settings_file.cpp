@@ -108,7 +108,12 @@ void font_must_exist(std::string& name, const std::string& fallback, const platf
 // Writes lines in file order.
 class LineWriter {
 public:
-    void str(const std::string& v) { line(v.empty() ? std::string(" ") : v); }
+    // A line break inside a value would shift every later line.
+    void str(std::string v) {
+        for (char& c : v)
+            if (c == '\r' || c == '\n') c = ' ';
+        line(v.empty() ? std::string(" ") : v);
+    }
     void integer(int64_t v) { line(std::to_string(v)); }
     void flag(bool v) { line(v ? "1" : "0"); }
     void number(double v) {

@@ -82,10 +82,12 @@ TEST(SettingsFile, WriteReadWriteIsIdenticalAndHiddenEntriesStayHidden) {
     st.background = 12345.5;
     st.window_left = -3000;
     st.show_garmin_types = true;
+    st.spare23 = "two\r\nlines";
     const std::string text = write_settings(st);
     const auto lines = testing::lines_of(text);
     ASSERT_EQ(lines.size(), 128u);
     EXPECT_EQ(lines[2], " ");  // entry 1, hidden
+    EXPECT_EQ(lines[22], "two  lines");
     EXPECT_EQ(lines[28], "WWW");
     EXPECT_EQ(lines[30], "12345.5");
     EXPECT_EQ(lines[64], "660");
