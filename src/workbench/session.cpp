@@ -161,6 +161,7 @@ bool Session::first_activation() {
 }
 
 bool Session::open_path(const std::string& path) {
+    if (ends_with_ci(path, ".kmtf")) return open_theme(path);
     if (ends_with_ci(path, ".txt")) {
         if (!load_text_file(path, false)) return false;
         after_text_load(path);
@@ -257,6 +258,10 @@ bool Session::loadfile(const std::string& raw_path) {
 }
 
 bool Session::load_text_file(const std::string& path, bool utf8) {
+    if (loading_) {
+        loadfail_ = -1;
+        return false;
+    }
     std::string error;
     auto data = platform::read_file(path, &error);
     if (!data) {
@@ -290,6 +295,10 @@ bool Session::load_text_file(const std::string& path, bool utf8) {
 }
 
 bool Session::load_project_file(const std::string& path) {
+    if (loading_) {
+        loadfail_ = -1;
+        return false;
+    }
     newproject();
     save_as_forced_ = false;
     map_tag_.clear();
@@ -343,6 +352,17 @@ void Session::open_typ() {
     finchk();
 }
 
+// Themes are not read yet: New, then the answer a theme without its data gets.
+bool Session::open_theme(const std::string& path) {
+    newproject();
+    s_.curfile = "untitled";
+    map_tag_.clear();
+    update_title(s_.curfile);
+    ui_.message("Cannot find T data in " + path);
+    view_.menu_enable(true);
+    return false;
+}
+
 void Session::open_txt() { open_text_flow(false); }
 void Session::open_utf8_txt() { open_text_flow(true); }
 
@@ -355,12 +375,7 @@ void Session::open_text_flow(bool utf8) {
     if (name.empty() || name.find('*') != std::string::npos) return;
     settings_.last_text_path = name;
     if (ends_with_ci(name, ".kmtf")) {
-        newproject();
-        s_.curfile = "untitled";
-        map_tag_.clear();
-        update_title(s_.curfile);
-        ui_.message("Cannot find T data in " + name);
-        view_.menu_enable(true);
+        open_theme(name);
         return;
     }
     if (ends_with_ci(name, ".txt")) {

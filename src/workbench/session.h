@@ -233,6 +233,7 @@ private:
     bool load_text_file(const std::string& path, bool utf8);
     bool load_project_file(const std::string& path);
     void open_text_flow(bool utf8);
+    bool open_theme(const std::string& path);
     void after_text_load(const std::string& path);
     void show_recent_menu();
     void finchk();

@@ -9,6 +9,7 @@
 
 #include "platform/files.h"
 #include "support/harness.h"
+#include "text/text_writer.h"
 #include "workbench/log.h"
 #include "workbench/pending.h"
 #include "workbench/recent.h"
@@ -300,6 +301,33 @@ TEST(SessionSave, PendingTextNoDataAndThemesStopTheFlow) {
     b.dialogs.script(b.dir / "look.kmtf");
     b.session.open_txt();
     EXPECT_EQ(b.ui.messages.back(), "Cannot find T data in " + (b.dir / "look.kmtf"));
+}
+
+TEST(SessionPanel, ApplyTakesUtf8LabelsBackToThePageAndMarksTheCell) {
+    Bench b;
+    b.open_copy(".typ");
+    b.s.curclass = model::k_polygons;
+    b.s.curel = 0;
+    std::string panel;
+    for (int32_t row = 1; row <= b.s.pg_n && b.s.curel == 0; ++row) {
+        panel = text::convert(b.s, text::create_code(b.s, row, model::k_polygons, false));
+        if (panel.find(",Stadt") != std::string::npos) b.s.curel = row;
+    }
+    ASSERT_GT(b.s.curel, 0);
+    const size_t at = b.s.curel - 1;
+    b.session.set_text_pending(true);
+    EXPECT_FALSE(b.session.apply_code_panel(panel.replace(panel.find("Type="), 5, "Type=0xZZ")));
+    EXPECT_FALSE(b.s.dirty);
+    EXPECT_TRUE(b.view.apply_visible);
+
+    panel = text::convert(b.s, text::create_code(b.s, b.s.curel, model::k_polygons, false));
+    panel.replace(panel.find(",Stadt"), 6, ",St\xC3\xA4" "dt");
+    ASSERT_TRUE(b.session.apply_code_panel(panel));
+    EXPECT_NE(b.s.pg_txt[at].find(",St\xE4" "dt"), std::string::npos);
+    EXPECT_FALSE(b.view.apply_visible);
+    EXPECT_EQ(b.view.caption.back(), '+');
+    EXPECT_NE(std::find(b.view.calls.begin(), b.view.calls.end(), "cell 0 " + std::to_string(b.s.curel)),
+              b.view.calls.end());
 }
 
 }  // namespace
