@@ -28,7 +28,7 @@ TEST(Messages, BuiltinCatalogueKeepsExactTextsAndBreaks) {
     EXPECT_EQ(m.get_msg(23), "Created  ");
     EXPECT_EQ(m.get_msg(161), "  .");
     EXPECT_EQ(m.get_msg(225), "Double Click on Polygo  n and set draworder to 'none'.");
-    EXPECT_EQ(m.get_msg(237), "\r\n\r\n0x00 and other labels may convert to '???' - see manual");
+    EXPECT_EQ(m.get_msg(237), "\r\n\r\n0x00 and other labels may convert to '?\?\?' - see manual");
     EXPECT_EQ(m.get_msg(219), "Cannot find a valid Garmin type number.\r\nChange base value in Preference.\r\n\r\nSee Manual");
     EXPECT_EQ(builtin_msg(34), "Will try & close this down. This may take 10 secs.$$Try again?");
     for (int n : {0, 1, 17, 278, -5}) EXPECT_EQ(m.get_msg(n), "") << n;
