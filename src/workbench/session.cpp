@@ -646,6 +646,17 @@ void Session::set_text_pending(bool pending) {
 
 namespace {
 
+// A text widget ends its lines with LF alone; the columns keep CR LF.
+std::string with_crlf(const std::string& text) {
+    std::string out;
+    out.reserve(text.size() + text.size() / 16);
+    for (size_t i = 0; i < text.size(); ++i) {
+        if (text[i] == '\n' && (i == 0 || text[i - 1] != '\r')) out += '\r';
+        out += text[i];
+    }
+    return out;
+}
+
 // The panel shows String texts as UTF-8; a single-byte project keeps them
 // as bytes of their language's page.
 std::string panel_to_store(const model::Store& s, const std::string& panel) {
@@ -684,7 +695,7 @@ bool Session::apply_code_panel(const std::string& panel, bool night) {
     if (cls == model::k_active_lines) row += s_.ln_n;
     if (cls == model::k_extra_points) row += s_.pt_n;
     const bool was_dirty = s_.dirty;
-    const text::PanelApply r = text::parsetext(s_, ui_, panel_to_store(s_, panel), cls, row, night);
+    const text::PanelApply r = text::parsetext(s_, ui_, panel_to_store(s_, with_crlf(panel)), cls, row, night);
     if (!r.caption.empty()) view_.set_status(r.caption);
     if (!r.ok) {
         s_.dirty = was_dirty;
