@@ -307,7 +307,10 @@ std::string write_settings(const AppSettings& st) {
     out.integer(st.label_font_size);
     out.str(st.label_font);
     out.str("WWW");
-    out.str(st.codepage_text);
+    // The codepage box shows "1252 West European"; the file keeps the number.
+    const std::string_view cp = trim(st.codepage_text);
+    const size_t digits = cp.find_first_not_of("0123456789");
+    out.str(std::string(digits == 0 ? cp : cp.substr(0, digits)));
     out.number(st.background);
     out.integer(st.icon_size);
     out.integer(st.editor_grid_colour);
@@ -342,7 +345,7 @@ std::string write_settings(const AppSettings& st) {
     out.flag(st.logs_on);
     out.flag(st.daily_log);
     out.str(st.viewer_path);
-    out.integer(st.extra_page_size);
+    out.integer(st.extra_page_size == 0 ? 10 : st.extra_page_size);
     out.integer(st.window_left);
     out.integer(st.window_top);
     out.integer(0);

@@ -83,12 +83,16 @@ TEST(SettingsFile, WriteReadWriteIsIdenticalAndHiddenEntriesStayHidden) {
     st.window_left = -3000;
     st.show_garmin_types = true;
     st.spare23 = "two\r\nlines";
+    st.codepage_text = "1250 Cent.European";
+    st.extra_page_size = 0;
     const std::string text = write_settings(st);
     const auto lines = testing::lines_of(text);
     ASSERT_EQ(lines.size(), 128u);
     EXPECT_EQ(lines[2], " ");  // entry 1, hidden
     EXPECT_EQ(lines[22], "two  lines");
     EXPECT_EQ(lines[28], "WWW");
+    EXPECT_EQ(lines[29], "1250");
+    EXPECT_EQ(lines[75], "10");
     EXPECT_EQ(lines[30], "12345.5");
     EXPECT_EQ(lines[64], "660");
     EXPECT_EQ(lines[127], "1");
