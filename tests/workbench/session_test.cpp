@@ -334,5 +334,33 @@ TEST(SessionPanel, ApplyTakesUtf8LabelsBackToThePageAndMarksTheCell) {
               b.view.calls.end());
 }
 
+TEST(SessionCodepage, CrossingUtf8SavesUnderANewNameAndReloadsOthersJustTakeTheValue) {
+    Bench b;
+    b.open_copy(".txt");
+    EXPECT_TRUE(b.session.change_codepage(1250));
+    EXPECT_EQ(b.s.codepage, 1250);
+    EXPECT_FALSE(b.session.change_codepage(65001));
+    EXPECT_EQ(b.ui.messages.back(), "Save as TYP first.");
+    EXPECT_EQ(b.s.codepage, 1250);
+
+    Bench c;
+    const std::string path = c.open_copy(".typ");
+    c.ui.script(Answer::yes);
+    c.dialogs.script(c.dir / "utf");
+    EXPECT_TRUE(c.session.change_codepage(65001));
+    EXPECT_EQ(c.ui.questions[0], "TYP has to be saved and reloaded.\r\n\r\nContinue?");
+    EXPECT_EQ(c.dialogs.calls[0].start, c.dir / "work_65001.typ");
+    EXPECT_EQ(c.s.curfile, c.dir / "utf.typ");
+    EXPECT_EQ(c.s.codepage, 65001);
+    EXPECT_GT(c.s.pg_n, 0);
+
+    c.ui.script(Answer::no);
+    EXPECT_FALSE(c.session.change_codepage(1252));
+    EXPECT_EQ(c.ui.questions.back(),
+              "TYP has to be saved and reloaded.\r\n\r\n0x00 and other labels may convert to '??" "?' - see "
+              "manual\r\n\r\n0x00 = Codepage 1252?\r\n\r\nContinue?");
+    EXPECT_EQ(c.s.codepage, 65001);
+}
+
 }  // namespace
 }  // namespace korvex::workbench
