@@ -3,7 +3,9 @@
 #include <cstdlib>
 #include <string>
 
+#include "integration/messages.h"
 #include "model/store.h"
+#include "platform/fonts.h"
 #include "platform/clock.h"
 #include "platform/prompt.h"
 #include "text/load_driver.h"
@@ -12,11 +14,13 @@
 #include "text/text_writer.h"
 #include "typ/decoder.h"
 #include "typ/encoder.h"
+#include "workbench/settings_file.h"
 
 namespace korvex::fuzzing {
 
 namespace {
 
+using integration::Messages;
 using model::Store;
 
 const platform::FixedClock k_clock(platform::Stamp{2024, 5, 17, 13, 45, 30});
@@ -104,11 +108,40 @@ size_t panel_text(std::string_view bytes) {
     return printed;
 }
 
+size_t language_file(std::string_view bytes) {
+    integration::Messages m;
+    m.apply_lang_text("/fuzz/file.lan", bytes);
+    size_t shown = 0;
+    for (int n = -1; n <= 300; ++n) shown += m.get_msg(n).size();
+    for (const char* key : {"mfile", "mopentyp", "msave", "btnapplyX", "getclipY", "mlanguage", "combo3"})
+        shown += m.caption(key).size() + Messages::caption_margin(key);
+    for (const char* key : {"combo3", "combo4", "combo8"}) shown += m.fill_list(key).size();
+    shown += integration::language_name(bytes).size();
+    (void)integration::getlang(bytes);
+    return shown;
+}
+
+size_t settings_file(std::string_view bytes) {
+    const workbench::AppSettings defaults = workbench::default_settings("/fuzz/d");
+    const platform::FixedFontList fonts({"Arial", "Courier", "DejaVu Sans"});
+    std::vector<std::string> notes;
+    const workbench::AppSettings read = workbench::read_settings(bytes, defaults, &fonts, &notes);
+    // What was written reads back to the same file.
+    const std::string written = workbench::write_settings(read);
+    const std::string again = workbench::write_settings(workbench::read_settings(written, defaults, &fonts));
+    if (again != written) std::abort();
+    std::vector<std::string> names;
+    if (auto listed = platform::read_fonts_dat(bytes)) names = std::move(*listed);
+    return written.size() + names.size();
+}
+
 bool run_entry(std::string_view name, std::string_view bytes, size_t& printed) {
     if (name == "typ") printed = typ_file(bytes);
     else if (name == "text") printed = text_file(bytes);
     else if (name == "maptk") printed = maptk_project(bytes);
     else if (name == "panel") printed = panel_text(bytes);
+    else if (name == "language") printed = language_file(bytes);
+    else if (name == "settings") printed = settings_file(bytes);
     else return false;
     return true;
 }

@@ -23,11 +23,19 @@ size_t maptk_project(std::string_view bytes);
 // encoded.
 size_t panel_text(std::string_view bytes);
 
+// A language file: applied, then every message, some captions and the lists
+// asked for.
+size_t language_file(std::string_view bytes);
+
+// A settings file: read with every limit, written, read and written again,
+// which must give the same text (aborts otherwise).
+size_t settings_file(std::string_view bytes);
+
 // Each returns the bytes of text it printed, so that a test can tell a load
 // that blew up an input from one that kept to its size.
 
 // Runs the entry named by a findings folder ("typ", "text", "maptk",
-// "panel"); false for an unknown name.
+// "panel", "language", "settings"); false for an unknown name.
 bool run_entry(std::string_view name, std::string_view bytes, size_t& printed);
 
 }  // namespace korvex::fuzzing
