@@ -31,6 +31,7 @@ QSize CellDelegate::sizeHint(const QStyleOptionViewItem&, const QModelIndex&) co
 void CellDelegate::paint(QPainter* p, const QStyleOptionViewItem& option, const QModelIndex& index) const {
     ++paints_;
     const int cell = index.row();
+    if (!model_.cell_valid(cell)) return;
     const QRect r = option.rect;
     const QRect icon_box(r.x() + (r.width() - side_) / 2, r.y(), side_, side_);
     const QRect label_box(r.x(), r.y() + side_, r.width(), label_h_);

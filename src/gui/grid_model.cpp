@@ -23,7 +23,7 @@ int GridModel::rowCount(const QModelIndex& parent) const {
 }
 
 QVariant GridModel::data(const QModelIndex& index, int role) const {
-    if (!index.isValid() || index.row() >= browser_.cell_count()) return {};
+    if (!index.isValid() || !cell_valid(index.row())) return {};
     if (role == Qt::DisplayRole) return label_text(index.row());
     if (role == Qt::ToolTipRole) return from_message(browser_.tooltip(s_, index.row()));
     return {};
@@ -46,9 +46,26 @@ void GridModel::set_background(uint32_t rgb) {
     cache_.clear();
 }
 
+// A paint that arrives while a load refills the tables (progress serves the
+// event queue) may name a row that is gone.
+bool GridModel::row_exists(int32_t row) const {
+    const size_t r = static_cast<size_t>(row);
+    switch (browser_.cls()) {
+    case model::k_polygons: return r < s_.pg_txt.size();
+    case model::k_lines:
+    case model::k_active_lines: return r < s_.ln_txt.size();
+    default: return r < s_.pt_txt.size();
+    }
+}
+
+bool GridModel::cell_valid(int cell) const {
+    const int32_t row = browser_.row_of(cell);
+    return row >= 0 && row_exists(row);
+}
+
 QPixmap GridModel::icon(int cell) const {
     const int32_t row = browser_.row_of(cell);
-    if (row < 0) return {};
+    if (row < 0 || !row_exists(row)) return {};
     const bool night = browser_.night_cell(cell);
     if (const QPixmap* hit = cache_.object(key(row, night))) return *hit;
 

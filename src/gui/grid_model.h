@@ -33,6 +33,8 @@ public:
     // Codepage of the labels.
     void set_codepage(int cp) { codepage_ = cp; }
 
+    // False for a cell whose row the tables no longer hold.
+    bool cell_valid(int cell) const;
     // The icon of a cell at the icon side, from the cache or painted now.
     QPixmap icon(int cell) const;
     QString label_text(int cell) const;
@@ -48,6 +50,7 @@ public:
     int painted() const { return painted_; }
 
 private:
+    bool row_exists(int32_t row) const;
     static qint64 key(int32_t row, bool night) { return (static_cast<qint64>(row) << 1) | (night ? 1 : 0); }
 
     model::Store& s_;
