@@ -8,12 +8,15 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
+#include <QMimeData>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QToolButton>
+#include <QUrl>
+#include <QDropEvent>
 
 #include <gtest/gtest.h>
 
@@ -83,6 +86,17 @@ TEST(MainWindow, OpensTheSamplesWithOneCellAnElementOfEachClass) {
     }
     // The window shows and keeps the file it opened.
     EXPECT_NE(f.w->windowTitle().toStdString().find("sample.txt"), std::string::npos);
+
+    // A file dropped on the window opens as well.
+    QMimeData mime;
+    mime.setUrls({QUrl::fromLocalFile(QString::fromStdString(k_samples + "sample.typ"))});
+    QDragEnterEvent enter(QPoint(20, 20), Qt::CopyAction, &mime, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(f.w.get(), &enter);
+    EXPECT_TRUE(enter.isAccepted());
+    QDropEvent drop(QPointF(20, 20), Qt::CopyAction, &mime, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(f.w.get(), &drop);
+    QApplication::processEvents();
+    EXPECT_NE(f.w->windowTitle().toStdString().find("sample.typ"), std::string::npos);
 }
 
 TEST(MainWindow, ClicksBuildTheSelectionListsInBothDirections) {
