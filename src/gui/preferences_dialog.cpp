@@ -1,5 +1,7 @@
 #include "gui/preferences_dialog.h"
 
+#include <algorithm>
+
 #include <QCheckBox>
 #include <QColor>
 #include <QColorDialog>
@@ -40,7 +42,7 @@ const std::array<const char*, k_label_languages>& label_languages() {
 namespace {
 
 // The slider of the custom icon size runs 110 below the size it gives.
-constexpr int k_custom_offset = 110;
+constexpr int k_custom_offset = workbench::k_custom_scroll_offset;
 constexpr int k_custom_min = 250;
 constexpr int k_custom_max = 1500;
 
@@ -71,7 +73,7 @@ QColor colour_of(int64_t v) { return QColor(int(v & 0xFF), int(v >> 8 & 0xFF), i
 
 PreferencesDialog::PreferencesDialog(const workbench::AppSettings& current, const platform::FontList& fonts,
                                      platform::FileDialog& files, platform::Prompt& ui, QWidget* parent)
-    : QDialog(parent), current_(current), result_(current), fonts_(fonts), files_(files), ui_(ui) {
+    : QDialog(parent), result_(current), fonts_(fonts), files_(files), ui_(ui) {
     setObjectName(QStringLiteral("pref"));
     setWindowTitle(QStringLiteral("Preferences"));
     picker_ = [this](int64_t now) -> int64_t {
@@ -102,7 +104,8 @@ PreferencesDialog::PreferencesDialog(const workbench::AppSettings& current, cons
     layout->addWidget(panes_);
     layout->addLayout(buttons);
 
-    load(current_);
+    load(workbench::pref_from(current));
+    extra_page_->setValue(current.extra_page_size);
 }
 
 QCheckBox* PreferencesDialog::tick(const char* name, const char* caption) {
@@ -189,6 +192,8 @@ QWidget* PreferencesDialog::colour_pane() {
     click_shades_ = tick("click_shades", "On Click Show Shades");
     filter_selected_ = tick("filter_selected", "Apply Colour Filter to Selected Colour");
     trim_poi_ = tick("trim_poi", "Trim POI Colours");
+    palette16_ = tick("palette16", "Colour Palette 16");
+    half_day_night_ = tick("half_day_night", "Half Day Half Night");
 
     form->addRow(QStringLiteral("Background Colour"), background_button_);
     form->addRow(QString(), magenta_);
@@ -199,6 +204,8 @@ QWidget* PreferencesDialog::colour_pane() {
     form->addRow(QString(), click_shades_);
     form->addRow(QString(), filter_selected_);
     form->addRow(QString(), trim_poi_);
+    form->addRow(QString(), palette16_);
+    form->addRow(QString(), half_day_night_);
     return pane;
 }
 
@@ -247,6 +254,7 @@ QWidget* PreferencesDialog::advanced_pane() {
     remember_window_ = tick("remember_window", "Remember Window Dimensions");
     check_updates_ = tick("check_updates", "Automatically check for updates");
     copy_topo_ = tick("copy_topo", "Create Copy XXXTOPO files");
+    show_errors_ = tick("show_errors", "Show Errors");
 
     form->addRow(QStringLiteral("Mouse Scroll Sensitivity"), scroll_sens_);
     form->addRow(QString(), mouse_scroll_);
@@ -255,6 +263,7 @@ QWidget* PreferencesDialog::advanced_pane() {
     form->addRow(QString(), remember_window_);
     form->addRow(QString(), check_updates_);
     form->addRow(QString(), copy_topo_);
+    form->addRow(QString(), show_errors_);
     form->addRow(QStringLiteral("Custom Spelling Dictionary"),
                  path_row(dictionary_, "dictionary", "Custom Spelling Dictionary"));
     return pane;
@@ -264,6 +273,8 @@ QWidget* PreferencesDialog::software_pane() {
     auto* pane = new QWidget;
     auto* form = new QFormLayout(pane);
     form->addRow(QStringLiteral("Auto Load TYP"), path_row(auto_load_, "auto_load", "Auto Load TYP"));
+    current_typ_ = tick("use_as_current", "Use as current TYP");
+    form->addRow(QString(), current_typ_);
     form->addRow(QStringLiteral("Style Editor"), path_row(style_editor_, "style_editor", "Style Editor"));
     form->addRow(QStringLiteral("Basecamp / Mapsource"), path_row(viewer_, "viewer", "Basecamp / Mapsource"));
     form->addRow(QStringLiteral("Mossbit"), path_row(mossbit_, "mossbit", "Mossbit"));
@@ -283,117 +294,136 @@ void PreferencesDialog::pick_background() {
     show_background();
 }
 
-void PreferencesDialog::load(const workbench::AppSettings& st) {
-    language_->setCurrentIndex(st.langsel >= 0 && st.langsel < k_label_languages ? st.langsel : 0);
-    lang_default_->setChecked(st.lang_default != 0);
-    set_text(label_font_, st.label_font);
-    label_size_->setValue(st.label_font_size);
-    label_options_->setCurrentIndex(st.label_options >= 0 && st.label_options <= 2 ? st.label_options : 0);
-    font_colours_->setChecked(st.show_font_colors);
-    set_text(editor_font_, st.editor_text_font);
-    editor_size_->setValue(st.editor_text_size);
-    lock_font_->setChecked(st.lock_font != 0);
-    set_text(region_, st.region);
+void PreferencesDialog::load(const workbench::Preferences& p) {
+    language_->setCurrentIndex(p.langsel >= 0 && p.langsel < k_label_languages ? p.langsel : 0);
+    lang_default_->setChecked(p.lang_default);
+    set_text(label_font_, p.label_font);
+    label_size_->setValue(p.label_font_size);
+    label_options_->setCurrentIndex(p.label_options >= 0 && p.label_options <= 2 ? p.label_options : 0);
+    font_colours_->setChecked(p.show_font_colors);
+    set_text(editor_font_, p.editor_text_font);
+    editor_size_->setValue(p.editor_text_size);
+    lock_font_->setChecked(p.lock_font);
+    set_text(region_, p.region);
 
-    background_ = static_cast<int64_t>(st.background) & 0xFFFFFF;
+    background_ = static_cast<int64_t>(p.background) & 0xFFFFFF;
     show_background();
-    magenta_->setChecked(st.magenta_transparency);
-    nolabel_grey_->setChecked(st.nolabel_grey);
-    custom_size_->setValue(st.custom_icon_size - k_custom_offset);
-    custom_size_label_->setNum(custom_size_->value() + k_custom_offset);
-    point_size_->setValue(st.default_point_size);
-    max_canvas_->setValue(st.max_canvas_poi);
-    click_shades_->setChecked(st.click_shades);
-    filter_selected_->setChecked(st.filter_selected_colour);
-    trim_poi_->setChecked(st.trim_poi_colours != 0);
+    magenta_->setChecked(p.magenta_transparency);
+    nolabel_grey_->setChecked(p.nolabel_grey);
+    custom_size_->setValue(p.custom_icon_scroll);
+    custom_size_label_->setNum(custom_size_->value() + workbench::k_custom_scroll_offset);
+    point_size_->setValue(p.default_point_size);
+    max_canvas_->setValue(p.max_canvas_poi);
+    click_shades_->setChecked(p.click_shades);
+    filter_selected_->setChecked(p.filter_selected_colour);
+    trim_poi_->setChecked(p.trim_poi_colours);
+    palette16_->setChecked(p.palette16);
+    half_day_night_->setChecked(p.half_day_night);
+    icon_colour1_ = p.icon_colour1;
+    icon_colour2_ = p.icon_colour2;
 
-    point_seed_->setText(from_message(st.point_seed));
-    polygon_seed_->setText(from_message(st.polygon_seed));
-    line_seed_->setText(from_message(st.line_seed));
-    extra_page_->setValue(st.extra_page_size);
-    extra_hex_->setChecked(st.extra_hex != 0);
-    show_offsets_->setChecked(st.show_offsets);
-    garmin_types_->setChecked(st.show_garmin_types);
-    dblclick_text_->setChecked(st.dblclick_edit_text != 0);
-    duplicates_->setChecked(st.no_duplicate_check == 0);
-    unused_colours_->setChecked(st.unused_colour_check != 0);
-    not_in_style_->setChecked(st.show_not_in_style != 0);
+    point_seed_->setText(from_message(p.point_seed));
+    polygon_seed_->setText(from_message(p.polygon_seed));
+    line_seed_->setText(from_message(p.line_seed));
+    extra_hex_->setChecked(p.extra_hex);
+    show_offsets_->setChecked(p.show_offsets);
+    garmin_types_->setChecked(p.show_garmin_types);
+    dblclick_text_->setChecked(p.dblclick_edit_text);
+    duplicates_->setChecked(p.auto_check_duplicates);
+    unused_colours_->setChecked(p.unused_colour_check);
+    not_in_style_->setChecked(p.show_not_in_style);
 
-    scroll_sens_->setValue(st.scroll_sensitivity);
-    mouse_scroll_->setChecked(st.mouse_scroll != 0);
-    logs_->setChecked(st.logs_on);
-    daily_log_->setChecked(st.daily_log);
-    remember_window_->setChecked(st.remember_window);
-    check_updates_->setChecked(st.check_updates);
-    copy_topo_->setChecked(st.create_copy_topo != 0);
-    dictionary_->setText(from_path(st.dictionary_path));
+    scroll_sens_->setValue(p.scroll_sensitivity);
+    mouse_scroll_->setChecked(p.mouse_scroll);
+    logs_->setChecked(p.logs_on);
+    daily_log_->setChecked(p.daily_log);
+    remember_window_->setChecked(p.remember_window);
+    check_updates_->setChecked(p.check_updates);
+    copy_topo_->setChecked(p.create_copy_topo);
+    show_errors_->setChecked(p.show_errors);
+    dictionary_->setText(from_path(p.dictionary_path));
 
-    auto_load_->setText(from_path(st.auto_load_path));
-    style_editor_->setText(from_path(st.style_editor_path));
-    viewer_->setText(from_path(st.viewer_path));
-    mossbit_->setText(from_path(st.mossbit_path));
-    theme_editor_->setText(from_path(st.theme_editor_path));
+    auto_load_->setText(from_path(p.auto_load_path));
+    current_typ_->setChecked(p.use_as_current_typ);
+    style_editor_->setText(from_path(p.style_editor_path));
+    viewer_->setText(from_path(p.viewer_path));
+    mossbit_->setText(from_path(p.mossbit_path));
+    theme_editor_->setText(from_path(p.theme_editor_path));
 }
 
-workbench::AppSettings PreferencesDialog::collect(const workbench::AppSettings& base) const {
-    workbench::AppSettings st = base;
-    st.langsel = language_->currentIndex();
+workbench::Preferences PreferencesDialog::collect() const {
+    workbench::Preferences p;
+    p.langsel = language_->currentIndex();
     {
         // The name without its "0xNN " number.
-        const std::string entry = label_languages()[static_cast<size_t>(st.langsel)];
-        st.langname = entry.substr(entry.find(' ') + 1);
+        const std::string entry = label_languages()[static_cast<size_t>(p.langsel)];
+        p.langname = entry.substr(entry.find(' ') + 1);
     }
-    st.lang_default = lang_default_->isChecked() ? 1 : 0;
-    st.label_font = latin1(label_font_->currentText());
-    st.label_font_size = label_size_->value();
-    st.label_options = label_options_->currentIndex();
-    st.show_font_colors = font_colours_->isChecked();
-    st.editor_text_font = latin1(editor_font_->currentText());
-    st.editor_text_size = editor_size_->value();
-    st.lock_font = lock_font_->isChecked() ? 1 : 0;
-    st.region = latin1(region_->currentText().trimmed());
+    p.lang_default = lang_default_->isChecked();
+    p.label_font = latin1(label_font_->currentText().trimmed());
+    p.label_font_size = label_size_->value();
+    p.label_options = label_options_->currentIndex();
+    p.show_font_colors = font_colours_->isChecked();
+    p.editor_text_font = latin1(editor_font_->currentText().trimmed());
+    p.editor_text_size = editor_size_->value();
+    p.lock_font = lock_font_->isChecked();
+    p.region = latin1(region_->currentText().trimmed());
 
-    st.background = static_cast<double>(background_);
-    st.magenta_transparency = magenta_->isChecked();
-    st.nolabel_grey = nolabel_grey_->isChecked();
-    st.custom_icon_size = custom_size_->value() + k_custom_offset;
-    st.default_point_size = point_size_->value();
-    st.max_canvas_poi = max_canvas_->value();
-    st.click_shades = click_shades_->isChecked();
-    st.filter_selected_colour = filter_selected_->isChecked();
-    st.trim_poi_colours = trim_poi_->isChecked() ? 1 : 0;
+    p.background = static_cast<double>(background_);
+    p.magenta_transparency = magenta_->isChecked();
+    p.nolabel_grey = nolabel_grey_->isChecked();
+    p.custom_icon_scroll = custom_size_->value();
+    p.default_point_size = point_size_->value();
+    p.max_canvas_poi = max_canvas_->value();
+    p.click_shades = click_shades_->isChecked();
+    p.filter_selected_colour = filter_selected_->isChecked();
+    p.trim_poi_colours = trim_poi_->isChecked();
+    p.palette16 = palette16_->isChecked();
+    p.half_day_night = half_day_night_->isChecked();
+    p.icon_colour1 = icon_colour1_;
+    p.icon_colour2 = icon_colour2_;
 
-    st.point_seed = latin1(point_seed_->text().trimmed());
-    st.polygon_seed = latin1(polygon_seed_->text().trimmed());
-    st.line_seed = latin1(line_seed_->text().trimmed());
-    st.extra_page_size = extra_page_->value();
-    st.extra_hex = st.extra_hex2 = extra_hex_->isChecked() ? 1 : 0;
-    st.show_offsets = show_offsets_->isChecked();
-    st.show_garmin_types = garmin_types_->isChecked();
-    st.dblclick_edit_text = dblclick_text_->isChecked() ? 1 : 0;
-    st.no_duplicate_check = duplicates_->isChecked() ? 0 : 1;
-    st.unused_colour_check = unused_colours_->isChecked() ? 1 : 0;
-    st.show_not_in_style = not_in_style_->isChecked() ? 1 : 0;
+    p.point_seed = latin1(point_seed_->text());
+    p.polygon_seed = latin1(polygon_seed_->text());
+    p.line_seed = latin1(line_seed_->text());
+    p.extra_hex = extra_hex_->isChecked();
+    p.show_offsets = show_offsets_->isChecked();
+    p.show_garmin_types = garmin_types_->isChecked();
+    p.dblclick_edit_text = dblclick_text_->isChecked();
+    p.auto_check_duplicates = duplicates_->isChecked();
+    p.unused_colour_check = unused_colours_->isChecked();
+    p.show_not_in_style = not_in_style_->isChecked();
 
-    st.scroll_sensitivity = scroll_sens_->value();
-    st.mouse_scroll = mouse_scroll_->isChecked() ? 1 : 0;
-    st.logs_on = logs_->isChecked();
-    st.daily_log = daily_log_->isChecked();
-    st.remember_window = remember_window_->isChecked();
-    st.check_updates = st.check_updates2 = check_updates_->isChecked();
-    st.create_copy_topo = copy_topo_->isChecked() ? 1 : 0;
-    st.dictionary_path = to_path(dictionary_->text().trimmed());
+    p.scroll_sensitivity = scroll_sens_->value();
+    p.mouse_scroll = mouse_scroll_->isChecked();
+    p.logs_on = logs_->isChecked();
+    p.daily_log = daily_log_->isChecked();
+    p.remember_window = remember_window_->isChecked();
+    p.check_updates = check_updates_->isChecked();
+    p.create_copy_topo = copy_topo_->isChecked();
+    p.show_errors = show_errors_->isChecked();
+    p.dictionary_path = to_path(dictionary_->text().trimmed());
 
-    st.auto_load_path = to_path(auto_load_->text().trimmed());
-    st.style_editor_path = to_path(style_editor_->text().trimmed());
-    st.viewer_path = to_path(viewer_->text().trimmed());
-    st.mossbit_path = to_path(mossbit_->text().trimmed());
-    st.theme_editor_path = to_path(theme_editor_->text().trimmed());
-    return st;
+    p.auto_load_path = to_path(auto_load_->text().trimmed());
+    p.use_as_current_typ = current_typ_->isChecked();
+    p.style_editor_path = to_path(style_editor_->text().trimmed());
+    p.viewer_path = to_path(viewer_->text().trimmed());
+    p.mossbit_path = to_path(mossbit_->text().trimmed());
+    p.theme_editor_path = to_path(theme_editor_->text().trimmed());
+    return p;
 }
 
 void PreferencesDialog::apply() {
-    result_ = collect(current_);
+    workbench::Preferences p = collect();
+    workbench::AppSettings st = result_;
+    const workbench::PrefOutcome out = workbench::pref_apply(p, st, ui_);
+    // The checks may have cleared a value (a missing auto-load path).
+    load(p);
+    if (!out.applied) return;
+    // The page size of the Extra Points list is at least 10.
+    st.extra_page_size = std::max(10, extra_page_->value());
+    result_ = st;
+    outcome_ = out;
     accept();
 }
 

@@ -1,5 +1,5 @@
 // The Preferences dialog: five panes of settings edited on a copy; Apply
-// checks the copy and hands it back, Cancel drops it.
+// checks the copy (pref_apply) and hands back the settings, Cancel drops it.
 #pragma once
 
 #include <QDialog>
@@ -7,6 +7,7 @@
 #include <functional>
 #include <string>
 
+#include "workbench/preferences.h"
 #include "workbench/settings_file.h"
 
 class QCheckBox;
@@ -39,17 +40,19 @@ public:
     PreferencesDialog(const workbench::AppSettings& current, const platform::FontList& fonts,
                       platform::FileDialog& files, platform::Prompt& ui, QWidget* parent = nullptr);
 
-    // The settings as Apply left them; equal to the current ones until an
-    // Apply went through.
+    // The settings as the last Apply left them; the current ones until an
+    // Apply went through. What the window must redo after it is in outcome.
     const workbench::AppSettings& settings() const { return result_; }
+    const workbench::PrefOutcome& outcome() const { return outcome_; }
 
-    // The controls' values over base (fields without a control keep base's).
-    workbench::AppSettings collect(const workbench::AppSettings& base) const;
+    // The controls' values.
+    workbench::Preferences collect() const;
     // Puts the values into the controls.
-    void load(const workbench::AppSettings& st);
+    void load(const workbench::Preferences& p);
 
-    // Apply: checks the values, says each refusal through the prompt, keeps
-    // the old value of a refused field, and closes the dialog accepted.
+    // Apply: pref_apply says a refusal through the prompt and writes nothing,
+    // and the dialog stays open; otherwise the settings take the values and
+    // the dialog closes accepted.
     void apply();
 
     // The background colour picker; tests put in one that answers at once.
@@ -70,13 +73,14 @@ private:
     void show_background();
     void pick_background();
 
-    workbench::AppSettings current_;
     workbench::AppSettings result_;
+    workbench::PrefOutcome outcome_;
     const platform::FontList& fonts_;
     platform::FileDialog& files_;
     platform::Prompt& ui_;
     ColourPicker picker_;
     int64_t background_ = 0;
+    int64_t icon_colour1_ = 0, icon_colour2_ = 0;  // no control of their own here
 
     QTabWidget* panes_ = nullptr;
     // Language / Font
@@ -101,6 +105,8 @@ private:
     QCheckBox* click_shades_ = nullptr;
     QCheckBox* filter_selected_ = nullptr;
     QCheckBox* trim_poi_ = nullptr;
+    QCheckBox* palette16_ = nullptr;
+    QCheckBox* half_day_night_ = nullptr;
     // Elements
     QLineEdit* point_seed_ = nullptr;
     QLineEdit* polygon_seed_ = nullptr;
@@ -121,9 +127,11 @@ private:
     QCheckBox* remember_window_ = nullptr;
     QCheckBox* check_updates_ = nullptr;
     QCheckBox* copy_topo_ = nullptr;
+    QCheckBox* show_errors_ = nullptr;
     QLineEdit* dictionary_ = nullptr;
     // Software / Auto TYP
     QLineEdit* auto_load_ = nullptr;
+    QCheckBox* current_typ_ = nullptr;
     QLineEdit* style_editor_ = nullptr;
     QLineEdit* viewer_ = nullptr;
     QLineEdit* mossbit_ = nullptr;

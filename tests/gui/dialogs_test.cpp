@@ -2,6 +2,8 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
+#include <QMenu>
+#include <QSignalSpy>
 #include <QLineEdit>
 #include <QProgressBar>
 #include <QPushButton>
@@ -13,6 +15,7 @@
 #include <gtest/gtest.h>
 
 #include "gui/errors_window.h"
+#include "gui/language_menu.h"
 #include "gui/preferences_dialog.h"
 #include "gui/qt_prompt.h"
 #include "platform/file_dialog.h"
@@ -100,43 +103,87 @@ T* find(QWidget& w, const char* name) {
     return c;
 }
 
-TEST(PreferencesDialog, ApplyHandsBackTheControlsAndCancelDropsThem) {
+TEST(PreferencesDialog, ApplyHandsBackTheControlsRefusalsKeepTheOldValueCancelDrops) {
     PrefFixture f;
+    const std::string sample = std::string(KORVEX_SOURCE_DIR) + "/data/samples/sample.typ";
     f.st.label_font_size = 10;
     f.st.custom_icon_size = 700;
+    f.st.polygon_seed = "00100";
     f.st.auto_load_path = "/maps/a.typ";
     korvex::gui::PreferencesDialog d(f.st, f.fonts, f.files, f.ui);
     ASSERT_EQ(d.panes()->count(), 5);
     EXPECT_EQ(d.panes()->tabText(0), "Language / Font");
     EXPECT_EQ(d.panes()->tabText(4), "Software / Auto TYP");
     EXPECT_EQ(find<QSpinBox>(d, "label_size")->value(), 10);
-    // The slider runs 110 below the size.
+    // The slider runs 110 below the size; a polygon seed shows its type digits.
     EXPECT_EQ(find<QSlider>(d, "custom_size")->value(), 590);
+    EXPECT_EQ(find<QLineEdit>(d, "polygon_seed")->text(), "001");
     EXPECT_EQ(find<QLineEdit>(d, "auto_load")->text(), "/maps/a.typ");
 
+    // A refused value: its message, the dialog stays, the settings keep theirs.
+    find<QSpinBox>(d, "label_size")->setValue(40);
+    find<QPushButton>(d, "apply")->click();
+    EXPECT_EQ(f.ui.messages, std::vector<std::string>{"Font >5 & <30"});
+    EXPECT_EQ(d.result(), 0);
+    EXPECT_EQ(d.settings().label_font_size, 10);
+
+    find<QSpinBox>(d, "label_size")->setValue(12);
     find<QComboBox>(d, "language")->setCurrentIndex(0x19);
     find<QComboBox>(d, "label_font")->setCurrentText("DejaVu Sans");
     find<QSlider>(d, "custom_size")->setValue(1000);
     find<QCheckBox>(d, "logs")->setChecked(true);
     find<QCheckBox>(d, "duplicates")->setChecked(false);
-    f.files.script("/maps/b.typ");
+    find<QSpinBox>(d, "extra_page")->setValue(3);
+    f.files.script(sample);
     find<QPushButton>(d, "auto_load_browse")->click();
     find<QPushButton>(d, "apply")->click();
     EXPECT_EQ(d.result(), int(QDialog::Accepted));
     const auto& out = d.settings();
+    EXPECT_EQ(out.label_font_size, 12);
+    EXPECT_TRUE(d.outcome().font_changed);
     EXPECT_EQ(out.langsel, 0x19);
     EXPECT_EQ(out.langname, "Russian");
     EXPECT_EQ(out.label_font, "DejaVu Sans");
     EXPECT_EQ(out.custom_icon_size, 1110);
+    EXPECT_EQ(out.polygon_seed, "1");
     EXPECT_TRUE(out.logs_on);
     EXPECT_EQ(out.no_duplicate_check, 1);
-    EXPECT_EQ(out.auto_load_path, "/maps/b.typ");
+    EXPECT_EQ(out.extra_page_size, 10);
+    EXPECT_EQ(out.auto_load_path, sample);
     EXPECT_EQ(out.recent, f.st.recent);
 
     korvex::gui::PreferencesDialog c(f.st, f.fonts, f.files, f.ui);
     find<QSpinBox>(c, "label_size")->setValue(12);
     find<QPushButton>(c, "cancel")->click();
     EXPECT_EQ(c.settings().label_font_size, 10);
+}
+
+TEST(LanguageMenu, ListsTheBundledFileAndItsCaptionsComeAndGo) {
+    korvex::integration::Messages msgs;
+    QMenu languages, file(QStringLiteral("File"));
+    korvex::gui::CaptionTable captions;
+    captions.add(&file, "mfile", QStringLiteral("File"));
+    korvex::gui::LanguageMenu menu(&languages, msgs, {std::string(KORVEX_SOURCE_DIR) + "/data/languages"},
+                                   [&] { captions.apply(msgs); });
+    menu.rebuild();
+    ASSERT_EQ(languages.actions().size(), 2);
+    EXPECT_EQ(languages.actions()[0]->text(), "English");
+    EXPECT_EQ(languages.actions()[1]->text(), "Deutsch");
+    EXPECT_TRUE(languages.actions()[0]->isChecked());
+
+    QSignalSpy changed(&menu, &korvex::gui::LanguageMenu::language_changed);
+    languages.actions()[1]->trigger();
+    EXPECT_EQ(file.title(), "Datei");
+    EXPECT_EQ(msgs.get_msg(3), "Keine Daten.");
+    EXPECT_TRUE(languages.actions()[1]->isChecked());
+    ASSERT_EQ(changed.count(), 1);
+    EXPECT_TRUE(changed[0][0].toString().endsWith("deutsch.lan"));
+
+    EXPECT_TRUE(menu.select(0));
+    EXPECT_EQ(file.title(), "File");
+    EXPECT_EQ(msgs.get_msg(3), "No data.");
+    EXPECT_EQ(changed[1][0].toString(), "");
+    EXPECT_FALSE(menu.select(2));
 }
 
 }  // namespace
