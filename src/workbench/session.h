@@ -219,6 +219,8 @@ public:
     // A theme was loaded: Save becomes Save As until the next load or save.
     void force_save_as() { save_as_forced_ = true; }
     bool text_utf8() const { return text_utf8_; }
+    // The loaded file's code page is 65001.
+    bool codepage_utf8() const { return codepage_utf8_; }
 
     const std::string& data_folder() const { return data_folder_; }
     // The message of number n in the current language.
