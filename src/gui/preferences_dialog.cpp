@@ -82,6 +82,8 @@ PreferencesDialog::PreferencesDialog(const workbench::AppSettings& current, cons
     };
 
     panes_ = new QTabWidget;
+    // All five captions stay in sight: the dialog grows to fit them.
+    panes_->setUsesScrollButtons(false);
     panes_->addTab(language_pane(), QStringLiteral("Language / Font"));
     panes_->addTab(colour_pane(), QStringLiteral("Colours / Icons"));
     panes_->addTab(elements_pane(), QStringLiteral("Elements"));

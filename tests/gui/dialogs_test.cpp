@@ -1,5 +1,6 @@
 #include <QApplication>
 #include <QCheckBox>
+#include <QFileDialog>
 #include <QComboBox>
 #include <QLabel>
 #include <QMenu>
@@ -16,6 +17,7 @@
 
 #include "gui/errors_window.h"
 #include "gui/language_menu.h"
+#include "gui/qt_file_dialog.h"
 #include "gui/preferences_dialog.h"
 #include "gui/qt_prompt.h"
 #include "platform/file_dialog.h"
@@ -78,6 +80,26 @@ TEST(QtPrompt, ProgressAndStatusGoToTheWindowsWidgets) {
     // Labels in the file's page come through iconv; UTF-8 as it stands.
     EXPECT_EQ(korvex::gui::from_codepage("\xe9", 1252), QString::fromUtf8("\xc3\xa9"));
     EXPECT_EQ(korvex::gui::to_codepage(QString::fromUtf8("\xd0\x96"), 1251), "\xc6");
+}
+
+TEST(QtFileDialog, FiltersAndStartFolderReachTheDialogAndTheChoiceComesBack) {
+    korvex::gui::QtFileDialog files;
+    files.set_native(false);
+    const std::string folder = std::string(KORVEX_SOURCE_DIR) + "/data/samples";
+    QStringList filters;
+    QString start;
+    QTimer::singleShot(0, [&] {
+        auto* d = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+        ASSERT_NE(d, nullptr);
+        filters = d->nameFilters();
+        start = d->directory().absolutePath();
+        d->selectFile(QString::fromStdString(folder + "/sample.typ"));
+        QMetaObject::invokeMethod(d, "accept");
+    });
+    EXPECT_EQ(files.open_file("Open File", {"Typ files (*.typ)", "Themes (*.kmtf)"}, folder),
+              folder + "/sample.typ");
+    EXPECT_EQ(filters, QStringList({"Typ files (*.typ)", "Themes (*.kmtf)"}));
+    EXPECT_EQ(start, QString::fromStdString(folder));
 }
 
 TEST(ErrorsWindow, ShowsTheLoadReportLineByLine) {
