@@ -1,5 +1,7 @@
 #include "workbench/colour_table.h"
 
+#include <algorithm>
+
 namespace korvex::workbench {
 
 namespace {
@@ -36,7 +38,7 @@ bool read_colour_line(std::string_view line, int key_chars, ColourEntry& out) {
         out.bare = true;
     } else {
         out.key = line[at];
-        at += static_cast<size_t>(key_chars > 0 ? key_chars : 1);
+        at = std::min(line.size(), at + static_cast<size_t>(key_chars > 0 ? key_chars : 1));
     }
     const size_t hash = line.find('#', at);
     if (hash != std::string_view::npos) {

@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 
+#include "typ/point_pixels.h"
 #include "workbench/colour_table.h"
 
 namespace korvex::workbench {
@@ -16,7 +17,7 @@ namespace korvex::workbench {
 namespace {
 
 constexpr int k_side = 32;           // polygon tiles and line rows are 32 pixels wide
-constexpr int k_symbol_base = 36;    // "$", the symbol of colour 0 in point rows
+using typ::k_symbol_base;             // "$", the symbol of colour 0 in point rows
 constexpr int k_symbol_span = 16;    // second character of a two-character symbol
 constexpr int k_max_point_side = 255;  // a point record holds each side in a byte
 
@@ -53,7 +54,6 @@ Raster filled(int w, int h, uint32_t colour, IconFit fit) {
 struct Slots {
     std::array<uint32_t, 4> colour{};
     std::array<bool, 4> set{};
-    int count = 0;
 };
 
 Slots slots_of(const ColourTable& t, uint32_t background) {
@@ -65,7 +65,6 @@ Slots slots_of(const ColourTable& t, uint32_t background) {
         if (slot < 0 || slot > 3 || s.set[static_cast<size_t>(slot)]) continue;
         s.colour[static_cast<size_t>(slot)] = shown(e, background);
         s.set[static_cast<size_t>(slot)] = true;
-        ++s.count;
     }
     return s;
 }

@@ -43,6 +43,11 @@ Raster paintpgn(model::Store& s, int32_t row, uint32_t background, bool night = 
 Raster paintline(model::Store& s, int32_t row, uint32_t background, bool night = false);
 Raster paintpoi(model::Store& s, int32_t row, uint32_t background, bool night = false);
 
+// A point's night picture, for the cell behind its day cell.
+inline Raster paintbmpn(model::Store& s, int32_t row, uint32_t background) {
+    return paintpoi(s, row, background, true);
+}
+
 // The painter of the class: 0 polygons, 1 and 3 lines (row already offset
 // for active lines), 2 and 4 points.
 Raster paint_element(model::Store& s, int cls, int32_t row, uint32_t background, bool night = false);

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <random>
 
 #include "support/harness.h"
 #include "text/load_driver.h"
@@ -213,32 +214,51 @@ TEST(IconPainter, GarbageColumnsPaintEmptyWithOneReportLine) {
     EXPECT_TRUE(workbench::paintpgn(s, 5, k_bg).empty());
 }
 
+// Columns of random bytes mixed with the pieces of real ones: every painter
+// and every cell size returns a whole raster or an empty one.
+TEST(IconPainter, RandomColumnBytesNeverCrash) {
+    std::mt19937 rng(7);
+    const std::string pieces = "\"$%&'01# none alpha=15 c \r\nXpm=\"3 2 3 1\"ABCDEFabcdef";
+    const auto junk = [&](unsigned most) {
+        std::string t(rng() % most, ' ');
+        for (char& c : t) c = rng() % 3 ? pieces[rng() % pieces.size()] : static_cast<char>(rng());
+        return t;
+    };
+    for (int round = 0; round < 3000; ++round) {
+        model::Store s;
+        for (int cls : {model::k_polygons, model::k_lines, model::k_points}) model::procredim(s, cls, 1);
+        s.pg_col[0] = junk(80), s.pg_bmp[0] = junk(200), s.pg_mode[0] = static_cast<uint8_t>(rng());
+        s.ln_col[0] = junk(80), s.ln_bmp[0] = junk(200), s.ln_mode[0] = static_cast<uint8_t>(rng());
+        s.ln_wid[0] = static_cast<int16_t>(rng()), s.ln_bord[0] = static_cast<int16_t>(rng());
+        s.pt_xpm[0] = "DayXpm=\"" + std::to_string(rng() % 20) + " " + std::to_string(rng() % 20) + " 40 " +
+                      std::to_string(rng() % 3) + "\"" + junk(8);
+        s.pt_col[0] = junk(300), s.pt_bmp[0] = junk(400), s.pt_nbmp[0] = junk(400);
+        s.pt_nncol[0] = static_cast<int16_t>(rng() % 70);
+        for (int cls = 0; cls < 5; ++cls)
+            for (bool night : {false, true}) {
+                const Raster r = workbench::paint_cell(s, cls, 0, static_cast<int>(rng() % 50), k_bg, night);
+                ASSERT_EQ(r.px.size(), static_cast<size_t>(r.w) * static_cast<size_t>(r.h));
+            }
+    }
+}
+
 TEST(IconPainter, CellRepeatsTilesCentresRowsAndFitsPictures) {
-    Raster tile;
-    tile.w = tile.h = 2;
-    tile.px = {1, 2, 3, 4};
-    tile.fit = workbench::IconFit::tile;
-    const Raster t = workbench::fit_cell(tile, 5, k_bg);
-    ASSERT_EQ(t.w, 5);
+    using workbench::IconFit;
+    const auto icon = [](int w, int h, IconFit fit) {
+        Raster r;
+        r.w = w;
+        r.h = h;
+        r.fit = fit;
+        for (uint32_t k = 1; k <= static_cast<uint32_t>(w * h); ++k) r.px.push_back(k);
+        return r;
+    };
+    const Raster t = workbench::fit_cell(icon(2, 2, IconFit::tile), 5, k_bg);  // scale 2, repeated
     EXPECT_EQ(row_of(t, 0, 0, 5) + row_of(t, 4, 0, 1), "00000001 00000001 00000002 00000002 00000001 00000001 ");
-
-    Raster line = tile;
-    line.fit = workbench::IconFit::rows;
-    const Raster l = workbench::fit_cell(line, 6, k_bg);  // scale 3, rows 0..5
-    EXPECT_EQ(row_of(l, 0, 0, 6) + row_of(l, 5, 5, 1), "00000001 00000001 00000001 00000002 00000002 00000002 00000004 ");
-    line.h = 1;
-    line.px = {1, 2};
-    const Raster thin = workbench::fit_cell(line, 5, k_bg);  // scale 2, rows 1 and 2
-    EXPECT_EQ(row_of(thin, 0, 0, 1) + row_of(thin, 1, 4, 1) + row_of(thin, 3, 0, 1), "12345678 00000001 12345678 ");
-
-    Raster pic;
-    pic.w = 3;
-    pic.h = 2;
-    pic.px = {1, 2, 3, 4, 5, 6};
-    pic.fit = workbench::IconFit::picture;
-    const Raster c = workbench::fit_cell(pic, 7, k_bg);  // scale 2 at (0, 1)
+    const Raster l = workbench::fit_cell(icon(2, 1, IconFit::rows), 5, k_bg);  // scale 2, rows 1 and 2
+    EXPECT_EQ(row_of(l, 0, 0, 1) + row_of(l, 1, 4, 1) + row_of(l, 3, 0, 1), "12345678 00000001 12345678 ");
+    const Raster c = workbench::fit_cell(icon(3, 2, IconFit::picture), 7, k_bg);  // scale 2 at (0, 1)
     EXPECT_EQ(row_of(c, 0, 0, 1) + row_of(c, 1, 0, 7), "12345678 00000001 00000001 00000002 00000002 00000003 00000003 12345678 ");
-    const Raster shrunk = workbench::fit_cell(pic, 2, k_bg);  // one row of two
+    const Raster shrunk = workbench::fit_cell(icon(3, 2, IconFit::picture), 2, k_bg);  // one row of two
     EXPECT_EQ(row_of(shrunk, 0, 0, 2) + row_of(shrunk, 1, 0, 2), "00000001 00000002 12345678 12345678 ");
     EXPECT_EQ(workbench::fit_cell(Raster{}, 3, k_bg).px, std::vector<uint32_t>(9, k_bg));
 }
