@@ -473,6 +473,8 @@ void MainWindow::rebuild_grid() {
     refresh_counters();
     refresh_top_fields();
     refresh_pages();
+    // Extra points have no text form to apply.
+    panel_->setReadOnly(s_.curclass == model::k_extra_points);
     if (browser_.current_cell() >= 0) grid_->show_cell(browser_.current_cell());
     if (session_) session_->grid_built();
 }
