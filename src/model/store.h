@@ -58,6 +58,7 @@ struct WalkState {
     uint8_t byte122 = 0;             // the unknown header byte, kept for saving
     int64_t point_pixels = 0;        // pixels of the point pictures decoded so far
     int64_t label_bytes = 0;         // bytes of the label blocks read so far
+    int64_t line_rows = 0;           // characters of line picture rows made so far
 };
 
 struct Store {

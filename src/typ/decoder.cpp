@@ -31,11 +31,14 @@ struct Index {
 int64_t round_even(double v) { return static_cast<int64_t>(std::nearbyint(v)); }
 
 // A corrupt header may claim any count. Only entries that start inside the
-// file are real, so the tables never grow beyond what the file can hold.
+// file are real, so the tables never grow beyond what the file can hold. An
+// entry holds at least a type and one byte of offset, so a record size below
+// three cannot fit more entries into the file.
 int32_t clamp_count(Store& s, int64_t count, int64_t start, int recsize, const char* what) {
     if (count <= 0 || recsize <= 0) return 0;
     const auto size = static_cast<int64_t>(s.curf.size());
-    const int64_t room = start >= size || start < 0 ? 0 : (size - start + recsize - 1) / recsize;
+    const int64_t step = std::max(recsize, 3);
+    const int64_t room = start >= size || start < 0 ? 0 : (size - start + step - 1) / step;
     if (count > room) {
         model::note_once(s, std::string(what) + " index runs past the end of the file: " +
                                 std::to_string(count) + " entries claimed, " + std::to_string(room) + " read");

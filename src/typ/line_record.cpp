@@ -53,6 +53,17 @@ const char* const k_crlf = "\r\n";
 constexpr std::string_view k_row_of_ones = "11111111111111111111111111111111";
 constexpr std::string_view k_row_of_zeros = "00000000000000000000000000000000";
 
+// Rows of all line pictures together. A solid line's rows come from its width
+// and border, two bytes that can ask for hundreds of rows, and records that
+// overlap repeat them: a small file could otherwise print gigabytes. Real
+// files stay far below this.
+bool rows_fit(Store& s, int rows) {
+    s.walk.line_rows += static_cast<int64_t>(rows) * (k_row_of_ones.size() + 2);
+    if (s.walk.line_rows <= 64 * static_cast<int64_t>(s.curf.size()) + (1 << 20)) return true;
+    model::note_once(s, "Line pictures larger than the file can hold: read as empty");
+    return false;
+}
+
 bool known_scheme(int scheme) { return scheme != 2 && scheme != 4; }
 
 // Colours stored in a record of this scheme.
@@ -173,7 +184,8 @@ void finish_line(Store& s, int64_t pos, int32_t n, int flag2, int32_t off, int32
         // The browser draws a solid line from rows: border, line, border.
         std::string& text = s.ln_bmp[r];
         text.clear();
-        const int rows = 2 * d.border + d.width;
+        int rows = 2 * d.border + d.width;
+        if (!rows_fit(s, rows)) rows = 0;
         text.reserve(static_cast<size_t>(rows) * (k_row_of_ones.size() + 2));
         for (int k = 0; k < rows; ++k) {
             if (k) text += k_crlf;
@@ -287,6 +299,10 @@ void line_bmp(Store& s, int64_t pos, int32_t n, int flag, int32_t size) {
     int32_t off = 2 + count * k_colour_bytes;
     std::string& rows = s.ln_bmp[r];
     rows.clear();
+    if (!rows_fit(s, d.rows)) {
+        off += d.rows * k_row_bytes;
+        d.rows = 0;
+    }
     rows.reserve(static_cast<size_t>(d.rows) * 34);
     for (int row = 0; row < d.rows; ++row) {
         if (row) rows += k_crlf;
