@@ -37,10 +37,7 @@ TEST_P(FuzzFindings, ReplaysPrintingInProportionToTheInput) {
     const std::string bytes = korvex::testing::read_bytes(f.path);
     size_t printed = 0;
     ASSERT_TRUE(korvex::fuzzing::run_entry(f.target, bytes, printed)) << "no entry point for folder " << f.target;
-    // A text some hundred times its input at most: an index entry of three
-    // bytes names a whole element, whose text runs to a hundred bytes or more,
-    // and pictures print a symbol or two a pixel.
-    EXPECT_LT(printed, 128 * bytes.size() + 4000000) << f.path;
+    EXPECT_LE(printed, korvex::fuzzing::printed_limit(bytes.size())) << f.path;
 }
 
 INSTANTIATE_TEST_SUITE_P(Kept, FuzzFindings, ::testing::ValuesIn(findings()),

@@ -34,6 +34,11 @@ size_t settings_file(std::string_view bytes);
 // Each returns the bytes of text it printed, so that a test can tell a load
 // that blew up an input from one that kept to its size.
 
+// The most text an input of n bytes may print: an index entry of three bytes
+// names a whole element, whose text runs to a hundred bytes or more, and
+// pictures print a symbol or two a pixel.
+inline size_t printed_limit(size_t n) { return 128 * n + 4000000; }
+
 // Runs the entry named by a findings folder ("typ", "text", "maptk",
 // "panel", "language", "settings"); false for an unknown name.
 bool run_entry(std::string_view name, std::string_view bytes, size_t& printed);
