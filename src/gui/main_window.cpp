@@ -9,6 +9,7 @@
 #include <QComboBox>
 #include <QDragEnterEvent>
 #include <QDropEvent>
+#include <QFileInfo>
 #include <QFontMetrics>
 #include <QHBoxLayout>
 #include <QKeySequence>
@@ -353,10 +354,12 @@ void MainWindow::build_menus() {
         [this] { workbench::mreset(settings_file_, reset_done_, msgs_, *prompt_); });
 
     QMenu* language = menu("mlanguages", "Language");
-    std::vector<std::string> folders = {workbench::under(data_folder_, "languages"),
-                                        to_path(QApplication::applicationDirPath() + "/../share/korvex/languages")};
+    // The user's languages, then the installed ones, or those of the source
+    // tree for a program run from its build folder.
+    const QString installed = QApplication::applicationDirPath() + "/../share/korvex/languages";
+    std::vector<std::string> folders = {workbench::under(data_folder_, "languages"), to_path(installed)};
 #ifdef KORVEX_BUNDLED_LANGUAGES
-    folders.push_back(KORVEX_BUNDLED_LANGUAGES);
+    if (!QFileInfo::exists(installed)) folders.back() = KORVEX_BUNDLED_LANGUAGES;
 #endif
     languages_ = new LanguageMenu(language, msgs_, folders, [this] { apply_captions(); }, this);
     connect(languages_, &LanguageMenu::language_changed, this,
