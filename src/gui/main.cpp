@@ -1,6 +1,7 @@
 // korvex [FILE]: the editor window, opening FILE when given (else the pending
 // file or the auto-load path of the settings).
 #include <QApplication>
+#include <QFileInfo>
 #include <QTimer>
 
 #include "gui/main_window.h"
@@ -13,7 +14,9 @@ int main(int argc, char** argv) {
     korvex::gui::MainWindow w;
     w.show();
     const QStringList args = QApplication::arguments();
-    const std::string file = args.size() > 1 ? korvex::gui::to_path(args.at(1)) : std::string();
+    // Absolute, so that the caption and the recent list name the file fully.
+    const std::string file =
+        args.size() > 1 ? korvex::gui::to_path(QFileInfo(args.at(1)).absoluteFilePath()) : std::string();
     // After the first paint, so the window is there while the file loads.
     QTimer::singleShot(0, &w, [&w, file] {
         if (file.empty())
