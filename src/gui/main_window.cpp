@@ -296,6 +296,9 @@ void MainWindow::build_widgets() {
     progress_->setTextVisible(false);
     progress_->setRange(0, 100);
     progress_->setValue(0);
+    // The bar shows only while something reports progress.
+    progress_->setVisible(false);
+    connect(progress_, &QProgressBar::valueChanged, this, [this](int v) { progress_->setVisible(v > 0); });
     statusBar()->addWidget(status_);
     statusBar()->addWidget(report_);
     statusBar()->addPermanentWidget(progress_);
