@@ -236,14 +236,7 @@ bool Session::loadfile(const std::string& raw_path) {
     typ::open_typ_bytes(s_, ui_, std::move(data), path);
     codepage_utf8_ = s_.codepage == 65001;
 
-    if (count_in_view() > k_small_icons_above && settings_.icon_size >= 2) {
-        settings_.icon_size = 0;
-        view_.set_icon_size(0);
-    } else {
-        view_.select_codepage(codepage_entry_index(s_.codepage));
-        view_.rebuild_grid();
-    }
-    loading_ = false;
+    show_loaded();
 
     ui_.progress(0);
     paint_report();
@@ -278,14 +271,7 @@ bool Session::load_text_file(const std::string& path, bool utf8) {
     const bool ok = text::load_txt(s_, ui_, path, std::move(*data), true, false);
     text_utf8_ = utf8;
     codepage_utf8_ = s_.codepage == 65001;
-    if (count_in_view() > k_small_icons_above && settings_.icon_size >= 2) {
-        settings_.icon_size = 0;
-        view_.set_icon_size(0);
-    } else {
-        view_.select_codepage(codepage_entry_index(s_.codepage));
-        view_.rebuild_grid();
-    }
-    loading_ = false;
+    show_loaded();
     ui_.progress(0);
     paint_report();
     view_.set_status("Text Codepage " + std::to_string(s_.codepage));
@@ -633,6 +619,20 @@ int32_t Session::count_in_view() const {
     case model::k_extra_points: return s_.pt_nx;
     default: return 0;
     }
+}
+
+// A file with many elements of the class in view drops to the smallest icons,
+// which rebuilds the grid; else the grid is built at the size in force. The
+// loading guard falls with the build.
+void Session::show_loaded() {
+    if (count_in_view() > k_small_icons_above && settings_.icon_size >= 2) {
+        settings_.icon_size = 0;
+        view_.set_icon_size(0);
+    } else {
+        view_.select_codepage(codepage_entry_index(s_.codepage));
+        view_.rebuild_grid();
+    }
+    loading_ = false;
 }
 
 void Session::paint_report() { view_.paint_report(!s_.loadrep.empty()); }

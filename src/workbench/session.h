@@ -205,6 +205,7 @@ public:
 
     // Count of the elements of the class in view.
     int32_t count_in_view() const;
+    void show_loaded();
     // Paints the report label from loadrep.
     void paint_report();
 
