@@ -36,13 +36,7 @@ public:
 // point set has them.
 std::string large_typ() {
     model::Store s;
-    model::newproject(s);
-    s.fid = "9999";
-    s.pid = "1";
-    s.codepage = 1252;
-    s.hdr_len = 156;
-    s.hdr_caption = " 9c";
-    s.curf.assign(156, '\0');
+    samples::new_project(s, "9999", 156);
     for (int i = 0; i < k_points; ++i) {
         samples::PointSpec p;
         p.type = 0x100 + i / 32;

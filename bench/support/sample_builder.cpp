@@ -264,14 +264,19 @@ void add_point(model::Store& s, const PointSpec& p, bool extra) {
         ++s.pt_n;
 }
 
-void build_sample(model::Store& s) {
+void new_project(model::Store& s, const std::string& fid, int hdr_len) {
     model::newproject(s);
-    s.fid = "4711";
+    s.fid = fid;
     s.pid = "1";
     s.codepage = 1252;
-    s.hdr_len = 174;
-    s.hdr_caption = " ae";
-    s.curf.assign(174, '\0');
+    s.hdr_len = hdr_len;
+    static const char* hx = "0123456789abcdef";
+    s.hdr_caption = {' ', hx[(hdr_len >> 4) & 15], hx[hdr_len & 15]};
+    s.curf.assign(static_cast<size_t>(hdr_len), '\0');
+}
+
+void build_sample(model::Store& s) {
+    new_project(s, "4711", 174);
 
     // Every polygon scheme.
     const std::vector<Label> forest = {{0x04, "Forest"}, {0x02, "Wald"}};
@@ -347,13 +352,7 @@ void build_sample(model::Store& s) {
 }
 
 void build_large(model::Store& s, int64_t target_bytes) {
-    model::newproject(s);
-    s.fid = "9999";
-    s.pid = "1";
-    s.codepage = 1252;
-    s.hdr_len = 156;
-    s.hdr_caption = " 9c";
-    s.curf.assign(156, '\0');
+    new_project(s, "9999", 156);
     const std::string long_label(120, 'x');
     int level = 1;
     for (int t = 1; t < 0x50; ++t) {

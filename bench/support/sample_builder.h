@@ -65,6 +65,10 @@ void add_point(model::Store& s, const PointSpec& p, bool extra = false);
 // Adds a draw order token for a polygon type at a level.
 void add_level(model::Store& s, int type, int subtype, int level);
 
+// Empties the store for a new file of code page 1252 with the family id and a
+// zero-filled header of hdr_len bytes, as the encoder expects it.
+void new_project(model::Store& s, const std::string& fid, int hdr_len);
+
 // The bundled sample: every polygon scheme, line schemes with and without
 // bitmap, points in the three colour modes with and without night pictures
 // and with 1 to 200 colours, labels in two languages, fonts and custom
