@@ -170,7 +170,7 @@ bool save_txt(Store& s, platform::Prompt& ui, const platform::Clock& clock, int 
         ui.progress(20 * (k + 1));
     }
     if (!chunk.empty()) out(chunk);
-    s.dirty = false;
+    // dirty stays as it is: only the caller knows when the file is safely on disk.
     return true;
 }
 

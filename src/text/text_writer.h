@@ -27,7 +27,8 @@ std::string drword(const Store& s);
 
 // The whole text file: head, [_id], draw order, every class in order.
 // False with "Please enter valid PID at the top." / "...FID..." when an
-// identifier is 0. Sets dirty false.
+// identifier is 0. Leaves dirty alone: the caller clears it once the file
+// is committed.
 bool save_txt(Store& s, platform::Prompt& ui, const platform::Clock& clock, int kind, const TextSink& out);
 
 // The text of the element on show for the code panel. Its strings are bytes

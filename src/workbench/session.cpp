@@ -462,7 +462,7 @@ bool Session::check_ids(bool with_codepage) {
 
 bool Session::save_typ_to(const std::string& path) {
     if (!typ::save_typ(s_, ui_, clock_, true)) return false;
-    if (!typ::SaveFile(s_, ui_, path)) return false;
+    if (!typ::SaveFile(s_, ui_, path, *fs_)) return false;
     save_as_forced_ = false;
     set_dirty(false);
     return true;
@@ -516,8 +516,9 @@ bool Session::save(int entry) {
         if (!ends_with_ci(name, ".typ")) name += ".typ";
         if (!ask_replace(name)) return false;
         // A copy becomes the open file too: later saves go to the new name.
-        s_.curfile = name;
+        // A copy that was not written leaves the project where it was.
         const bool ok = save_typ_to(name);
+        if (ok) s_.curfile = name;
         update_title(s_.curfile);
         return ok;
     }();
@@ -547,7 +548,7 @@ bool Session::save_text(int entry) {
         if (!ends_with_ci(path, ".txt")) path += ".txt";
         if (!ask_replace(path)) return false;
     }
-    platform::AtomicWriter out(path);
+    platform::AtomicWriter out(path, *fs_);
     if (!out.ok()) {
         ui_.message("Cannot write " + path + ": " + out.error());
         return false;

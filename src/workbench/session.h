@@ -13,6 +13,7 @@
 #include "model/store.h"
 #include "platform/clock.h"
 #include "platform/file_dialog.h"
+#include "platform/file_system.h"
 #include "platform/launcher.h"
 #include "platform/prompt.h"
 #include "workbench/log.h"
@@ -224,6 +225,9 @@ public:
     bool codepage_utf8() const { return codepage_utf8_; }
 
     const std::string& data_folder() const { return data_folder_; }
+    // Every save of the project writes through fs (the real one by default);
+    // tests hand in one that fails the way a full disk does.
+    void set_file_system(platform::FileSystem& fs) { fs_ = &fs; }
     // The message of number n in the current language.
     std::string msg(int n) const { return msgs_.get_msg(n); }
 
@@ -251,6 +255,7 @@ private:
     const platform::Clock& clock_;
     std::string data_folder_;
     SessionView& view_;
+    platform::FileSystem* fs_ = &platform::real_file_system();
 
     bool text_pending_ = false;
     bool save_as_forced_ = false;
