@@ -236,6 +236,20 @@ void poiparse(Store& s, platform::Prompt& ui, const std::string& section, int32_
     if (day.head_line.empty()) return;
     if (!day.head.has_blank) model::note_once(s, type + " problems with xpm");
 
+    // Colours a pixel made into a palette of their own, in the section's
+    // place of colour lines and rows.
+    auto to_palette = [&](Picture& p) {
+        PalettePicture pp = palette_from_true_colour(p.rows);
+        p.colours.clear();
+        p.rows.clear();
+        for (std::string& c : pp.colours) p.colours.push_back(changed.emplace_back(std::move(c)));
+        for (std::string& x : pp.rows) p.rows.push_back(changed.emplace_back(std::move(x)));
+        p.cpp = pp.cpp;
+        p.head.field[2] = static_cast<int>(p.colours.size());
+        p.head.field[3] = pp.cpp;
+        p.head.mode.clear();
+    };
+
     // Day picture.
     int mode = 0;
     int none_at = -1;
@@ -247,12 +261,20 @@ void poiparse(Store& s, platform::Prompt& ui, const std::string& section, int32_
     std::string table;
     int ncol = 0;
     bool bare = false;
-    if (day.colours.empty() && !day.rows.empty() && std::any_of(day.rows.begin(), day.rows.end(), [](std::string_view x) { return holds(x, "#"); })) {
-        // Old style: the picture's lines are the colours of its pixels.
+    // A picture of colours a pixel: as it is when the record can hold it
+    // without palette; one with opacity needs a palette.
+    if (day.colours.empty() && !day.rows.empty() && true_colour_rows(day.rows)) {
         table = old_style_table(day.rows, mode);
-        day.rows.clear();
-        bare = true;
-    } else {
+        if (mode == 2) {
+            to_palette(day);
+            table.clear();
+            mode = 0;
+        } else {
+            day.rows.clear();
+            bare = true;
+        }
+    }
+    if (!bare) {
         table = canonical_table(day, day_symbols, mode, none_at, ncol);
         const std::vector<std::string> unknown = unknown_symbols(day.rows, day_symbols);
         if (!unknown.empty()) {
@@ -292,6 +314,8 @@ void poiparse(Store& s, platform::Prompt& ui, const std::string& section, int32_
     bool has_night = false;
     if (!night.head_line.empty() && keep_night) {
         has_night = true;
+        // A night picture always has a palette.
+        if (night.colours.empty() && true_colour_rows(night.rows)) to_palette(night);
         PointSymbols night_symbols;
         night_symbols.cpp = night.cpp;
         int night_mode = 0, night_none = -1, nncol = 0;

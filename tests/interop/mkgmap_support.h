@@ -156,6 +156,12 @@ inline std::string painted(const std::string& element) {
             }
             rows_seen = true;
             std::string row;
+            if (colours.empty() && body[0] == '#') {
+                // A picture without palette: the row is the pixels' colours.
+                for (size_t k = 0; k + 7 <= body.size(); k += 7) row += body.substr(k, 7) + " ";
+                out += row + "\n";
+                continue;
+            }
             for (size_t k = 0; k + cpp <= body.size(); k += cpp) {
                 std::string value = "?";
                 for (auto& c : colours)
