@@ -84,9 +84,14 @@ std::vector<std::string_view> split_views(std::string_view text, std::string_vie
 }
 
 // The text with its caseless spellings of marker made literal; text itself
-// when it holds the literal marker or none.
+// when every spelling in it is the literal one already. A file may mix
+// spellings ("[_polygon]" and "[_POLYGON]"), so each one is looked at.
 const std::string& with_marker(const std::string& text, const std::string& marker, std::string& copy) {
-    if (text.find(marker) != std::string::npos || !contains_caseless(text, marker)) return text;
+    bool literal = true;
+    for (size_t p = find_caseless(text, marker, 0); literal && p != std::string::npos;
+         p = find_caseless(text, marker, p + marker.size()))
+        literal = text.compare(p, marker.size(), marker) == 0;
+    if (literal) return text;
     copy = text;
     unify_marker(copy, marker);
     return copy;
