@@ -48,8 +48,9 @@ std::string canonical_table(const Picture& p, PointSymbols& symbols, int& mode, 
 // colour of one pixel; "#RRGGBBxA" carries alpha A.
 std::string old_style_table(const std::vector<std::string_view>& rows, int& mode);
 
-// A picture written as "#RRGGBB" a pixel (true colour, as mkgmap reads it)
-// turned into a palette: colour lines in canonical symbols, in order of first
+// A night picture written as "#RRGGBB" a pixel (true colour, as mkgmap
+// reads it; a record holds night pictures only with a palette) turned into
+// a palette: colour lines in canonical symbols, in order of first
 // appearance, and rows of those symbols. "#RRGGBBxA" carries alpha A as in
 // old-style lines. A record holds at most 255 colours; a pixel beyond them
 // takes the nearest colour already in the table.

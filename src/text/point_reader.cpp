@@ -155,6 +155,13 @@ void poiparse(Store& s, platform::Prompt& ui, const std::string& section, int32_
         if (ends_section) break;
         std::string line(view);
         if (typ::contains_caseless(line, ";123")) continue;
+        if (line.front() == ';') {
+            // Comments of the keys stay; what the writer prints behind a
+            // head (";Colours") is its own. A picture or key in a comment
+            // is no picture and no key.
+            if (!seen_colour && day.head_line.empty()) rest += line + k_crlf;
+            continue;
+        }
         std::string lo = lower(line);
         if (holds(lo, "xpm=") || holds(lo, "xpm =") || holds(lo, "xpm  =")) {
             line = normalise_equals(line);
@@ -165,12 +172,6 @@ void poiparse(Store& s, platform::Prompt& ui, const std::string& section, int32_
             p.head = read_head(line);
             const int stated = p.head.field[3];
             p.cpp = stated == 2 ? 2 : 1;
-            continue;
-        }
-        if (line.front() == ';') {
-            // Comments of the keys stay; what the writer prints behind a
-            // head (";Colours") is its own.
-            if (!seen_colour && day.head_line.empty()) rest += line + k_crlf;
             continue;
         }
         line = normalise_equals(line);
@@ -261,20 +262,12 @@ void poiparse(Store& s, platform::Prompt& ui, const std::string& section, int32_
     std::string table;
     int ncol = 0;
     bool bare = false;
-    // A picture of colours a pixel: as it is when the record can hold it
-    // without palette; one with opacity needs a palette.
     if (day.colours.empty() && !day.rows.empty() && true_colour_rows(day.rows)) {
+        // Old style: the picture's lines are the colours of its pixels.
         table = old_style_table(day.rows, mode);
-        if (mode == 2) {
-            to_palette(day);
-            table.clear();
-            mode = 0;
-        } else {
-            day.rows.clear();
-            bare = true;
-        }
-    }
-    if (!bare) {
+        day.rows.clear();
+        bare = true;
+    } else {
         table = canonical_table(day, day_symbols, mode, none_at, ncol);
         const std::vector<std::string> unknown = unknown_symbols(day.rows, day_symbols);
         if (!unknown.empty()) {

@@ -1,4 +1,5 @@
 // [_point] sections of a whole-file save (ordinary and extra points).
+#include <algorithm>
 #include <cctype>
 #include <cstdlib>
 #include <string>
@@ -70,7 +71,7 @@ std::string true_colour_picture(std::string& header, const std::vector<std::stri
     int height = 0;
     std::string last = "#000000";
     const size_t total = (colours.size() + static_cast<size_t>(width) - 1) / static_cast<size_t>(width) * static_cast<size_t>(width);
-    rows.reserve(total * 7 + colours.size() / static_cast<size_t>(width) * 2 + 2);
+    rows.reserve(total * 9 + colours.size() / static_cast<size_t>(width) * 2 + 2);
     for (size_t k = 0; k < total; ++k) {
         if (k < colours.size()) {
             const std::string_view c = colours[k];
@@ -79,6 +80,14 @@ std::string true_colour_picture(std::string& header, const std::vector<std::stri
             last = "#";
             for (size_t i = 0; i < 6; ++i)
                 last += i < n ? static_cast<char>(std::toupper(static_cast<unsigned char>(c[2 + i]))) : '0';
+            // Opacity rides in the old-style form "#RRGGBB" "0" and its digit,
+            // which the reader takes back.
+            const size_t a = c.find("alpha=");
+            if (a != std::string_view::npos) {
+                const int v = std::clamp(std::atoi(std::string(c.substr(a + 6)).c_str()), 0, 15);
+                last += '0';
+                last += "0123456789ABCDEF"[v];
+            }
         }
         rows += last;  // a short last row repeats its last colour
         if ((k + 1) % static_cast<size_t>(width) == 0) {
@@ -112,6 +121,12 @@ std::string point_section(const Store& s, int32_t r, bool extended, LineOptions&
     bool day_alpha = false;
     TypeLine type_line(lines);
     for_each_key_line(txt, [&](std::string_view raw, std::string_view line, std::string& lo) {
+        // A comment is a comment wherever it stands: an old picture or key
+        // kept in one never counts.
+        if (line.starts_with(';')) {
+            lines.emplace_back(raw);
+            return;
+        }
         if (lo.starts_with("subtype=")) {
             // pt_typ already holds the merged digits.
             if (!digits.empty()) return;

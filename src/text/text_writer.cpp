@@ -240,7 +240,7 @@ std::string create_code(Store& s, int32_t row, int cls, bool forfile) {
             return;
         }
         if (detail::trim(line).empty()) return;
-        if (is_point && detail::contains(lo, "nightxpm")) in_night = true;
+        if (is_point && !detail::trim(lo).starts_with(';') && detail::contains(lo, "nightxpm")) in_night = true;
         std::string& target = in_night ? night : day;
         target += line;
         target += crlf;

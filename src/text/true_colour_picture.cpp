@@ -1,7 +1,6 @@
 // Pictures whose pixels are colours ("#RRGGBB" a pixel) turned into a
-// palette, for the places where a record cannot hold them as they are: a
-// night picture always has a palette, and a picture without palette has no
-// opacity.
+// palette, for the place where a record cannot hold them as they are: a
+// night picture always has a palette.
 #include <algorithm>
 #include <climits>
 #include <unordered_map>

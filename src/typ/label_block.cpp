@@ -545,7 +545,10 @@ EncodedLabels encode_labels(Store& s, const std::string& element_text, int /*cls
         const size_t lf = text.find('\n', start);
         std::string_view raw = text.substr(start, lf == std::string_view::npos ? std::string_view::npos : lf - start);
         if (!raw.empty() && raw.back() == '\r') raw.remove_suffix(1);
-        if (raw.find('"') != std::string_view::npos && contains_caseless(raw, "xpm=")) break;
+        // A head kept in a comment (an old picture beside the new) is no head.
+        const size_t lead = raw.find_first_not_of(" \t");
+        const bool comment = lead != std::string_view::npos && raw[lead] == ';';
+        if (!comment && raw.find('"') != std::string_view::npos && contains_caseless(raw, "xpm=")) break;
         one_line(raw);
         if (lf == std::string_view::npos) break;
         start = lf + 1;
