@@ -1,7 +1,6 @@
 #include "workbench/clip_form.h"
 
 #include <cctype>
-#include <unordered_map>
 
 #include "text/text_writer.h"
 #include "typ/curf_access.h"
@@ -45,7 +44,7 @@ const char* class_plural(int cls) {
     }
 }
 
-std::string get_code(model::Store& s, int cls, int32_t row) {
+std::string get_code(model::Store& s, int cls, int32_t row, const Layers* layers) {
     std::string out = "krv" + std::to_string(cls);
     const auto r = static_cast<size_t>(row);
     if (cls == model::k_active_lines) out += "," + (r < s.ln_act.size() ? s.ln_act[r] : std::string());
@@ -53,8 +52,15 @@ std::string get_code(model::Store& s, int cls, int32_t row) {
     const int32_t code = row_type_code(s, cls, row);
     out += five_digits(code) + k_crlf;
     if (cls == model::k_polygons) {
+        // The list is what a save writes: a type may stand in several layers.
+        Layers own;
+        if (!layers) {
+            own = draworder_layers(s);
+            layers = &own;
+        }
+        const auto it = layers->find(code);
         const std::string drw = r < s.pg_drw.size() ? s.pg_drw[r] : std::string();
-        out += drw.empty() ? drw_entry(code, 0) : drw;
+        out += it != layers->end() ? drw_entry(code, it->second) : drw.empty() ? drw_entry(code, 0) : drw;
         out += k_crlf;
     }
     out += text::create_code(s, row - first_row(s, cls) + 1, cls, true);
@@ -65,10 +71,10 @@ std::string get_code(model::Store& s, int cls, int32_t row) {
 Clip read_clip(const std::string& text) {
     Clip clip;
     clip.any_bracket = text.find('[') != std::string::npos;
-    std::unordered_map<int32_t, int> drawn;  // levels of a pasted [_drawOrder]
+    Layers drawn;  // levels of a pasted [_drawOrder]
     int marker_cls = -1;
     std::string marker_activity;
-    int note_level = -1;
+    std::vector<int> note_levels;
     int kind = -1;              // the open section's kind, -1 for none
     ClipSection open;
     auto close = [&] {
@@ -82,12 +88,12 @@ Clip read_clip(const std::string& text) {
                 open.cls = model::k_active_lines;
                 open.activity = marker_cls == model::k_active_lines ? marker_activity : std::string();
             }
-            if (kind == model::k_polygons) open.level = note_level;
+            if (kind == model::k_polygons) open.levels = note_levels;
             clip.sections.push_back(std::move(open));
         }
         open = ClipSection{};
         kind = -1;
-        note_level = -1;
+        note_levels.clear();
     };
     size_t pos = 0;
     while (pos < text.size()) {
@@ -110,8 +116,8 @@ Clip read_clip(const std::string& text) {
                 marker_cls = low[3] - '0';
                 const size_t comma = low.find(',');
                 marker_activity = comma == std::string::npos ? std::string() : low.substr(comma + 1, 2);
-            } else if (low.rfind("type=", 0) == 0) {
-                note_level = entry_level(low);
+            } else if (low.rfind("type=", 0) == 0 && entry_level(low) >= 0) {
+                note_levels.push_back(entry_level(low));
             }
             continue;
         }
@@ -122,7 +128,7 @@ Clip read_clip(const std::string& text) {
                 const int level = entry_level(low);
                 std::string digits = low.substr(5, low.find(',') == std::string::npos ? std::string::npos : low.find(',') - 5);
                 const int32_t code = token_code(digits);
-                if (code >= 0 && level >= 0) drawn.emplace(code, level);
+                if (code >= 0 && level >= 0) drawn[code].push_back(level);
             }
             continue;
         }
@@ -131,9 +137,9 @@ Clip read_clip(const std::string& text) {
     }
     close();
     for (ClipSection& c : clip.sections) {
-        if (c.cls != model::k_polygons || c.level >= 0) continue;
+        if (c.cls != model::k_polygons || !c.levels.empty()) continue;
         const auto it = drawn.find(c.code);
-        if (it != drawn.end()) c.level = it->second;
+        if (it != drawn.end()) c.levels = it->second;
     }
     return clip;
 }

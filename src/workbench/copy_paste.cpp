@@ -87,9 +87,10 @@ bool ElementOps::mcopy(const std::vector<int32_t>& rows) {
     if (blocked()) return false;
     const int cls = s_.curclass;
     if (cls < 0 || cls >= model::k_extra_points) return false;
+    const Layers layers = cls == model::k_polygons ? draworder_layers(s_) : Layers();
     std::string text;
     for (const int32_t r : rows)
-        if (r >= first_row(s_, cls) && r < end_row(s_, cls)) text += get_code(s_, cls, r);
+        if (r >= first_row(s_, cls) && r < end_row(s_, cls)) text += get_code(s_, cls, r, &layers);
     if (text.empty()) return false;
     clip_.set_unicode_text(text::convert(s_, text));
     return true;
@@ -169,19 +170,19 @@ int32_t ElementOps::paste_clip(const std::string& raw, bool utf8) {
         if (cls == model::k_polygons) {
             bool can_have = true;
             drw_code(c.code, &can_have);
-            int level = c.level;
+            std::vector<int> own = c.levels;
             // A pasted polygon without a note is drawn like one of a text
             // load: at the level its type already has, else at level 1.
-            if (level < 0 && s_.pg_drw[static_cast<size_t>(row)].empty()) {
+            if (own.empty() && s_.pg_drw[static_cast<size_t>(row)].empty()) {
                 if (!standing_read) standing = draworder_levels(s_);
                 standing_read = true;
                 const auto it = standing.find(c.code);
-                level = s_.opt.complete_draworder ? std::max(1, it == standing.end() ? 0 : it->second) : 0;
+                own.push_back(s_.opt.complete_draworder ? std::max(1, it == standing.end() ? 0 : it->second) : 0);
             }
-            if (level >= 0) {
-                if (!can_have) level = 0;
-                s_.pg_drw[static_cast<size_t>(row)] = drw_entry(c.code, level);
-                levels.emplace_back(c.code, level);
+            if (!own.empty()) {
+                if (!can_have) own = {0};
+                s_.pg_drw[static_cast<size_t>(row)] = drw_entry(c.code, own);
+                for (const int level : own) levels.emplace_back(c.code, level);
             }
         }
         last = row;
@@ -244,7 +245,7 @@ int32_t ElementOps::mcreatecopy(int32_t row, int subtype) {
     if (clip.sections.size() != 1) return -1;
     const ClipSection& c = clip.sections.front();
     std::string text = "krv" + std::to_string(cls) + "\r\n";
-    if (cls == model::k_polygons && c.level >= 0) text += drw_entry(type_code(digits), c.level) + "\r\n";
+    if (cls == model::k_polygons && !c.levels.empty()) text += drw_entry(type_code(digits), c.levels) + "\r\n";
     text += replacetype(c.section, digits);
     return paste_clip(text, false);
 }

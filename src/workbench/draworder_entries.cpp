@@ -1,5 +1,6 @@
 #include "workbench/draworder_entries.h"
 
+#include <algorithm>
 #include <cctype>
 #include <cstdlib>
 #include <unordered_map>
@@ -70,13 +71,10 @@ void add_draworders(model::Store& s, const std::vector<std::pair<int32_t, int>>&
     remove_draworders(s.drwlist, codes);
     remove_draworders(s.walk.no_level_types, codes);
     bool any = false;
-    // A type given twice takes its last level, at the place of its first.
-    std::unordered_map<int32_t, int> last;
-    for (const auto& [code, level] : levels) last[code] = level;
-    std::unordered_set<int32_t> written;
+    std::unordered_set<int64_t> written;
     for (const auto& [code, level] : levels) {
-        if (!written.insert(code).second) continue;
-        const int l = last[code];
+        const int l = std::max(0, level);
+        if (!written.insert(static_cast<int64_t>(code) << 16 | l).second) continue;
         if (l > 0) {
             s.drwlist += " " + drw_code(code) + "," + std::to_string(l);
             any = true;
@@ -106,6 +104,16 @@ std::unordered_map<int32_t, int> draworder_levels(const model::Store& s) {
     return levels;
 }
 
+std::unordered_map<int32_t, std::vector<int>> draworder_layers(const model::Store& s) {
+    std::unordered_map<int32_t, std::vector<int>> layers;
+    for_each_token(s.drwlist, [&](std::string_view token) {
+        const size_t comma = token.find(',');
+        if (comma != std::string_view::npos)
+            layers[token_code(token)].push_back(std::atoi(std::string(token.substr(comma + 1)).c_str()));
+    });
+    return layers;
+}
+
 int entry_level(const std::string& pg_drw) {
     const size_t comma = pg_drw.find(',');
     if (comma == std::string::npos) return -1;
@@ -116,5 +124,14 @@ int entry_level(const std::string& pg_drw) {
 }
 
 std::string drw_entry(int32_t code, int level) { return "Type=" + drw_code(code) + "," + std::to_string(level); }
+
+std::string drw_entry(int32_t code, const std::vector<int>& levels) {
+    std::string out;
+    for (const int level : levels) {
+        if (!out.empty()) out += "\r\n";
+        out += drw_entry(code, level);
+    }
+    return out;
+}
 
 }  // namespace korvex::workbench

@@ -25,8 +25,9 @@ int32_t token_code(std::string_view token);
 // the form of drw_code, replacing the type's old tokens; 0: an entry of the
 // no-level list), and drwlist is sorted by level.
 void add_draworder(model::Store& s, int32_t code, int level);
-// The same for many types, with one sort: (code, level) pairs; a type
-// given twice takes its last level.
+// The same for many types, with one sort: (code, level) pairs. A type given
+// with several levels is drawn in each of those layers; the old tokens of
+// every type given go.
 void add_draworders(model::Store& s, const std::vector<std::pair<int32_t, int>>& levels);
 
 // remove_draworder: every token of the type leaves text (drwlist or the
@@ -39,12 +40,17 @@ bool remove_draworders(std::string& text, const std::unordered_set<int32_t>& cod
 int draworder_level(const model::Store& s, int32_t code);
 // The levels of every type in drwlist, the first token of a type winning.
 std::unordered_map<int32_t, int> draworder_levels(const model::Store& s);
+// Every level of every type in drwlist, in list order: a type may be drawn
+// in several layers.
+std::unordered_map<int32_t, std::vector<int>> draworder_layers(const model::Store& s);
 
 // The level a pg_drw entry names ("Type=0005,5" is 5; a first line counts);
 // -1 when the entry has none.
 int entry_level(const std::string& pg_drw);
 
-// The pg_drw entry of a type at a level: "Type=" + drw_code + "," + level.
+// The pg_drw entry of a type at a level: "Type=" + drw_code + "," + level;
+// at several levels one such line a level, CR LF between.
 std::string drw_entry(int32_t code, int level);
+std::string drw_entry(int32_t code, const std::vector<int>& levels);
 
 }  // namespace korvex::workbench

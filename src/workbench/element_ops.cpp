@@ -147,9 +147,10 @@ int32_t ElementOps::renumbered(int cls, int32_t row, int32_t old_code) {
     const int32_t code = row_type_code(s_, cls, row);
     if (code == old_code) return row;
     if (cls == model::k_polygons) {
+        // Every layer of the old type goes over to the new one.
         const auto r = static_cast<size_t>(row);
-        int level = r < s_.pg_drw.size() ? entry_level(s_.pg_drw[r]) : -1;
-        if (level < 0) level = draworder_level(s_, old_code);
+        std::vector<int> levels = draworder_layers(s_)[old_code];
+        if (levels.empty() && r < s_.pg_drw.size() && entry_level(s_.pg_drw[r]) >= 0) levels = {entry_level(s_.pg_drw[r])};
         bool shared = false;
         for (int32_t k = 0; k < s_.pg_n && !shared; ++k) shared = k != row && row_type_code(s_, cls, k) == old_code;
         if (!shared) {
@@ -158,11 +159,13 @@ int32_t ElementOps::renumbered(int cls, int32_t row, int32_t old_code) {
         }
         bool can_have = true;
         drw_code(code, &can_have);
-        if (!can_have) level = 0;
-        if (level >= 0) {
+        if (!can_have && !levels.empty()) levels = {0};
+        if (!levels.empty()) {
             if (s_.pg_drw.size() <= r) s_.pg_drw.resize(r + 1);
-            s_.pg_drw[r] = drw_entry(code, level);
-            add_draworder(s_, code, level);
+            s_.pg_drw[r] = drw_entry(code, levels);
+            std::vector<std::pair<int32_t, int>> pairs;
+            for (const int level : levels) pairs.emplace_back(code, level);
+            add_draworders(s_, pairs);
         }
     }
     const int32_t placed = swap_types(s_, cls, row);

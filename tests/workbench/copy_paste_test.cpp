@@ -28,7 +28,7 @@ TEST(ClipForm, OneElementIsMarkerTypeDrawOrderAndSection) {
     ASSERT_EQ(clip.sections.size(), 1u);
     EXPECT_EQ(clip.sections[0].cls, model::k_polygons);
     EXPECT_EQ(clip.sections[0].code, 0x500);
-    EXPECT_EQ(clip.sections[0].level, 2);
+    EXPECT_EQ(clip.sections[0].levels, std::vector<int>{2});
 }
 
 TEST(ClipForm, PlainTextSectionsReadWithLineFeedsAndAMissingEnd) {
@@ -36,10 +36,29 @@ TEST(ClipForm, PlainTextSectionsReadWithLineFeedsAndAMissingEnd) {
                                 "[_line]\nType=0x01\nActivity=Hiking\n[end]\n");
     ASSERT_EQ(clip.sections.size(), 2u);
     EXPECT_FALSE(clip.marked);
-    EXPECT_EQ(clip.sections[0].level, 3);  // from the pasted draw order
+    EXPECT_EQ(clip.sections[0].levels, std::vector<int>{3});  // from the pasted draw order
     EXPECT_NE(clip.sections[0].section.find("[end]\r\n"), std::string::npos);
     EXPECT_EQ(clip.sections[1].cls, model::k_active_lines);  // an Activity= makes it active
     EXPECT_EQ(std::string(class_plural(clip.sections[1].cls)), "Active Routing");
+}
+
+TEST(ClipForm, ATypeInTwoLayersAndALineWithItsOldWidthInAComment) {
+    OpsFixture f;
+    f.load(test::polygon("0x03", "Three"));
+    f.s.drwlist = " 0003,1 0003,4";  // as a TYP file may have it
+    const std::string code = get_code(f.s, model::k_polygons, 0);
+    EXPECT_NE(code.find("Type=0003,1\r\nType=0003,4\r\n[_polygon]"), std::string::npos);
+    f.ops.mcopy({0});
+    f.load("");
+    ASSERT_EQ(f.ops.mpaste(), 0);
+    EXPECT_EQ(f.s.drwlist, " 0003,1 0003,4");
+
+    // A commented width is no width: the rows of the bitmap come along.
+    f.load("[_line]\r\nType=0x20\r\n; LineWidth=1\r\nXpm=\"32 2 2 1\"\r\n\"! c #C0803F\"\r\n\"  c none\"\r\n"
+           "\"    !!!!!!!!!!!!    !!!!!!!!!!!!\"\r\n\"    !!!!!!!!!!!!    !!!!!!!!!!!!\"\r\n[end]\r\n",
+           model::k_lines);
+    const std::string line = get_code(f.s, model::k_lines, 0);
+    EXPECT_NE(line.find("\"11110000000000001111000000000000\""), std::string::npos) << line;
 }
 
 TEST(Copy, SelectedElementsGoToTheClipboardAsUnicodeInListOrder) {
