@@ -3,6 +3,8 @@
 // so a file written by either passed the same questions.
 #pragma once
 
+#include <string>
+
 #include "integration/messages.h"
 #include "model/store.h"
 #include "platform/prompt.h"
@@ -22,6 +24,13 @@ struct IdCheck {
 // code page from 1 to 65535; PID a number; PID 0 only when the user goes on.
 // Each refusal says its message first.
 IdCheck check_ids(const model::Store& s, platform::Prompt& ui, const integration::Messages& msgs, bool with_codepage);
+
+// Save as Text needs numbers in both fields: "Please enter FID" and
+// "Please enter Product code" otherwise.
+bool check_text_ids(const model::Store& s, platform::Prompt& ui, const integration::Messages& msgs);
+
+// A field's text without blanks and line ends around it.
+std::string trim_field(const std::string& t);
 
 // Elements of any class or a draw order: false means there is nothing to save.
 bool has_data(const model::Store& s);

@@ -28,8 +28,6 @@ namespace {
 enum Msg : int {
     m_save_changes = 2,
     m_no_data = 3,
-    m_enter_fid = 15,
-    m_enter_pid = 16,
     m_file_exists = 24,
     m_replace = 25,
     m_are_you_sure = 171,
@@ -62,16 +60,7 @@ bool ends_with_ci(const std::string& path, const std::string& ext) {
     return path.size() >= ext.size() && lower(path.substr(path.size() - ext.size())) == ext;
 }
 
-std::string trim(const std::string& t) {
-    const size_t a = t.find_first_not_of(" \t\r\n");
-    if (a == std::string::npos) return {};
-    const size_t b = t.find_last_not_of(" \t\r\n");
-    return t.substr(a, b - a + 1);
-}
-
-bool all_digits(const std::string& t) {
-    return !t.empty() && t.find_first_not_of("0123456789") == std::string::npos;
-}
+std::string trim(const std::string& t) { return trim_field(t); }
 
 std::string folder_of(const std::string& path) {
     if (path.empty()) return {};
@@ -487,15 +476,7 @@ bool Session::save(int entry) {
 }
 
 bool Session::save_text(int entry) {
-    const std::string fid = trim(s_.fid), pid = trim(s_.pid);
-    if (!all_digits(fid)) {
-        ui_.message(msg(m_enter_fid));
-        return false;
-    }
-    if (!all_digits(pid)) {
-        ui_.message(msg(m_enter_pid));
-        return false;
-    }
+    if (!check_text_ids(s_, ui_, msgs_)) return false;
     if (s_.pt_nx > 0) ui_.message(msg(m_extra_not_text));
     if (entry == k_save_text && text_utf8_ && !ui_.yes_no("Save as UTF-8?")) return false;
     std::string path = s_.curfile;
