@@ -44,7 +44,7 @@ public:
 struct NewElementForm {
     int cls = 0;
     std::string type;         // five hex digits; an extra point's id as typed
-    std::string text;         // the label, "" for none (bytes of the page, UTF-8 in a 65001 project)
+    std::string text;         // the label as UTF-8, "" for none
     int level = 1;            // polygon: draw-order level, 0 for none
     int width = 32;           // point: picture size, 1 to 128
     int height = 32;
@@ -151,6 +151,7 @@ private:
     int32_t new_extra_point();
     int32_t paste_clip(const std::string& text, bool utf8);
     bool mark_not_in_style(int cls, const std::string& list);
+    std::string as_project(const std::string& section) const;
 
     model::Store& s_;
     platform::Prompt& ui_;

@@ -2,6 +2,7 @@
 // element's first text, read by the class's reader, placed in type order.
 #include <algorithm>
 
+#include "text/string_lines.h"
 #include "typ/curf_access.h"
 #include "workbench/draworder_entries.h"
 #include "workbench/element_ops.h"
@@ -27,6 +28,9 @@ constexpr const char* k_default_type = "00100";
 constexpr const char* k_default_activities[] = {"40", "50", "41", "51", "42", "52"};
 
 }  // namespace
+
+// The dialogs give labels as UTF-8; the readers take them as the project keeps them.
+std::string ElementOps::as_project(const std::string& section) const { return text::strings_to_pages(s_, section); }
 
 int32_t ElementOps::new_element(int cls) {
     if (blocked() || cls < 0 || cls > model::k_extra_points) return -1;
@@ -66,7 +70,7 @@ int32_t ElementOps::new_polygon() {
     const int level = can_have ? f.level : 0;
     standing_level_ = f.level;
     const int32_t row =
-        append_element(s_, ui_, model::k_polygons, new_polygon_section(f.type, f.text, icon_colours(settings_)));
+        append_element(s_, ui_, model::k_polygons, as_project(new_polygon_section(f.type, f.text, icon_colours(settings_))));
     s_.pg_drw[static_cast<size_t>(row)] = drw_entry(code, level);
     add_draworder(s_, code, level);
     return finish(model::k_polygons, row);
@@ -105,7 +109,7 @@ int32_t ElementOps::new_line(int cls) {
     }
     const std::string section =
         new_line_section(f.type, active ? activity_of_index(f.activity) : std::string(), f.text, icon_colours(settings_));
-    return finish(cls, append_element(s_, ui_, cls, section));
+    return finish(cls, append_element(s_, ui_, cls, as_project(section)));
 }
 
 bool ElementOps::default_activities() {
@@ -141,7 +145,7 @@ int32_t ElementOps::new_point() {
     }
     const std::string section =
         new_point_section(f.type, f.text, f.width, f.height, f.night, icon_colours(settings_));
-    return finish(model::k_points, append_element(s_, ui_, model::k_points, section));
+    return finish(model::k_points, append_element(s_, ui_, model::k_points, as_project(section)));
 }
 
 int32_t ElementOps::new_extra_point() {
@@ -168,7 +172,7 @@ int32_t ElementOps::new_extra_point() {
     }
     const std::string section =
         new_point_section(five_digits(value), f.text, k_tile, k_tile, false, icon_colours(settings_));
-    const int32_t row = append_element(s_, ui_, model::k_extra_points, section);
+    const int32_t row = append_element(s_, ui_, model::k_extra_points, as_project(section));
     host_.tables_changed(row);
     return row;
 }
