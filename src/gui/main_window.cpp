@@ -29,6 +29,7 @@
 #include <QVBoxLayout>
 
 #include "gui/cell_delegate.h"
+#include "gui/element_commands.h"
 #include "gui/errors_window.h"
 #include "gui/grid_model.h"
 #include "gui/grid_view.h"
@@ -39,6 +40,7 @@
 #include "gui/qt_prompt.h"
 #include "text/text_writer.h"
 #include "workbench/data_folder.h"
+#include "workbench/type_key.h"
 
 namespace korvex::gui {
 
@@ -109,6 +111,7 @@ MainWindow::MainWindow(WindowServices services, QWidget* parent)
         services_.clock = own_clock_.get();
     }
 
+    commands_ = std::make_unique<ElementCommands>(*this, services_.clipboard, services_.element_dialogs);
     build_widgets();
     build_menus();
     if (own_prompt_) {
@@ -120,6 +123,15 @@ MainWindow::MainWindow(WindowServices services, QWidget* parent)
 
     session_ = std::make_unique<workbench::Session>(s_, settings_, msgs_, *prompt_, *services_.dialogs,
                                                      *services_.launcher, *services_.clock, data_folder_, *this);
+    {
+        // The theme table: installed beside the program, else the source tree's.
+        std::vector<std::string> tables = {
+            to_path(QApplication::applicationDirPath() + "/../share/korvex/themes/tdat")};
+#ifdef KORVEX_BUNDLED_THEMES
+        tables.push_back(std::string(KORVEX_BUNDLED_THEMES) + "/tdat");
+#endif
+        session_->set_theme_tables(tables);
+    }
     s_.curfile = "untitled.typ";
     browser_.chg_icn(settings_.icon_size, label_text_height());
     session_->start();
@@ -241,6 +253,14 @@ void MainWindow::build_widgets() {
     connect(grid_, &GridView::context_menu, this,
             [this](int cell, const QPoint& at) { show_context_menu(cell, at); });
 
+    // The buttons of the element operations under the grid.
+    auto* grid_box = new QWidget(splitter_);
+    auto* grid_lay = new QVBoxLayout(grid_box);
+    grid_lay->setContentsMargins(0, 0, 0, 0);
+    grid_lay->setSpacing(0);
+    grid_lay->addWidget(grid_, 1);
+    grid_lay->addWidget(commands_->build_buttons(grid_box));
+
     side_ = new QWidget(splitter_);
     auto* side = new QVBoxLayout(side_);
     side->setContentsMargins(0, 0, 0, 0);
@@ -277,7 +297,7 @@ void MainWindow::build_widgets() {
     });
     connect(apply_, &QPushButton::clicked, this, [this] { apply_changes(); });
 
-    splitter_->addWidget(grid_);
+    splitter_->addWidget(grid_box);
     splitter_->addWidget(side_);
     splitter_->setStretchFactor(0, 3);
     splitter_->setStretchFactor(1, 2);
@@ -340,7 +360,11 @@ void MainWindow::build_menus() {
     add(file, "msaveastxt", "Save as Text", [this] { session_->save(workbench::k_save_text); });
     add(file, "msaveasutf8txt", "Save as Text (Utf8)", [this] { session_->save(workbench::k_save_text_utf8); });
     file->addSeparator();
+    commands_->add_import_entry(file);
+    file->addSeparator();
     add(file, "mexit", "Exit", [this] { close(); });
+
+    QMenu* edit = commands_->build_edit_menu(menuBar());
 
     QMenu* icons = menu("micons", "Icons");
     sizes_ = new QActionGroup(this);
@@ -377,7 +401,7 @@ void MainWindow::build_menus() {
     add(logs, "mreadlogs", "Read Logs", [this] { session_->open_log(); });
     add(logs, "mclearlogs", "Clear Main Log", [this] { session_->clear_main_log(); });
 
-    top_menus_ = {file, icons, settings, language, window, logs};
+    top_menus_ = {file, edit, icons, settings, language, window, logs};
 
     // Ctrl+S saves in place only while Save is enabled; the menu entry itself
     // runs the full flow.
@@ -482,6 +506,7 @@ void MainWindow::rebuild_grid() {
     // Extra points have no text form to apply.
     panel_->setReadOnly(s_.curclass == model::k_extra_points);
     if (browser_.current_cell() >= 0) grid_->show_cell(browser_.current_cell());
+    commands_->refresh();
     if (session_) session_->grid_built();
 }
 
@@ -646,7 +671,20 @@ void MainWindow::search() {
 
 void MainWindow::apply_changes() {
     const QByteArray text = panel_->toPlainText().toUtf8();
-    session_->apply_code_panel(std::string(text.constData(), static_cast<size_t>(text.size())));
+    // A new type number in the text moves the element to its place.
+    const int cls = browser_.cls();
+    const int32_t row = browser_.current_row();
+    const int32_t old_code = row >= 0 ? workbench::row_type_code(s_, cls, row) : -1;
+    if (!session_->apply_code_panel(std::string(text.constData(), static_cast<size_t>(text.size())))) return;
+    if (row >= 0 && workbench::row_type_code(s_, cls, row) != old_code) commands_->ops().renumbered(cls, row, old_code);
+}
+
+void MainWindow::show_row(int32_t row) {
+    const int cell = row >= 0 ? browser_.cell_of_row(row) : -1;
+    browser_.set_current(cell);
+    if (cell >= 0) grid_->show_cell(cell);
+    fill_panel_for_current();
+    model_->marks_changed();
 }
 
 void MainWindow::codepage_chosen() {
@@ -677,6 +715,7 @@ void MainWindow::show_context_menu(int cell, const QPoint& global) {
     });
     QAction* all = menu.addAction("Select All");
     connect(all, &QAction::triggered, this, [this] { select_all(); });
+    commands_->fill_context_menu(menu);
     menu.exec(global);
 }
 

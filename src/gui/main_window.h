@@ -13,12 +13,14 @@
 #include "gui/language_menu.h"
 #include "integration/messages.h"
 #include "model/store.h"
+#include "platform/clipboard.h"
 #include "platform/clock.h"
 #include "platform/environment.h"
 #include "platform/file_dialog.h"
 #include "platform/launcher.h"
 #include "platform/prompt.h"
 #include "workbench/browser.h"
+#include "workbench/element_ops.h"
 #include "workbench/session.h"
 #include "workbench/settings_file.h"
 
@@ -38,6 +40,7 @@ class QToolButton;
 namespace korvex::gui {
 
 class CellDelegate;
+class ElementCommands;
 class ErrorsWindow;
 class GridModel;
 class GridView;
@@ -56,6 +59,9 @@ struct WindowServices {
     const platform::Environment* env = nullptr;
     // Where 6.dat lives without the data folder's marker; "" is the program's folder.
     std::string program_folder;
+    // The clipboard and the New dialogs of the element operations.
+    platform::Clipboard* clipboard = nullptr;
+    workbench::ElementDialogs* element_dialogs = nullptr;
 };
 
 class MainWindow : public QMainWindow, public workbench::SessionView {
@@ -74,6 +80,11 @@ public:
     workbench::Browser& browser() { return browser_; }
     workbench::Session& session() { return *session_; }
     workbench::AppSettings& settings() { return settings_; }
+    const integration::Messages& messages() const { return msgs_; }
+    platform::Prompt& prompt() { return *prompt_; }
+    platform::FileDialog& file_dialogs() { return *services_.dialogs; }
+    // The Edit menu, the buttons under the grid and the element operations.
+    ElementCommands& commands() { return *commands_; }
     GridView* grid() const { return grid_; }
     GridModel* grid_model() const { return model_; }
     CellDelegate* delegate() const { return delegate_; }
@@ -94,6 +105,9 @@ public:
     void select_all();
     void search();
     void apply_changes();
+    // Makes a store row of the class in view the current element, shows it
+    // and fills the code panel; -1 empties the panel.
+    void show_row(int32_t row);
 
     // SessionView
     void rebuild_grid() override;
@@ -151,6 +165,7 @@ private:
     std::unique_ptr<platform::SystemEnvironment> own_env_;
     platform::Prompt* prompt_ = nullptr;
     std::unique_ptr<workbench::Session> session_;
+    std::unique_ptr<ElementCommands> commands_;
 
     // widgets
     QLineEdit* fid_ = nullptr;
