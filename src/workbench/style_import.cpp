@@ -169,17 +169,18 @@ int ElementOps::import_krv_text(const std::string& raw) {
             continue;
         }
         // The file is UTF-8; its labels go in as the project keeps them.
-        auto add = [&](const std::string& section) {
-            return append_element(s_, ui_, kind, text::strings_to_pages(s_, section));
-        };
         if (kind == model::k_points) {
-            add(new_point_section(digits, label, k_import_point_side, k_import_point_side, false, colours));
+            new_poi(s_, ui_, as_project(new_point_section(digits, label, k_import_point_side, k_import_point_side, false, colours)));
         } else if (kind == model::k_lines) {
-            add(new_line_section(digits, "", label, colours));
+            create_newline(s_, ui_, as_project(new_line_section(digits, "", label, colours)), false);
         } else {
-            const int32_t row = add(new_polygon_section(digits, label, colours));
-            s_.pg_drw[static_cast<size_t>(row)] = "Type=" + drw_code(code) + "," + std::to_string(k_import_level);
-            levels.emplace_back(code, k_import_level);
+            // The level goes into the list once for all polygons, with one sort.
+            const int32_t row = append_element(s_, ui_, kind, as_project(new_polygon_section(digits, label, colours)));
+            bool can_have = true;
+            drw_code(code, &can_have);
+            const int level = can_have ? k_import_level : 0;
+            s_.pg_drw[static_cast<size_t>(row)] = drw_entry(code, level);
+            levels.emplace_back(code, level);
         }
         ++made[kind];
     }
