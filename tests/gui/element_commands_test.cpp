@@ -4,6 +4,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QClipboard>
+#include <QFile>
 #include <QMenu>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -247,6 +248,41 @@ TEST(QtClipboard, TextInTheProjectsPageUnicodeAsUtf8AndPictures) {
     const auto back = c.image();
     ASSERT_TRUE(back.has_value());
     EXPECT_EQ(*back, img);
+}
+
+}  // namespace
+
+namespace {
+
+TEST(ElementCommands, AStyleImportAndAThemeComeInThroughTheFileMenus) {
+    Fixture f;
+    const std::string krvx = f.home.filePath("style.krvx").toStdString();
+    {
+        QFile out(QString::fromStdString(krvx));
+        ASSERT_TRUE(out.open(QIODevice::WriteOnly));
+        out.write("<Korvex>\r\n<1/>\r\n<Lines>0x2f,highway=yes</Lines>\r\n");
+    }
+    const int32_t lines = f.w->store().ln_n;
+    f.dialogs.script(krvx);
+    f.w->commands().action("Import Style (KRVX)")->trigger();
+    EXPECT_EQ(f.w->store().ln_n, lines + 1);
+    EXPECT_EQ(f.dialogs.calls.back().filters, "Korvex Import File (*.krvx)");
+    EXPECT_EQ(f.prompt.messages.back().rfind("Added Polygons:0 Lines:1 Points:0", 0), 0u);
+
+    // The bundled table names FOREST and TRAIL.
+    const std::string theme = f.home.filePath("look.kmtf").toStdString();
+    {
+        QFile out(QString::fromStdString(theme));
+        ASSERT_TRUE(out.open(QIODevice::WriteOnly));
+        out.write("<StyleList>\n<Style Field=\"MAP_FOREST_CLR\"><Color Day=\"#4CA04C\"/></Style>\n"
+                  "<Style Field=\"MAP_TRAIL_CLR\" Scale=\"1\"><Color Day=\"#8B4513\"/></Style>\n</StyleList>\n");
+    }
+    f.prompt.script(Answer::no);  // the project has changes: not saved
+    ASSERT_TRUE(f.w->open_file(theme));
+    EXPECT_EQ(f.w->store().pg_n, 1);
+    EXPECT_EQ(f.w->store().ln_n, 1);
+    EXPECT_TRUE(f.w->windowTitle().contains("look.typ"));
+    EXPECT_TRUE(f.w->session().save_as_forced());
 }
 
 }  // namespace
