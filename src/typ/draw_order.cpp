@@ -20,10 +20,7 @@ constexpr int k_record = 5;        // type byte and a 32-bit subtype mask
 constexpr int k_mask_bits = 32;
 constexpr int k_missing_level = 2;  // a token without a level
 
-struct Token {
-    std::string code;  // "004B", "10F03"
-    int level = 0;
-};
+using Token = DrawToken;
 
 // Calls f with each blank-separated word of the list, in order.
 template <class F>
@@ -121,6 +118,16 @@ void ensure_drw(Store& s, int32_t n) {
 }
 
 }  // namespace
+
+std::vector<DrawToken> parse_drwlist(const std::string& list) { return parse_tokens(list); }
+
+std::string join_drwlist(const std::vector<DrawToken>& tokens) { return join_tokens(tokens); }
+
+std::string drw_code_of(const std::string& digits, bool& can_have) { return drw_code(digits, can_have); }
+
+std::string polygon_drw_code(const Store& s, int32_t n, bool& can_have) {
+    return drw_code(type_code(s, n), can_have);
+}
 
 //   records of recsize bytes: type | mask (u32, bit s = subtype s)
 //   five zero bytes step to the next level
