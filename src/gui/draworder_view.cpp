@@ -104,12 +104,9 @@ void DrawOrderView::paint_placeholder(QPainter& p, const QRect& r, int cell) con
     const int side = std::min(r.width() - 4, r.height() * 2 / 3);
     const QRect box(r.x() + (r.width() - side) / 2, r.y(), side, side);
     p.fillRect(box, k_placeholder_fill);
-    p.setPen(QPen(k_placeholder_x, 2));
-    p.drawLine(box.topLeft() + QPoint(4, 4), box.bottomRight() - QPoint(4, 4));
-    p.drawLine(box.topRight() + QPoint(-4, 4), box.bottomLeft() + QPoint(4, -4));
     QFont f = font();
     f.setBold(true);
-    f.setPixelSize(std::max(7, side / 3));
+    f.setPixelSize(std::max(7, side * 2 / 3));
     p.setFont(f);
     p.setPen(k_placeholder_x);
     p.drawText(box, Qt::AlignCenter, QStringLiteral("X"));

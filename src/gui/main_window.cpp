@@ -756,6 +756,11 @@ void MainWindow::set_draworder_view(bool on) {
 
 void MainWindow::after_change() {
     session_->set_dirty(s_.dirty);
+    // A change moves the layer cells: a selection of cells would name others.
+    if (browser_.layer_view()) {
+        browser_.no_multi();
+        browser_.set_current(-1);
+    }
     rebuild_grid();
     if (!session_->text_pending()) fill_panel_for_current();
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <unordered_map>
 #include <unordered_set>
 
 #include "typ/curf_access.h"
@@ -53,6 +54,10 @@ int set_levels(const model::Store& s, platform::Prompt& ui, const integration::M
                const std::vector<int>& levels) {
     int taken = 0;
     bool refused = false;
+    // The entries of each code, found once: a selection of thousands must
+    // not walk the list for every polygon.
+    std::unordered_map<std::string, std::vector<size_t>> by_code;
+    for (size_t k = 0; k < entries.size(); ++k) by_code[entries[k].code].push_back(k);
     for (size_t k = 0; k < targets.size(); ++k) {
         const LevelTarget& t = targets[k];
         const int level = levels[std::min(k, levels.size() - 1)];
@@ -74,13 +79,12 @@ int set_levels(const model::Store& s, platform::Prompt& ui, const integration::M
             refused = true;
             continue;
         }
-        bool first = true;
-        for (DrawToken& e : entries) {
-            if (e.code != code) continue;
-            e.level = first ? level : -1;
-            first = false;
+        auto& of_code = by_code[code];
+        for (size_t i = 0; i < of_code.size(); ++i) entries[of_code[i]].level = i == 0 ? level : -1;
+        if (of_code.empty()) {
+            of_code.push_back(entries.size());
+            entries.push_back(DrawToken{code, level});
         }
-        if (first) entries.push_back(DrawToken{code, level});
         ++taken;
     }
     if (refused) ui.message(m.get_msg(m_no_subtype_levels));
