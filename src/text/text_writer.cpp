@@ -121,12 +121,13 @@ std::string drword(const Store& s) {
     return out;
 }
 
-bool save_txt(Store& s, platform::Prompt& ui, const platform::Clock& clock, int kind, const TextSink& out) {
-    if (id_value(s.pid) == 0) {
+bool save_txt(Store& s, platform::Prompt& ui, const platform::Clock& clock, int kind, const TextSink& out,
+              bool require_ids) {
+    if (require_ids && id_value(s.pid) == 0) {
         ui.message("Please enter valid PID at the top.");
         return false;
     }
-    if (id_value(s.fid) == 0) {
+    if (require_ids && id_value(s.fid) == 0) {
         ui.message("Please enter valid FID at the top.");
         return false;
     }

@@ -18,12 +18,11 @@
 #include "platform/prompt.h"
 #include "workbench/log.h"
 #include "workbench/recent.h"
+#include "workbench/save_checks.h"
 #include "workbench/settings_file.h"
 
 namespace korvex::workbench {
 
-// The fields at the top of the window a refused save sends the focus to.
-enum class TopField { fid, pid, codepage };
 
 // What the session asks of the window. Tests record the calls instead.
 class SessionView {
@@ -118,9 +117,6 @@ enum SaveEntry : int {
 const std::vector<std::string>& codepage_entries();
 // The first entry that holds the code page's number; -1 when none does.
 int codepage_entry_index(int codepage);
-
-// Elements of any class or a draw order: false means there is nothing to save.
-bool has_data(const model::Store& s);
 
 class Session {
 public:

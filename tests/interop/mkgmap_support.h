@@ -89,12 +89,7 @@ inline std::string complaints(const std::string& log) {
     return out;
 }
 
-inline std::string name_of(const ::testing::TestParamInfo<std::string>& info) {
-    std::string n = fs::path(info.param).stem().string();
-    for (char& ch : n)
-        if (!std::isalnum(static_cast<unsigned char>(ch))) ch = '_';
-    return n;
-}
+inline std::string name_of(const ::testing::TestParamInfo<std::string>& info) { return file_param_name(info.param); }
 
 // The element sections of a text, each without comments, in file order.
 inline std::vector<std::string> elements(const std::string& text) {

@@ -292,6 +292,20 @@ TEST(PanelText, ElementTextRowsAndClosingLines) {
     EXPECT_EQ(create_code(s, 1, 1, true).find("[end]"), std::string::npos);
 }
 
+// A bitmap line of one row and scheme 0 (mode 8) shows its row; a solid
+// line (mode 7) shows none.
+TEST(PanelText, OneRowBitmapLineShowsItsRowAndASolidLineNone) {
+    Store s;
+    const std::string row(32, '0');
+    add_line(s, "[_line]\r\nType=0x02\r\nXpm=\"32 1 2 1\"\r\n\"0 c #000000\"\r\n\"1 c #FFFFFF\"", 8, row);
+    add_line(s, "[_line]\r\nType=0x03\r\nLineWidth=2\r\nBorderWidth=0\r\nXpm=\"0 0 2 0\"\r\n\"0 c #000000\"\r\n\"1 c #FFFFFF\"", 7,
+             row + "\r\n" + row);
+    EXPECT_EQ(create_code(s, 1, model::k_lines, true),
+              "[_line]\r\nType=0x02\r\nXpm=\"32 1 2 1\"\r\n\"0 c #000000\"\r\n\"1 c #FFFFFF\"\r\n\"" + row + "\"\r\n" + k_ruler);
+    EXPECT_EQ(create_code(s, 2, model::k_lines, true).find(row), std::string::npos);
+    EXPECT_NE(create_textfile(s, 1, model::k_lines).find("\"" + row + "\"\r\n[end]"), std::string::npos);
+}
+
 TEST(PanelText, ConvertShowsStringsAsUtf8) {
     Store s;
     s.codepage = 1251;
