@@ -129,21 +129,4 @@ void commit_entries(model::Store& s, const std::vector<DrawToken>& entries, plat
     s.dirty = true;
 }
 
-void add_draworder(model::Store& s, const std::string& code, int level) {
-    std::vector<DrawToken> tokens = typ::parse_drwlist(s.drwlist);
-    tokens.push_back(DrawToken{typ::upper(code), level});
-    commit_entries(s, tokens);
-}
-
-bool remove_draworder(model::Store& s, const std::string& code) {
-    std::vector<DrawToken> tokens = typ::parse_drwlist(s.drwlist);
-    const std::string c = typ::upper(code);
-    const size_t before = tokens.size();
-    tokens.erase(std::remove_if(tokens.begin(), tokens.end(), [&](const DrawToken& t) { return t.code == c; }),
-                 tokens.end());
-    if (tokens.size() == before) return false;
-    commit_entries(s, tokens);
-    return true;
-}
-
 }  // namespace korvex::workbench

@@ -32,11 +32,6 @@ void commit_entries(model::Store& s, const std::vector<DrawToken>& entries, plat
 // Shows "Sorting Draworders ..." while a prompt is given.
 void sort_draworder(model::Store& s, platform::Prompt* ui = nullptr);
 
-// Appends an entry and sorts; used when a polygon is created or renumbered.
-void add_draworder(model::Store& s, const std::string& code, int level);
-// Removes every entry of a code ("004B", "10F03"); true when one was there.
-bool remove_draworder(model::Store& s, const std::string& code);
-
 // Renews pg_drw of every polygon from drwlist ("Type=" code "," level, one
 // line a level of the type, ",0" without one) and the ";draworder:" comment
 // the decoder put in the polygon's text.

@@ -351,15 +351,7 @@ TEST(DrawOrderView, ShowingNeedsPolygonsAndADrawOrder) {
     EXPECT_FALSE(can_show_draworders(none, ui, msgs()));
 }
 
-TEST(DrawOrderModel, AddAndRemoveAnEntryForTheElementOperations) {
-    platform::ScriptedPrompt ui;
-    model::Store s = sample(ui);
-    add_draworder(s, "0005", 2);
-    EXPECT_EQ(list(s), " 0001,1 0002,1 0050,2 0005,2 0003,3 10F03,3");
-    EXPECT_EQ(s.pg_drw[4], "Type=0005,2");
-    EXPECT_TRUE(remove_draworder(s, "0005"));
-    EXPECT_EQ(s.pg_drw[4], "Type=0005,0");
-    EXPECT_FALSE(remove_draworder(s, "0077"));
+TEST(DrawOrderModel, TypeTextOfACode) {
     EXPECT_EQ(code_type_text("004B"), "0x4B");
     EXPECT_EQ(code_type_text("10F03"), "0x10F03");
 }
