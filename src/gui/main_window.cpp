@@ -654,6 +654,13 @@ void MainWindow::click_cell(int cell, bool ctrl, bool shift, bool right) {
 }
 
 void MainWindow::double_click_cell(int cell, bool ctrl, bool shift) {
+    // A placeholder of the draw-order view opens its entry.
+    if (browser_.layer_view() && !ctrl && !shift && cell >= 0 &&
+        static_cast<size_t>(cell) < browser_.layers().cells.size() &&
+        browser_.layers().cells[static_cast<size_t>(cell)].kind == workbench::LayerCellKind::placeholder) {
+        menus_->add_separate(browser_.layers().cells[static_cast<size_t>(cell)].entry);
+        return;
+    }
     const workbench::DoubleClick d = browser_.double_click(s_, cell, ctrl, shift);
     switch (d.what) {
     case workbench::OpenWhat::refused:

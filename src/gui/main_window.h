@@ -95,6 +95,8 @@ public:
     platform::Clipboard& clipboard();
     DrawOrderView* draworder_view() const { return layers_; }
     WorkbenchMenus* workbench_menus() const { return menus_; }
+    // Menu and button captions a language file may replace.
+    CaptionTable& captions() { return captions_; }
 
     // Switches the polygons between icons and the draw-order view.
     void set_draworder_view(bool on);

@@ -47,13 +47,21 @@ void WorkbenchMenus::changed() { w_.after_change(); }
 QMenu* WorkbenchMenus::build_draworder_menu(QMenuBar* bar) {
     QMenu* m = bar->addMenu("Draworder");
     m->setObjectName("draworderMenu");
+    CaptionTable& caps = w_.captions();
     show_ = m->addAction("Show Draworders");
     connect(show_, &QAction::triggered, this, [this] { show_draworders(); });
-    connect(m->addAction("Show/Remove Extra Draworders"), &QAction::triggered, this, [this] { extra_draworders(); });
-    connect(m->addAction("Add Separate Draworder"), &QAction::triggered, this, [this] { add_separate(); });
+    QAction* extra = m->addAction("Show/Remove Extra Draworders");
+    caps.add(extra, "mextradraworder", extra->text());
+    connect(extra, &QAction::triggered, this, [this] { extra_draworders(); });
+    QAction* add = m->addAction("Add Separate Draworder");
+    caps.add(add, "madddraw", add->text());
+    connect(add, &QAction::triggered, this, [this] { add_separate(); });
     QMenu* levels = m->addMenu("Set Draworders to Same Level");
+    caps.add(levels, "msetdraworder", levels->title());
     connect(levels, &QMenu::aboutToShow, this, [this, levels] { fill_levels(levels, w_.store(), this); });
-    connect(m->addAction("Check Duplicated Draworders"), &QAction::triggered, this, [this] { check_duplicates(); });
+    QAction* dup = m->addAction("Check Duplicated Draworders");
+    caps.add(dup, "mduplicates", dup->text());
+    connect(dup, &QAction::triggered, this, [this] { check_duplicates(); });
     m->addSeparator();
     connect(m->addAction("Give Selected Polygons Draworder"), &QAction::triggered, this, [this] { give_selected(); });
     return m;
@@ -98,7 +106,7 @@ void WorkbenchMenus::fill_layer_menu(QMenu& menu, int cell) {
 
 void WorkbenchMenus::add_grid_entries(QMenu& menu) {
     QAction* a = menu.addAction("Mkgmap Code");
-    a->setEnabled(w_.browser().cls() <= model::k_points);
+    a->setEnabled(w_.browser().menu_flags(w_.store()).mkgmap_code);
     connect(a, &QAction::triggered, this, [this] { mkgmap_code(); });
 }
 

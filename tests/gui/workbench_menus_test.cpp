@@ -208,6 +208,22 @@ TEST(DrawOrderWindow, TheDialogsAddGiveAndRemoveEntries) {
     EXPECT_TRUE(placeholder);
     grab(f.w->draworder_view(), "draworder-placeholder.png");
 
+    // A double click on the placeholder edits its entry in place.
+    int cell = -1;
+    for (size_t k = 0; k < b.layers().cells.size(); ++k)
+        if (b.layers().cells[k].code == "0050") cell = static_cast<int>(k);
+    f.next_dialog<korvex::gui::EdpolDialog>([](korvex::gui::EdpolDialog& d) {
+        EXPECT_EQ(d.type_field()->text().toStdString(), "50");
+        EXPECT_EQ(d.level_field()->currentText().toStdString(), "2");
+        d.level_field()->setCurrentText("3");
+        d.accept();
+    });
+    f.w->draworder_view()->show_cell(cell);
+    QTest::mouseDClick(f.w->draworder_view()->viewport(), Qt::LeftButton, Qt::NoModifier,
+                       f.w->draworder_view()->cell_rect(cell).center());
+    EXPECT_EQ(f.w->store().drwlist.find("0050,2"), std::string::npos);
+    EXPECT_NE(f.w->store().drwlist.find(" 0050,3"), std::string::npos);
+
     // Give Selected Polygons Draworder, a new level for each.
     f.click_layer(0);
     f.click_layer(1, Qt::ShiftModifier);
@@ -222,7 +238,7 @@ TEST(DrawOrderWindow, TheDialogsAddGiveAndRemoveEntries) {
     // Show/Remove Extra Draworders lists the placeholder; OK removes it.
     f.next_dialog<korvex::gui::RedundDialog>([](korvex::gui::RedundDialog& d) {
         ASSERT_EQ(d.list()->count(), 1);
-        EXPECT_EQ(d.list()->item(0)->text().toStdString(), "0050 (d2)");
+        EXPECT_EQ(d.list()->item(0)->text().toStdString(), "0050 (d3)");
         d.accept();
     });
     Fixture::entry(f.menu("Draworder"), "Show/Remove Extra Draworders")->trigger();
