@@ -359,6 +359,15 @@ int64_t save_draworder(Store& s, platform::Prompt& ui, int64_t offset, bool tofi
         }
     }
     put_head4(s, pos - offset, hdr::drw_len);
+    // A polygon whose type has no entry is drawn by the device's own rule.
+    const auto index = level_index(s.drwlist);
+    for (int32_t n = 0; n < s.pg_n && static_cast<size_t>(n) < s.pg_typ.size(); ++n) {
+        bool can_have = true;
+        const std::string code = drw_code(type_code(s, n), can_have);
+        if (!can_have || lookup(index, code) > 0) continue;
+        model::note_once(s, "No draworder for pgon");
+        model::note_once(s, s.pg_typ[static_cast<size_t>(n)] + ":no draworder");
+    }
     return pos;
 }
 

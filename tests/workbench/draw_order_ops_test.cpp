@@ -156,6 +156,8 @@ TEST(DrawOrderSetLevel, ChangesTheEntryOrTheTypeAndReachesTypAndText) {
 
     // A save holds the new levels, renumbered to be consecutive, and so does the text.
     const std::string typ_bytes = korvex::testing::encode(s, ui);
+    // The polygon without a level is named in the save's report.
+    EXPECT_NE(s.loadrep.find("No draworder for pgon\r\n0x0200:no draworder\r\n"), std::string::npos) << s.loadrep;
     model::Store back;
     korvex::testing::decode_bytes(back, ui, typ_bytes);
     EXPECT_EQ(typ::polygon_level(back, 0), "2");
