@@ -119,6 +119,7 @@ void grab(QWidget* widget, const char* name) {
     // KORVEX_GRABS=dir keeps pictures of the window for a look.
     const QByteArray dir = qgetenv("KORVEX_GRABS");
     if (dir.isEmpty()) return;
+    QApplication::processEvents();
     widget->grab().save(QString::fromUtf8(dir) + "/" + name);
 }
 
