@@ -20,6 +20,7 @@
 #include "workbench/draw_order_model.h"
 #include "workbench/load_options.h"
 #include "workbench/pending.h"
+#include "workbench/theme.h"
 
 namespace korvex::workbench {
 
@@ -318,15 +319,21 @@ void Session::open_typ() {
     finchk();
 }
 
-// Themes are not read yet: New, then the answer a theme without its data gets.
+// A theme is a new project of its own: New, then the theme; Save asks for a
+// name until the next load or save.
 bool Session::open_theme(const std::string& path) {
     newproject();
-    s_.curfile = "untitled";
     map_tag_.clear();
+    std::vector<std::string> tables = {(std::filesystem::path(data_folder_) / "tdat").string()};
+    tables.insert(tables.end(), theme_tables_.begin(), theme_tables_.end());
+    const bool ok = loadtheme(s_, ui_, path, tables, data_folder_);
+    if (!ok) s_.curfile = "untitled";
+    save_as_forced_ = ok;
+    text_utf8_ = false;
+    view_.rebuild_grid();
     update_title(s_.curfile);
-    ui_.message("Cannot find T data in " + path);
     view_.menu_enable(true);
-    return false;
+    return ok;
 }
 
 void Session::open_txt() { open_text_flow(false); }
