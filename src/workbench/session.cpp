@@ -12,11 +12,15 @@
 #include "text/load_driver.h"
 #include "text/maptk_project.h"
 #include "text/panel_apply.h"
+#include "text/string_lines.h"
 #include "text/text_writer.h"
 #include "typ/decoder.h"
+#include "typ/draw_order.h"
 #include "typ/encoder.h"
+#include "workbench/draw_order_model.h"
 #include "workbench/load_options.h"
 #include "workbench/pending.h"
+#include "workbench/theme.h"
 
 namespace korvex::workbench {
 
@@ -315,15 +319,21 @@ void Session::open_typ() {
     finchk();
 }
 
-// Themes are not read yet: New, then the answer a theme without its data gets.
+// A theme is a new project of its own: New, then the theme; Save asks for a
+// name until the next load or save.
 bool Session::open_theme(const std::string& path) {
     newproject();
-    s_.curfile = "untitled";
     map_tag_.clear();
+    std::vector<std::string> tables = {(std::filesystem::path(data_folder_) / "tdat").string()};
+    tables.insert(tables.end(), theme_tables_.begin(), theme_tables_.end());
+    const bool ok = loadtheme(s_, ui_, path, tables, data_folder_);
+    if (!ok) s_.curfile = "untitled";
+    save_as_forced_ = ok;
+    text_utf8_ = false;
+    view_.rebuild_grid();
     update_title(s_.curfile);
-    ui_.message("Cannot find T data in " + path);
     view_.menu_enable(true);
-    return false;
+    return ok;
 }
 
 void Session::open_txt() { open_text_flow(false); }
@@ -567,6 +577,14 @@ int32_t Session::count_in_view() const {
 // which rebuilds the grid; else the grid is built at the size in force. The
 // loading guard falls with the build.
 void Session::show_loaded() {
+    // "Auto check Draworder Duplicates": a type listed twice keeps its first level.
+    if (settings_.no_duplicate_check == 0) {
+        const std::string removed = typ::find_duplicates(s_, ui_, true);
+        if (!removed.empty()) {
+            refresh_levels(s_);
+            ui_.message("Found and removed duplicates :\r\n\r\n" + removed);
+        }
+    }
     if (count_in_view() > k_small_icons_above && settings_.icon_size >= 2) {
         settings_.icon_size = 0;
         view_.set_icon_size(0);
@@ -601,33 +619,7 @@ std::string with_crlf(const std::string& text) {
 
 // The panel shows String texts as UTF-8; a single-byte project keeps them
 // as bytes of their language's page.
-std::string panel_to_store(const model::Store& s, const std::string& panel) {
-    if (s.codepage >= 65001 || s.utf8txt) return panel;
-    std::string out;
-    out.reserve(panel.size());
-    size_t pos = 0;
-    while (pos < panel.size()) {
-        size_t end = panel.find('\n', pos);
-        end = end == std::string::npos ? panel.size() : end + 1;
-        const std::string piece = panel.substr(pos, end - pos);
-        pos = end;
-        const size_t start = piece.find_first_not_of(" \t");
-        const size_t comma = piece.find(',');
-        const size_t x = lower(piece).find("0x");
-        if (start == std::string::npos || lower(piece.substr(start, 6)) != "string" || comma == std::string::npos ||
-            x == std::string::npos || x > comma) {
-            out += piece;
-            continue;
-        }
-        size_t body_end = piece.size();
-        while (body_end > comma + 1 && (piece[body_end - 1] == '\n' || piece[body_end - 1] == '\r')) --body_end;
-        const int lang = static_cast<int>(std::strtol(piece.substr(x + 2, 2).c_str(), nullptr, 16));
-        out += piece.substr(0, comma + 1);
-        out += platform::recode(piece.substr(comma + 1, body_end - comma - 1), 65001, text::lang_cp(s, lang));
-        out += piece.substr(body_end);
-    }
-    return out;
-}
+std::string panel_to_store(const model::Store& s, const std::string& panel) { return text::strings_to_pages(s, panel); }
 
 }  // namespace
 
