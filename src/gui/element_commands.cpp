@@ -13,7 +13,7 @@
 #include "gui/element_dialogs.h"
 #include "gui/grid_model.h"
 #include "gui/main_window.h"
-#include "gui/qt_clipboard.h"
+#include "gui/workbench_menus.h"
 #include "gui/qt_prompt.h"
 #include "workbench/selection.h"
 #include "workbench/type_key.h"
@@ -24,19 +24,31 @@ namespace {
 
 const char* const k_new_captions[5] = {"New Polygon", "New Line", "New Point", "New Active Line", "New Extra Point"};
 
+// The window's clipboard, asked again at each use so that plain text
+// follows the project's code page of the moment.
+class WindowClipboard : public platform::Clipboard {
+public:
+    explicit WindowClipboard(MainWindow& w) : w_(w) {}
+    std::string text() override { return w_.clipboard().text(); }
+    std::string unicode_text() override { return w_.clipboard().unicode_text(); }
+    std::optional<platform::ClipImage> image() override { return w_.clipboard().image(); }
+    void set_text(const std::string& bytes) override { w_.clipboard().set_text(bytes); }
+    void set_unicode_text(const std::string& utf8) override { w_.clipboard().set_unicode_text(utf8); }
+    void set_image(const platform::ClipImage& picture) override { w_.clipboard().set_image(picture); }
+
+private:
+    MainWindow& w_;
+};
+
 }  // namespace
 
-ElementCommands::ElementCommands(MainWindow& w, platform::Clipboard* clipboard, workbench::ElementDialogs* dialogs)
-    : QObject(&w), w_(w) {
-    if (!clipboard) {
-        own_clipboard_ = std::make_unique<QtClipboard>([this] { return w_.store().codepage; });
-        clipboard = own_clipboard_.get();
-    }
+ElementCommands::ElementCommands(MainWindow& w, workbench::ElementDialogs* dialogs)
+    : QObject(&w), w_(w), clipboard_(std::make_unique<WindowClipboard>(w)) {
     if (!dialogs) {
         own_dialogs_ = std::make_unique<QtElementDialogs>(FormChecks{w.store(), w.messages(), w.prompt()}, &w);
         dialogs = own_dialogs_.get();
     }
-    ops_ = std::make_unique<workbench::ElementOps>(w.store(), w.prompt(), *clipboard, w.messages(), w.settings(),
+    ops_ = std::make_unique<workbench::ElementOps>(w.store(), w.prompt(), *clipboard_, w.messages(), w.settings(),
                                                    *dialogs, *this);
 }
 
@@ -176,7 +188,14 @@ void ElementCommands::paste(int entry) {
     }
 }
 
-void ElementCommands::remove() { ops_->mdelete(selection()); }
+// In the draw-order view Delete takes entries out of the draw order (mdred).
+void ElementCommands::remove() {
+    if (w_.browser().layer_view()) {
+        if (!loading()) w_.workbench_menus()->delete_entries();
+        return;
+    }
+    ops_->mdelete(selection());
+}
 
 void ElementCommands::create_copy(int subtype) {
     const int32_t row = w_.browser().current_row();
@@ -192,7 +211,7 @@ void ElementCommands::import_style() {
 
 bool ElementCommands::loading() const { return w_.session().loading(); }
 
-bool ElementCommands::draworder_view() const { return w_.browser().opt.draworder_view; }
+bool ElementCommands::draworder_view() const { return w_.browser().layer_view(); }
 
 void ElementCommands::show_class(int cls) {
     if (w_.store().curclass != cls) w_.show_class(cls);

@@ -21,14 +21,13 @@ class QWidget;
 namespace korvex::gui {
 
 class MainWindow;
-class QtClipboard;
 class QtElementDialogs;
 
 class ElementCommands : public QObject, public workbench::OpsHost {
     Q_OBJECT
 public:
-    // clipboard and dialogs: null for the desktop's own.
-    ElementCommands(MainWindow& w, platform::Clipboard* clipboard, workbench::ElementDialogs* dialogs);
+    // The clipboard is the window's; dialogs null for the window's own.
+    ElementCommands(MainWindow& w, workbench::ElementDialogs* dialogs);
     ~ElementCommands() override;
 
     workbench::ElementOps& ops() { return *ops_; }
@@ -71,7 +70,7 @@ private:
     QAction* add(QMenu* menu, const QString& name, std::function<void()> fn);
 
     MainWindow& w_;
-    std::unique_ptr<QtClipboard> own_clipboard_;
+    std::unique_ptr<platform::Clipboard> clipboard_;
     std::unique_ptr<QtElementDialogs> own_dialogs_;
     std::unique_ptr<workbench::ElementOps> ops_;
     std::vector<std::pair<QString, QAction*>> actions_;

@@ -3,54 +3,63 @@
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QImage>
-#include <QMimeData>
 
 #include "gui/qt_prompt.h"
 
 namespace korvex::gui {
 
-QtClipboard::QtClipboard(std::function<int()> codepage) : codepage_(std::move(codepage)) {}
+namespace {
 
-std::string QtClipboard::text() { return to_codepage(QGuiApplication::clipboard()->text(), codepage_ ? codepage_() : 1252); }
+QClipboard* board() { return QGuiApplication::clipboard(); }
+
+}  // namespace
+
+std::string QtClipboard::text() {
+    QClipboard* b = board();
+    return b ? to_codepage(b->text(), cp_) : std::string();
+}
 
 std::string QtClipboard::unicode_text() {
-    const QByteArray u = QGuiApplication::clipboard()->text().toUtf8();
-    return std::string(u.constData(), static_cast<size_t>(u.size()));
+    QClipboard* b = board();
+    if (!b) return {};
+    const QByteArray utf8 = b->text().toUtf8();
+    return std::string(utf8.constData(), static_cast<size_t>(utf8.size()));
 }
 
 std::optional<platform::ClipImage> QtClipboard::image() {
-    const QMimeData* data = QGuiApplication::clipboard()->mimeData();
-    if (!data || !data->hasImage()) return std::nullopt;
-    const QImage img = qvariant_cast<QImage>(data->imageData()).convertToFormat(QImage::Format_ARGB32);
+    QClipboard* b = board();
+    if (!b) return std::nullopt;
+    const QImage img = b->image().convertToFormat(QImage::Format_ARGB32);
     if (img.isNull()) return std::nullopt;
     platform::ClipImage out;
     out.width = img.width();
     out.height = img.height();
     out.argb.reserve(static_cast<size_t>(out.width) * static_cast<size_t>(out.height));
     for (int y = 0; y < img.height(); ++y) {
-        const auto* line = reinterpret_cast<const QRgb*>(img.constScanLine(y));
+        const auto* line = reinterpret_cast<const uint32_t*>(img.constScanLine(y));
         out.argb.insert(out.argb.end(), line, line + img.width());
     }
     return out;
 }
 
 void QtClipboard::set_text(const std::string& bytes) {
-    QGuiApplication::clipboard()->setText(from_codepage(bytes, codepage_ ? codepage_() : 1252));
+    if (QClipboard* b = board()) b->setText(from_codepage(bytes, cp_));
 }
 
 void QtClipboard::set_unicode_text(const std::string& utf8) {
-    QGuiApplication::clipboard()->setText(QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size())));
+    if (QClipboard* b = board()) b->setText(QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size())));
 }
 
 void QtClipboard::set_image(const platform::ClipImage& picture) {
-    if (picture.width <= 0 || picture.height <= 0 ||
+    QClipboard* b = board();
+    if (!b || picture.width <= 0 || picture.height <= 0 ||
         picture.argb.size() < static_cast<size_t>(picture.width) * static_cast<size_t>(picture.height))
         return;
     QImage img(picture.width, picture.height, QImage::Format_ARGB32);
     for (int y = 0; y < picture.height; ++y)
-        std::copy_n(picture.argb.begin() + static_cast<std::ptrdiff_t>(y) * picture.width, picture.width,
-                    reinterpret_cast<QRgb*>(img.scanLine(y)));
-    QGuiApplication::clipboard()->setImage(img);
+        std::copy_n(picture.argb.data() + static_cast<size_t>(y) * static_cast<size_t>(picture.width), picture.width,
+                    reinterpret_cast<uint32_t*>(img.scanLine(y)));
+    b->setImage(img);
 }
 
 }  // namespace korvex::gui

@@ -1,8 +1,6 @@
-// The desktop's clipboard for the logic. Qt keeps text as Unicode: plain text
-// is handed over as bytes of the project's code page, Unicode text as UTF-8.
+// The desktop's clipboard behind platform::Clipboard. Plain text is held in
+// the code page the window gives; Unicode text and pictures go as they are.
 #pragma once
-
-#include <functional>
 
 #include "platform/clipboard.h"
 
@@ -10,8 +8,9 @@ namespace korvex::gui {
 
 class QtClipboard : public platform::Clipboard {
 public:
-    // codepage gives the page of "plain text" at the moment of the call.
-    explicit QtClipboard(std::function<int()> codepage);
+    // cp: the code page of text() and set_text() (the project's).
+    explicit QtClipboard(int cp = 1252) : cp_(cp) {}
+    void set_codepage(int cp) { cp_ = cp; }
 
     std::string text() override;
     std::string unicode_text() override;
@@ -21,7 +20,7 @@ public:
     void set_image(const platform::ClipImage& picture) override;
 
 private:
-    std::function<int()> codepage_;
+    int cp_;
 };
 
 }  // namespace korvex::gui

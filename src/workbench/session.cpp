@@ -15,7 +15,9 @@
 #include "text/string_lines.h"
 #include "text/text_writer.h"
 #include "typ/decoder.h"
+#include "typ/draw_order.h"
 #include "typ/encoder.h"
+#include "workbench/draw_order_model.h"
 #include "workbench/load_options.h"
 #include "workbench/pending.h"
 #include "workbench/theme.h"
@@ -575,6 +577,14 @@ int32_t Session::count_in_view() const {
 // which rebuilds the grid; else the grid is built at the size in force. The
 // loading guard falls with the build.
 void Session::show_loaded() {
+    // "Auto check Draworder Duplicates": a type listed twice keeps its first level.
+    if (settings_.no_duplicate_check == 0) {
+        const std::string removed = typ::find_duplicates(s_, ui_, true);
+        if (!removed.empty()) {
+            refresh_levels(s_);
+            ui_.message("Found and removed duplicates :\r\n\r\n" + removed);
+        }
+    }
     if (count_in_view() > k_small_icons_above && settings_.icon_size >= 2) {
         settings_.icon_size = 0;
         view_.set_icon_size(0);

@@ -236,11 +236,10 @@ TEST(ElementDialogs, PoiSizesRefusesAndStaysOpenUntilTheFormIsFine) {
 }
 
 TEST(QtClipboard, TextInTheProjectsPageUnicodeAsUtf8AndPictures) {
-    int cp = 1252;
-    korvex::gui::QtClipboard c([&] { return cp; });
+    korvex::gui::QtClipboard c(1252);
     c.set_unicode_text("B\xC3\xA4" "ckerei");
     EXPECT_EQ(c.text(), "B\xE4" "ckerei");
-    cp = 1251;
+    c.set_codepage(1251);
     c.set_text("\xC4\xE0");  // Cyrillic in page 1251
     EXPECT_EQ(c.unicode_text(), "\xD0\x94\xD0\xB0");
     korvex::platform::ClipImage img{2, 1, {0xFFFF0000u, 0x8000FF00u}};
