@@ -1,5 +1,6 @@
 // The style import of ElementOps: a ".krvx" file of the types a map style
 // uses, made into new elements, and the types it does not use, marked.
+#include <optional>
 #include <unordered_set>
 
 #include "platform/files.h"
@@ -131,6 +132,12 @@ int ElementOps::import_krv_text(const std::string& raw) {
     std::string seen = ",";
     std::vector<std::pair<int32_t, int>> levels;
     const IconColours colours = icon_colours(settings_);
+    // The types of each class, looked up once and kept up to date.
+    std::optional<TypeIndex> known[3];
+    auto exists = [&](int kind, int32_t code) {
+        if (!known[kind]) known[kind].emplace(s_, kind);
+        return known[kind]->has(code);
+    };
     for (const std::string& raw_line : split(text, '\n')) {
         const std::string line = trim(raw_line);
         if (line.empty() || stopped) continue;
@@ -162,7 +169,7 @@ int ElementOps::import_krv_text(const std::string& raw) {
         std::string label;
         if (values.size() < 2 || !wanted(values[1], label)) continue;
         const std::string digits = five_digits(code);
-        if (!chktype(digits, kind).empty() || TypeIndex(s_, kind).has(code)) continue;
+        if (!chktype(digits, kind).empty() || exists(kind, code)) continue;
         if (kind == model::k_polygons && host_.draworder_view()) {
             ui_.message("Please show all polygons");
             stopped = true;
@@ -182,6 +189,7 @@ int ElementOps::import_krv_text(const std::string& raw) {
             s_.pg_drw[static_cast<size_t>(row)] = drw_entry(code, level);
             levels.emplace_back(code, level);
         }
+        known[kind]->add(code, 0);
         ++made[kind];
     }
     add_draworders(s_, levels);
