@@ -30,6 +30,7 @@
 
 #include "gui/cell_delegate.h"
 #include "gui/draworder_view.h"
+#include "gui/element_commands.h"
 #include "gui/errors_window.h"
 #include "gui/grid_model.h"
 #include "gui/grid_view.h"
@@ -42,6 +43,7 @@
 #include "gui/workbench_menus.h"
 #include "text/text_writer.h"
 #include "workbench/data_folder.h"
+#include "workbench/type_key.h"
 
 namespace korvex::gui {
 
@@ -112,6 +114,7 @@ MainWindow::MainWindow(WindowServices services, QWidget* parent)
         services_.clock = own_clock_.get();
     }
 
+    commands_ = std::make_unique<ElementCommands>(*this, services_.element_dialogs);
     build_widgets();
     build_menus();
     if (own_prompt_) {
@@ -123,6 +126,15 @@ MainWindow::MainWindow(WindowServices services, QWidget* parent)
 
     session_ = std::make_unique<workbench::Session>(s_, settings_, msgs_, *prompt_, *services_.dialogs,
                                                      *services_.launcher, *services_.clock, data_folder_, *this);
+    {
+        // The theme table: installed beside the program, else the source tree's.
+        std::vector<std::string> tables = {
+            to_path(QApplication::applicationDirPath() + "/../share/korvex/themes/tdat")};
+#ifdef KORVEX_BUNDLED_THEMES
+        tables.push_back(std::string(KORVEX_BUNDLED_THEMES) + "/tdat");
+#endif
+        session_->set_theme_tables(tables);
+    }
     s_.curfile = "untitled.typ";
     browser_.chg_icn(settings_.icon_size, label_text_height());
     session_->start();
@@ -261,6 +273,15 @@ void MainWindow::build_widgets() {
         if (!session_->loading()) menus_->show_draworders();
     });
 
+    // The buttons of the element operations under the grid.
+    auto* grid_box = new QWidget(splitter_);
+    auto* grid_lay = new QVBoxLayout(grid_box);
+    grid_lay->setContentsMargins(0, 0, 0, 0);
+    grid_lay->setSpacing(0);
+    grid_lay->addWidget(grid_, 1);
+    grid_lay->addWidget(layers_, 1);
+    grid_lay->addWidget(commands_->build_buttons(grid_box));
+
     side_ = new QWidget(splitter_);
     auto* side = new QVBoxLayout(side_);
     side->setContentsMargins(0, 0, 0, 0);
@@ -297,12 +318,10 @@ void MainWindow::build_widgets() {
     });
     connect(apply_, &QPushButton::clicked, this, [this] { apply_changes(); });
 
-    splitter_->addWidget(grid_);
-    splitter_->addWidget(layers_);
+    splitter_->addWidget(grid_box);
     splitter_->addWidget(side_);
     splitter_->setStretchFactor(0, 3);
-    splitter_->setStretchFactor(1, 3);
-    splitter_->setStretchFactor(2, 2);
+    splitter_->setStretchFactor(1, 2);
     outer->addWidget(splitter_, 1);
     setCentralWidget(central);
 
@@ -362,7 +381,11 @@ void MainWindow::build_menus() {
     add(file, "msaveastxt", "Save as Text", [this] { session_->save(workbench::k_save_text); });
     add(file, "msaveasutf8txt", "Save as Text (Utf8)", [this] { session_->save(workbench::k_save_text_utf8); });
     file->addSeparator();
+    commands_->add_import_entry(file);
+    file->addSeparator();
     add(file, "mexit", "Exit", [this] { close(); });
+
+    QMenu* edit = commands_->build_edit_menu(menuBar());
 
     QMenu* icons = menu("micons", "Icons");
     sizes_ = new QActionGroup(this);
@@ -403,7 +426,7 @@ void MainWindow::build_menus() {
     QMenu* draworder = menus_->build_draworder_menu(menuBar());
     QMenu* fonts = menus_->build_fonts_menu(menuBar());
 
-    top_menus_ = {file, icons, settings, language, window, logs, draworder, fonts};
+    top_menus_ = {file, edit, icons, settings, language, window, logs, draworder, fonts};
 
     // Ctrl+S saves in place only while Save is enabled; the menu entry itself
     // runs the full flow.
@@ -417,11 +440,7 @@ void MainWindow::build_menus() {
     auto* layers_all = new QShortcut(QKeySequence::SelectAll, layers_);
     layers_all->setContext(Qt::WidgetWithChildrenShortcut);
     connect(layers_all, &QShortcut::activated, this, [this] { select_all(); });
-    auto* layers_delete = new QShortcut(QKeySequence::Delete, layers_);
-    layers_delete->setContext(Qt::WidgetWithChildrenShortcut);
-    connect(layers_delete, &QShortcut::activated, this, [this] {
-        if (browser_.layer_view() && !session_->loading()) menus_->delete_entries();
-    });
+    // Delete is the Edit menu's: in the draw-order view it removes entries.
     auto* ctrl_b = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_B), this);
     connect(ctrl_b, &QShortcut::activated, this, [this] {
         settings_.background = workbench::k_white;
@@ -529,6 +548,7 @@ void MainWindow::rebuild_grid() {
         else
             grid_->show_cell(browser_.current_cell());
     }
+    commands_->refresh();
     if (session_) session_->grid_built();
 }
 
@@ -700,7 +720,20 @@ void MainWindow::search() {
 
 void MainWindow::apply_changes() {
     const QByteArray text = panel_->toPlainText().toUtf8();
-    session_->apply_code_panel(std::string(text.constData(), static_cast<size_t>(text.size())));
+    // A new type number in the text moves the element to its place.
+    const int cls = browser_.cls();
+    const int32_t row = browser_.current_row();
+    const int32_t old_code = row >= 0 ? workbench::row_type_code(s_, cls, row) : -1;
+    if (!session_->apply_code_panel(std::string(text.constData(), static_cast<size_t>(text.size())))) return;
+    if (row >= 0 && workbench::row_type_code(s_, cls, row) != old_code) commands_->ops().renumbered(cls, row, old_code);
+}
+
+void MainWindow::show_row(int32_t row) {
+    const int cell = row >= 0 ? browser_.cell_of_row(row) : -1;
+    browser_.set_current(cell);
+    if (cell >= 0) grid_->show_cell(cell);
+    fill_panel_for_current();
+    model_->marks_changed();
 }
 
 void MainWindow::codepage_chosen() {
@@ -735,7 +768,7 @@ void MainWindow::show_context_menu(int cell, const QPoint& global) {
     });
     QAction* all = menu.addAction("Select All");
     connect(all, &QAction::triggered, this, [this] { select_all(); });
-    menu.addSeparator();
+    commands_->fill_context_menu(menu);
     menus_->add_grid_entries(menu);
     menu.exec(global);
 }

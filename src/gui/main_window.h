@@ -20,6 +20,7 @@
 #include "platform/launcher.h"
 #include "platform/prompt.h"
 #include "workbench/browser.h"
+#include "workbench/element_ops.h"
 #include "workbench/session.h"
 #include "workbench/settings_file.h"
 
@@ -40,6 +41,7 @@ namespace korvex::gui {
 
 class CellDelegate;
 class DrawOrderView;
+class ElementCommands;
 class ErrorsWindow;
 class GridModel;
 class GridView;
@@ -61,6 +63,8 @@ struct WindowServices {
     platform::Clipboard* clipboard = nullptr;
     // Where 6.dat lives without the data folder's marker; "" is the program's folder.
     std::string program_folder;
+    // The New dialogs of the element operations.
+    workbench::ElementDialogs* element_dialogs = nullptr;
 };
 
 class MainWindow : public QMainWindow, public workbench::SessionView {
@@ -79,6 +83,9 @@ public:
     workbench::Browser& browser() { return browser_; }
     workbench::Session& session() { return *session_; }
     workbench::AppSettings& settings() { return settings_; }
+    platform::FileDialog& file_dialogs() { return *services_.dialogs; }
+    // The Edit menu, the buttons under the grid and the element operations.
+    ElementCommands& commands() { return *commands_; }
     GridView* grid() const { return grid_; }
     GridModel* grid_model() const { return model_; }
     CellDelegate* delegate() const { return delegate_; }
@@ -111,6 +118,9 @@ public:
     void select_all();
     void search();
     void apply_changes();
+    // Makes a store row of the class in view the current element, shows it
+    // and fills the code panel; -1 empties the panel.
+    void show_row(int32_t row);
 
     // SessionView
     void rebuild_grid() override;
@@ -169,6 +179,7 @@ private:
     std::unique_ptr<QtClipboard> own_clipboard_;
     platform::Prompt* prompt_ = nullptr;
     std::unique_ptr<workbench::Session> session_;
+    std::unique_ptr<ElementCommands> commands_;
 
     // widgets
     QLineEdit* fid_ = nullptr;

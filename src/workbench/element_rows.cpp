@@ -76,20 +76,54 @@ void parse_into(model::Store& s, platform::Prompt& ui, int cls, int32_t row, con
     s.curclass = shown;
 }
 
+int32_t newpoishuffle(model::Store& s) {
+    const int32_t row = s.pt_n;
+    insert_row(s, model::k_points, row);
+    ++s.pt_n;
+    return row;
+}
+
 int32_t append_element(model::Store& s, platform::Prompt& ui, int cls, const std::string& section) {
+    if (cls == model::k_points) {
+        const int32_t row = newpoishuffle(s);
+        parse_into(s, ui, cls, row, section);
+        return row;
+    }
     const int32_t row = end_row(s, cls);
     insert_row(s, cls, row);
     switch (cls) {
     case model::k_polygons: ++s.pg_n; s.pg_ni = s.pg_n; break;
     case model::k_lines: ++s.ln_n; break;
     case model::k_active_lines: ++s.ln_nact; break;
-    case model::k_points: ++s.pt_n; break;
     case model::k_extra_points: ++s.pt_nx; break;
     default: break;
     }
     if (cls == model::k_polygons && s.pg_drw.size() < static_cast<size_t>(s.pg_n) + 1) s.pg_drw.resize(static_cast<size_t>(s.pg_n) + 1);
     parse_into(s, ui, cls, row, section);
     return row;
+}
+
+int32_t addpolygon(model::Store& s, platform::Prompt& ui, const std::string& section, int level) {
+    const int32_t row = append_element(s, ui, model::k_polygons, section);
+    const int32_t code = row_type_code(s, model::k_polygons, row);
+    bool can_have = true;
+    drw_code(code, &can_have);
+    if (!can_have) level = 0;
+    s.pg_drw[static_cast<size_t>(row)] = drw_entry(code, level);
+    add_draworder(s, code, level);
+    return row;
+}
+
+int32_t create_newline(model::Store& s, platform::Prompt& ui, const std::string& section, bool active) {
+    return append_element(s, ui, active ? model::k_active_lines : model::k_lines, section);
+}
+
+int32_t new_poi(model::Store& s, platform::Prompt& ui, const std::string& section) {
+    return append_element(s, ui, model::k_points, section);
+}
+
+int32_t new_extrapoi(model::Store& s, platform::Prompt& ui, const std::string& section) {
+    return append_element(s, ui, model::k_extra_points, section);
 }
 
 std::string row_type_text(const model::Store& s, int cls, int32_t row) {

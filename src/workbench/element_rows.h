@@ -28,6 +28,16 @@ void parse_into(model::Store& s, platform::Prompt& ui, int cls, int32_t row, con
 // counts it. Returns the store row.
 int32_t append_element(model::Store& s, platform::Prompt& ui, int cls, const std::string& section);
 
+// The appends of each class by their own names. addpolygon gives the new
+// polygon its draw-order entry at level (0: none) as well; newpoishuffle
+// opens the row of a new base point in front of the extra points and counts
+// it.
+int32_t addpolygon(model::Store& s, platform::Prompt& ui, const std::string& section, int level);
+int32_t create_newline(model::Store& s, platform::Prompt& ui, const std::string& section, bool active);
+int32_t new_poi(model::Store& s, platform::Prompt& ui, const std::string& section);
+int32_t new_extrapoi(model::Store& s, platform::Prompt& ui, const std::string& section);
+int32_t newpoishuffle(model::Store& s);
+
 // Removes rows (store rows of the class, any order, repeats allowed) from
 // every column and the counters; a polygon's draw-order entry goes when no
 // polygon of its type is left. Returns the type texts removed, in row order.

@@ -67,12 +67,9 @@ int32_t ElementOps::new_polygon() {
     if (draworder_level(s_, code) > 0 &&
         !ui_.yes_no("An empty draworder exists for " + f.type + ". Continue?"))
         return -1;
-    const int level = can_have ? f.level : 0;
     standing_level_ = f.level;
-    const int32_t row =
-        append_element(s_, ui_, model::k_polygons, as_project(new_polygon_section(f.type, f.text, icon_colours(settings_))));
-    s_.pg_drw[static_cast<size_t>(row)] = drw_entry(code, level);
-    add_draworder(s_, code, level);
+    const int32_t row = addpolygon(s_, ui_, as_project(new_polygon_section(f.type, f.text, icon_colours(settings_))),
+                                   can_have ? f.level : 0);
     return finish(model::k_polygons, row);
 }
 
@@ -109,7 +106,7 @@ int32_t ElementOps::new_line(int cls) {
     }
     const std::string section =
         new_line_section(f.type, active ? activity_of_index(f.activity) : std::string(), f.text, icon_colours(settings_));
-    return finish(cls, append_element(s_, ui_, cls, as_project(section)));
+    return finish(cls, create_newline(s_, ui_, as_project(section), active));
 }
 
 bool ElementOps::default_activities() {
@@ -122,7 +119,7 @@ bool ElementOps::default_activities() {
     const int32_t first = s_.ln_n + s_.ln_nact;
     const IconColours colours = icon_colours(settings_);
     for (const char* act : k_default_activities)
-        append_element(s_, ui_, model::k_active_lines, new_line_section(k_default_type, act, "", colours));
+        create_newline(s_, ui_, new_line_section(k_default_type, act, "", colours), true);
     host_.tables_changed(first);
     return true;
 }
@@ -145,7 +142,7 @@ int32_t ElementOps::new_point() {
     }
     const std::string section =
         new_point_section(f.type, f.text, f.width, f.height, f.night, icon_colours(settings_));
-    return finish(model::k_points, append_element(s_, ui_, model::k_points, as_project(section)));
+    return finish(model::k_points, new_poi(s_, ui_, as_project(section)));
 }
 
 int32_t ElementOps::new_extra_point() {
@@ -172,7 +169,7 @@ int32_t ElementOps::new_extra_point() {
     }
     const std::string section =
         new_point_section(five_digits(value), f.text, k_tile, k_tile, false, icon_colours(settings_));
-    const int32_t row = append_element(s_, ui_, model::k_extra_points, as_project(section));
+    const int32_t row = new_extrapoi(s_, ui_, as_project(section));
     host_.tables_changed(row);
     return row;
 }

@@ -1,5 +1,6 @@
 // The style import of ElementOps: a ".krvx" file of the types a map style
 // uses, made into new elements, and the types it does not use, marked.
+#include <optional>
 #include <unordered_set>
 
 #include "platform/files.h"
@@ -131,6 +132,12 @@ int ElementOps::import_krv_text(const std::string& raw) {
     std::string seen = ",";
     std::vector<std::pair<int32_t, int>> levels;
     const IconColours colours = icon_colours(settings_);
+    // The types of each class, looked up once and kept up to date.
+    std::optional<TypeIndex> known[3];
+    auto exists = [&](int kind, int32_t code) {
+        if (!known[kind]) known[kind].emplace(s_, kind);
+        return known[kind]->has(code);
+    };
     for (const std::string& raw_line : split(text, '\n')) {
         const std::string line = trim(raw_line);
         if (line.empty() || stopped) continue;
@@ -162,25 +169,27 @@ int ElementOps::import_krv_text(const std::string& raw) {
         std::string label;
         if (values.size() < 2 || !wanted(values[1], label)) continue;
         const std::string digits = five_digits(code);
-        if (!chktype(digits, kind).empty() || TypeIndex(s_, kind).has(code)) continue;
+        if (!chktype(digits, kind).empty() || exists(kind, code)) continue;
         if (kind == model::k_polygons && host_.draworder_view()) {
             ui_.message("Please show all polygons");
             stopped = true;
             continue;
         }
         // The file is UTF-8; its labels go in as the project keeps them.
-        auto add = [&](const std::string& section) {
-            return append_element(s_, ui_, kind, text::strings_to_pages(s_, section));
-        };
         if (kind == model::k_points) {
-            add(new_point_section(digits, label, k_import_point_side, k_import_point_side, false, colours));
+            new_poi(s_, ui_, as_project(new_point_section(digits, label, k_import_point_side, k_import_point_side, false, colours)));
         } else if (kind == model::k_lines) {
-            add(new_line_section(digits, "", label, colours));
+            create_newline(s_, ui_, as_project(new_line_section(digits, "", label, colours)), false);
         } else {
-            const int32_t row = add(new_polygon_section(digits, label, colours));
-            s_.pg_drw[static_cast<size_t>(row)] = "Type=" + drw_code(code) + "," + std::to_string(k_import_level);
-            levels.emplace_back(code, k_import_level);
+            // The level goes into the list once for all polygons, with one sort.
+            const int32_t row = append_element(s_, ui_, kind, as_project(new_polygon_section(digits, label, colours)));
+            bool can_have = true;
+            drw_code(code, &can_have);
+            const int level = can_have ? k_import_level : 0;
+            s_.pg_drw[static_cast<size_t>(row)] = drw_entry(code, level);
+            levels.emplace_back(code, level);
         }
+        known[kind]->add(code, 0);
         ++made[kind];
     }
     add_draworders(s_, levels);

@@ -142,6 +142,14 @@ TEST(SortRows, StableByKeyAndTheFollowedRowIsTracked) {
     EXPECT_EQ(moved, 4);
     // Already sorted: nothing moves, the followed row stays.
     EXPECT_EQ(sort_types(f.s, model::k_polygons, 2), 2);
+
+    // One row out of place at the end (a new element) goes behind its equals.
+    f.load(test::polygon("0x01", "a") + test::polygon("0x03", "first") + test::polygon("0x05", "c") +
+           test::polygon("0x03", "last"));
+    EXPECT_EQ(sort_types(f.s, model::k_polygons, 3), 2);
+    EXPECT_EQ(f.s.pg_lab[1].substr(3), "first");
+    EXPECT_EQ(f.s.pg_lab[2].substr(3), "last");
+    EXPECT_EQ(f.s.pg_lab[3].substr(3), "c");
 }
 
 TEST(SortRows, SwapTypesWalksToItsPlaceAndStopsAtAnEqualKey) {
