@@ -57,6 +57,8 @@ struct EditorSession {
 
     int curcol = -1;                // selected entry from 1; 0 none; negative: none chosen yet
     int curcol2 = -1;               // entry of the right button
+    uint32_t pen_colour = 0;        // true colour: the colours of the two buttons
+    uint32_t pen_colour2 = 0xFFFFFF;
     int16_t tool = t_pencil;
 
     std::string colourtext;         // colour lines as text (getcurcol)

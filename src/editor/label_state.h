@@ -22,7 +22,7 @@ struct LabelState {
     int fontstyle_index = 0;        // 0 Default .. 4 Large; 5 keeps an unknown style as it was
     bool extendedlabels = false;    // tick "Extended Labels"
     bool fontcolours = false;       // tick "Font Colours"
-    uint32_t daylabelcolour = 0;    // 0xRRGGBB as written in text order, red first
+    uint32_t daylabelcolour = 0;    // red in the low byte
     uint32_t nightlabelcolour = 0;
     bool has_day = false, has_night = false;  // which of the two colours the element carries
 
