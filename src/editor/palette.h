@@ -13,6 +13,7 @@ constexpr int k_max_colours = 254;
 
 struct Palette {
     std::vector<uint32_t> colours;  // entry i at colours[i - 1]
+    std::vector<uint8_t> alpha;     // a point's opacity of each entry (colormode 32); empty otherwise
 
     int ncols() const { return static_cast<int>(colours.size()); }
     bool valid(int entry) const { return entry >= 1 && entry <= ncols(); }

@@ -44,6 +44,7 @@ int add_colour(EditorSession& e, platform::Prompt& ui, uint32_t default1, uint32
     const int entry = e.ncols() + 1;
     if (entry < 3) colour = entry == 1 ? default1 : default2;
     e.palette.colours.push_back(colour & 0xFFFFFF);
+    if (!e.palette.alpha.empty()) e.palette.alpha.push_back(0);
     e.curcol = entry;
     e.eddirty = true;
     e.changes1 |= ch_ncols;
@@ -71,6 +72,7 @@ bool removecol(EditorSession& e, int entry, platform::Prompt& ui, bool opacity_p
             --v;
     }
     e.palette.colours.erase(e.palette.colours.begin() + gone);
+    if (static_cast<size_t>(gone) < e.palette.alpha.size()) e.palette.alpha.erase(e.palette.alpha.begin() + gone);
     e.curcol = -1;
     e.eddirty = true;
     e.changes1 |= ch_ncols;
@@ -94,6 +96,7 @@ int trimcols(EditorSession& e, platform::Prompt& ui, bool opacity_panel) {
         if (!used[i]) continue;
         new_index[i] = kept.ncols();
         kept.colours.push_back(e.palette.colours[i]);
+        if (i < e.palette.alpha.size()) kept.alpha.push_back(e.palette.alpha[i]);
     }
     const int removed = e.ncols() - kept.ncols();
     if (removed == 0) {
