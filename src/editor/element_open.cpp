@@ -137,11 +137,8 @@ void split_type(std::string code, std::string& type, std::string& subtype) {
     std::string digits;
     for (char c : code)
         if (std::isxdigit(static_cast<unsigned char>(c))) digits += static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
-    if (digits.size() == 4) digits += "0";  // shape "0x" + four digits: cut as five
-    if (digits.size() == 4 + 1) {
-        type = digits.substr(0, 3);
-        subtype = digits.substr(3, 2);
-    } else if (digits.size() > 5) {
+    if (digits.size() >= 4) {
+        // The last two digits are the subtype: "2A07", "10F03".
         type = digits.substr(0, digits.size() - 2);
         subtype = digits.substr(digits.size() - 2);
     } else {

@@ -159,7 +159,8 @@ TEST(PaletteEdit, AddRemoveTrimFix) {
     EXPECT_EQ(ui.messages.back(), "Maximum Colours = 254");
     EXPECT_EQ(e.ncols(), k_max_colours);
 
-    Palette p{{5, 5, 0xFFFFFF, 0xFFFFFF, 6}};
+    Palette p;
+    p.colours = {5, 5, 0xFFFFFF, 0xFFFFFF, 6};
     fixcols(p);
     EXPECT_EQ(p.colours, (std::vector<uint32_t>{5, 6, 0xFFFFFF, 0xFFFFFE, 7}));  // each later entry gives way
     EXPECT_FALSE(p.has_duplicates());
