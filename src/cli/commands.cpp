@@ -1,6 +1,8 @@
 #include "cli/commands.h"
 
+#include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <string>
 #include <vector>
 
@@ -13,7 +15,9 @@
 #include "text/text_writer.h"
 #include "typ/decoder.h"
 #include "typ/encoder.h"
+#include "integration/messages.h"
 #include "workbench/load_options.h"
+#include "workbench/save_checks.h"
 
 namespace korvex::cli {
 
@@ -22,6 +26,7 @@ namespace {
 constexpr int k_ok = 0;
 constexpr int k_failed = 1;
 constexpr int k_usage = 2;
+constexpr int k_msg_no_data = 3;
 
 const char* k_usage_text =
     "usage: korvex-cli info FILE.typ|FILE.txt|FILE.prj\n"
@@ -30,7 +35,8 @@ const char* k_usage_text =
     "options: --load-options 111111   classes and night colours to load (default 111111)\n"
     "         --offsets               show record offsets as comments in the text\n"
     "         --answer yes|no         the answer to every question (default yes)\n"
-    "         --fid N, --pid N        family and product id to save with, in place of the file's\n";
+    "         --fid N, --pid N        family and product id to save with, in place of the file's\n"
+    "         --version, --help\n";
 
 struct Args {
     std::string command;
@@ -79,6 +85,8 @@ std::string parse(int argc, char** argv, Args& a) {
             a.answer = v == "yes" ? platform::Answer::yes : platform::Answer::no;
         } else if (arg == "-h" || arg == "--help") {
             return "help";
+        } else if (arg == "--version") {
+            return "version";
         } else if (arg.size() > 1 && arg[0] == '-') {
             return "unknown option " + arg;
         } else {
@@ -106,7 +114,7 @@ void print_report(const std::string& report, std::FILE* to) {
     }
 }
 
-enum class Kind { typ, text, prj };
+enum class Kind { typ, text, prj, unknown };
 
 std::string extension(const std::string& path) {
     const size_t dot = path.rfind('.');
@@ -129,21 +137,46 @@ bool project_sections(const std::string& data) {
     return false;
 }
 
-// Content first, then the extension. A TYP file carries its magic at offset
-// 2; its first byte, the header length, is "[" (0x5b) for the plain header,
-// so the magic decides first. Texts and projects both open with "[" or ";":
-// project sections without any "[_" marker make a project, "[_" markers a
-// text, and the extension decides a file with neither.
+// The text form's section markers, any of which makes a text.
+bool text_sections(const std::string& data) {
+    for (size_t p = data.find("[_"); p != std::string::npos; p = data.find("[_", p + 2)) {
+        std::string word;
+        for (size_t k = p; k < data.size() && k < p + 13 && data[k] != ']'; ++k)
+            word += static_cast<char>(data[k] >= 'A' && data[k] <= 'Z' ? data[k] + 32 : data[k]);
+        if (word == "[_id" || word == "[_draworder" || word == "[_polygon" || word == "[_line" || word == "[_point")
+            return true;
+    }
+    return false;
+}
+
+// By content alone: a TYP file carries its magic at offset 2 (its first
+// byte, the header length, is "[" for the plain header, so the magic
+// decides first); project sections without any "[_" marker make a project;
+// a section marker of the text form, or a first line opening a section or a
+// comment, makes a text. Anything else is no file of ours, whatever its name.
 Kind kind_of(const std::string& data, const std::string& path) {
     if (data.size() >= 12 && data.compare(2, 10, "GARMIN TYP") == 0) return Kind::typ;
     if (project_sections(data)) return Kind::prj;
-    const std::string ext = extension(path);
+    if (text_sections(data)) return Kind::text;
     size_t i = 0;
     if (data.compare(0, 3, "\xEF\xBB\xBF") == 0) i = 3;
     while (i < data.size() && (data[i] == ' ' || data[i] == '\t' || data[i] == '\r' || data[i] == '\n')) ++i;
-    if (i < data.size() && (data[i] == '[' || data[i] == ';'))
-        return ext == ".prj" && data.find("[_") == std::string::npos ? Kind::prj : Kind::text;
-    return ext == ".prj" ? Kind::prj : ext == ".txt" ? Kind::text : Kind::typ;
+    const bool prj = extension(path) == ".prj";
+    if (i < data.size() && (data[i] == '[' || data[i] == ';')) return prj ? Kind::prj : Kind::text;
+    // A project of keys alone ("familyid=") is told by its name, if it is text.
+    const bool textual = std::none_of(data.begin(), data.end(), [](char c) {
+        const auto b = static_cast<unsigned char>(c);
+        return b < 32 && b != '\t' && b != '\r' && b != '\n';
+    });
+    return prj && textual ? Kind::prj : Kind::unknown;
+}
+
+// Why a file cannot be read at all; "" when it can.
+std::string unreadable(const std::string& data, Kind kind) {
+    if (data.empty()) return "the file is empty";
+    if (kind == Kind::unknown)
+        return "not a TYP file (no \"GARMIN TYP\" signature at offset 2), a TYP text or a MapTK project";
+    return {};
 }
 
 size_t count_tokens(const std::string& list) {
@@ -184,13 +217,25 @@ int info(const model::Store& s, Kind kind) {
     return k_ok;
 }
 
+bool id_is_zero(const std::string& field) {
+    const size_t a = field.find_first_not_of(" \t");
+    if (a == std::string::npos) return true;
+    const size_t x = field.find_first_of("xX", a);
+    return std::strtoll(field.c_str() + (x == std::string::npos ? a : x + 1), nullptr, x == std::string::npos ? 10 : 16) == 0;
+}
+
+// A text is a view of the file, not a save for a device: identifiers of 0
+// are written as they are, and said.
 int decode(model::Store& s, platform::Prompt& ui, const Args& a) {
     platform::SystemClock clock;
     const int kind = a.utf8 ? text::k_kind_utf8 : 13;
+    const bool fid0 = id_is_zero(s.fid), pid0 = id_is_zero(s.pid);
+    if (fid0 || pid0)
+        std::fprintf(stderr, "report: %s 0 (written as it is; a TYP for a device needs --fid and --pid)\n",
+                     fid0 && pid0 ? "FID and PID are" : fid0 ? "FID is" : "PID is");
     if (a.output.empty()) {
-        bool ok = text::save_txt(s, ui, clock, kind, [](std::string_view piece) {
-            std::fwrite(piece.data(), 1, piece.size(), stdout);
-        });
+        bool ok = text::save_txt(
+            s, ui, clock, kind, [](std::string_view piece) { std::fwrite(piece.data(), 1, piece.size(), stdout); }, false);
         std::fflush(stdout);
         return ok ? k_ok : k_failed;
     }
@@ -199,7 +244,7 @@ int decode(model::Store& s, platform::Prompt& ui, const Args& a) {
         ui.message("Cannot write " + a.output + ": " + out.error());
         return k_failed;
     }
-    bool ok = text::save_txt(s, ui, clock, kind, [&](std::string_view piece) { out.write(piece); });
+    bool ok = text::save_txt(s, ui, clock, kind, [&](std::string_view piece) { out.write(piece); }, false);
     if (!ok) return k_failed;  // the writer's destructor removes the temporary file
     if (!out.commit()) {
         ui.message("Cannot write " + a.output + ": " + out.error());
@@ -208,8 +253,16 @@ int decode(model::Store& s, platform::Prompt& ui, const Args& a) {
     return k_ok;
 }
 
+// The checks of the window's TYP save, the typed fields being --fid and --pid
+// and the answers --answer's.
 int encode(model::Store& s, platform::Prompt& ui, const Args& a) {
     platform::SystemClock clock;
+    const integration::Messages msgs;
+    if (!workbench::has_data(s)) {
+        ui.message(msgs.get_msg(k_msg_no_data));
+        return k_failed;
+    }
+    if (!workbench::check_ids(s, ui, msgs, true).ok) return k_failed;
     if (!typ::save_typ(s, ui, clock, true)) return k_failed;
     print_report(s.loadrep, stderr);
     if (a.output.empty()) {
@@ -224,7 +277,17 @@ int encode(model::Store& s, platform::Prompt& ui, const Args& a) {
 
 int run(int argc, char** argv) {
     Args a;
-    if (std::string why = parse(argc, argv, a); !why.empty()) return usage(why == "help" ? "" : why);
+    if (std::string why = parse(argc, argv, a); !why.empty()) {
+        if (why == "version") {
+            std::printf("korvex-cli %s\n", KORVEX_VERSION);
+            return k_ok;
+        }
+        if (why == "help") {
+            std::fputs(k_usage_text, stdout);
+            return k_ok;
+        }
+        return usage(why);
+    }
 
     platform::ConsolePrompt ui(a.answer);
     model::Store s;
@@ -244,6 +307,10 @@ int run(int argc, char** argv) {
         return k_failed;
     }
     const Kind kind = kind_of(*data, a.input);
+    if (const std::string why = unreadable(*data, kind); !why.empty()) {
+        std::fprintf(stderr, "korvex-cli: %s: %s\n", a.input.c_str(), why.c_str());
+        return k_failed;
+    }
     if (kind == Kind::prj) {
         text::load_prj_data(s, ui, a.input, *data);
     } else if (kind == Kind::text) {

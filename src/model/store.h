@@ -43,6 +43,14 @@ struct Settings {
     std::string version = KORVEX_VERSION;
 };
 
+// Which bytes a code page leaves undefined (bytes below 32 always are), for
+// the page they were last looked up for; -1 for none yet.
+struct UndefinedBytes {
+    int codepage = -1;
+    bool single_byte = true;
+    std::array<bool, 256> undefined{};
+};
+
 // Working state of one decoder walk; reset by chk_typ.
 struct WalkState {
     bool overrun_noted = false;      // one report line for reads past the end
@@ -59,6 +67,7 @@ struct WalkState {
     int64_t point_pixels = 0;        // pixels of the point pictures decoded so far
     int64_t label_bytes = 0;         // bytes of the label blocks read so far
     int64_t line_rows = 0;           // characters of line picture rows made so far
+    UndefinedBytes undefined;        // of the labels' code page, looked up once
 };
 
 struct Store {

@@ -48,6 +48,29 @@ void replace_all(std::string& text, const std::string& from, const std::string& 
     text = std::move(out);
 }
 
+// A section marker in a comment line (";[_line]", but also "; Section
+// [_LINE]" in a file's notes) loses its "_", so that it cannot split the
+// file: a line starting with ";" is a comment wherever it stands.
+void quiet_commented_markers(std::string& text) {
+    if (text.find("[_") == std::string::npos) return;
+    std::string out;
+    out.reserve(text.size());
+    bool line_start = true, comment = false;
+    for (size_t i = 0; i < text.size(); ++i) {
+        const char c = text[i];
+        if (c == '\n') {
+            line_start = true;
+            comment = false;
+        } else if (line_start && c != ' ' && c != '\t' && c != '\r') {
+            line_start = false;
+            comment = c == ';';
+        }
+        out += c;
+        if (comment && c == '[' && i + 1 < text.size() && text[i + 1] == '_') ++i;
+    }
+    text = std::move(out);
+}
+
 // Every spelling of a section marker becomes the literal one, so that a
 // plain split finds all sections. marker is in lower case.
 void unify_marker(std::string& text, const std::string& marker) {
@@ -84,9 +107,14 @@ std::vector<std::string_view> split_views(std::string_view text, std::string_vie
 }
 
 // The text with its caseless spellings of marker made literal; text itself
-// when it holds the literal marker or none.
+// when every spelling in it is the literal one already. A file may mix
+// spellings ("[_polygon]" and "[_POLYGON]"), so each one is looked at.
 const std::string& with_marker(const std::string& text, const std::string& marker, std::string& copy) {
-    if (text.find(marker) != std::string::npos || !contains_caseless(text, marker)) return text;
+    bool literal = true;
+    for (size_t p = find_caseless(text, marker, 0); literal && p != std::string::npos;
+         p = find_caseless(text, marker, p + marker.size()))
+        literal = text.compare(p, marker.size(), marker) == 0;
+    if (literal) return text;
     copy = text;
     unify_marker(copy, marker);
     return copy;
@@ -626,7 +654,7 @@ bool load_txt(Store& s, platform::Prompt& ui, const std::string& path, std::stri
     drop_byte(text, '\r');
     read_created(s, text);
     read_id(s, text);
-    replace_all(text, ";[_", ";[");
+    quiet_commented_markers(text);
     replace_byte(text, '\t', ' ');
     replace_byte(text, '\0', ' ');
 

@@ -248,10 +248,11 @@ PanelApply PanelCheck::run() {
 bool PanelCheck::required_keys() {
     bool type = false, xpm = false, font = false, fontstyle = false;
     for (const WorkLine& w : all_) {
+        if (w.low.rfind(";", 0) == 0) continue;  // a key in a comment is none
         type = type || has(w.low, "type=") || (cls_ == model::k_extra_points && has(w.low, "id="));
         xpm = xpm || has(w.low, "xpm=");
-        // A label or a comment may well speak of fonts.
-        if (w.low.rfind("string", 0) != 0 && w.low.rfind(";", 0) != 0) {
+        // A label may well speak of fonts.
+        if (w.low.rfind("string", 0) != 0) {
             font = font || has(w.low, "font");
             fontstyle = fontstyle || has(w.low, "fontstyle");
         }
@@ -263,7 +264,7 @@ bool PanelCheck::required_keys() {
 
 // A point with a night picture is checked a picture at a time.
 void PanelCheck::cut_copy() {
-    const auto night_at = std::find_if(all_.begin(), all_.end(), [](const WorkLine& w) { return has(w.low, "nightxpm"); });
+    const auto night_at = std::find_if(all_.begin(), all_.end(), [](const WorkLine& w) { return w.low.rfind(";", 0) != 0 && has(w.low, "nightxpm"); });
     if (night_at == all_.end()) {
         copy_ = all_;
         return;

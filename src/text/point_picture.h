@@ -48,6 +48,24 @@ std::string canonical_table(const Picture& p, PointSymbols& symbols, int& mode, 
 // colour of one pixel; "#RRGGBBxA" carries alpha A.
 std::string old_style_table(const std::vector<std::string_view>& rows, int& mode);
 
+// A night picture written as "#RRGGBB" a pixel (true colour, as mkgmap
+// reads it; a record holds night pictures only with a palette) turned into
+// a palette: colour lines in canonical symbols, in order of first
+// appearance, and rows of those symbols. "#RRGGBBxA" carries alpha A as in
+// old-style lines. A record holds at most 255 colours; a pixel beyond them
+// takes the nearest colour already in the table.
+struct PalettePicture {
+    std::vector<std::string> colours;  // '"' symbol " c #RRGGBB" '"' [" alpha=" a]
+    std::vector<std::string> rows;     // without quotes
+    int cpp = 1;
+    bool alpha = false;
+};
+PalettePicture palette_from_true_colour(const std::vector<std::string_view>& rows);
+
+// True when a line of the rows holds a "#" colour: a picture whose pixels
+// are colours, not symbols.
+bool true_colour_rows(const std::vector<std::string_view>& rows);
+
 // Symbols of rows that no colour of the table names, each once.
 std::vector<std::string> unknown_symbols(const std::vector<std::string_view>& rows, const PointSymbols& symbols);
 

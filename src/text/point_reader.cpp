@@ -155,6 +155,13 @@ void poiparse(Store& s, platform::Prompt& ui, const std::string& section, int32_
         if (ends_section) break;
         std::string line(view);
         if (typ::contains_caseless(line, ";123")) continue;
+        if (line.front() == ';') {
+            // Comments of the keys stay; what the writer prints behind a
+            // head (";Colours") is its own. A picture or key in a comment
+            // is no picture and no key.
+            if (!seen_colour && day.head_line.empty()) rest += line + k_crlf;
+            continue;
+        }
         std::string lo = lower(line);
         if (holds(lo, "xpm=") || holds(lo, "xpm =") || holds(lo, "xpm  =")) {
             line = normalise_equals(line);
@@ -165,12 +172,6 @@ void poiparse(Store& s, platform::Prompt& ui, const std::string& section, int32_
             p.head = read_head(line);
             const int stated = p.head.field[3];
             p.cpp = stated == 2 ? 2 : 1;
-            continue;
-        }
-        if (line.front() == ';') {
-            // Comments of the keys stay; what the writer prints behind a
-            // head (";Colours") is its own.
-            if (!seen_colour && day.head_line.empty()) rest += line + k_crlf;
             continue;
         }
         line = normalise_equals(line);
@@ -236,6 +237,20 @@ void poiparse(Store& s, platform::Prompt& ui, const std::string& section, int32_
     if (day.head_line.empty()) return;
     if (!day.head.has_blank) model::note_once(s, type + " problems with xpm");
 
+    // Colours a pixel made into a palette of their own, in the section's
+    // place of colour lines and rows.
+    auto to_palette = [&](Picture& p) {
+        PalettePicture pp = palette_from_true_colour(p.rows);
+        p.colours.clear();
+        p.rows.clear();
+        for (std::string& c : pp.colours) p.colours.push_back(changed.emplace_back(std::move(c)));
+        for (std::string& x : pp.rows) p.rows.push_back(changed.emplace_back(std::move(x)));
+        p.cpp = pp.cpp;
+        p.head.field[2] = static_cast<int>(p.colours.size());
+        p.head.field[3] = pp.cpp;
+        p.head.mode.clear();
+    };
+
     // Day picture.
     int mode = 0;
     int none_at = -1;
@@ -247,7 +262,7 @@ void poiparse(Store& s, platform::Prompt& ui, const std::string& section, int32_
     std::string table;
     int ncol = 0;
     bool bare = false;
-    if (day.colours.empty() && !day.rows.empty() && std::any_of(day.rows.begin(), day.rows.end(), [](std::string_view x) { return holds(x, "#"); })) {
+    if (day.colours.empty() && !day.rows.empty() && true_colour_rows(day.rows)) {
         // Old style: the picture's lines are the colours of its pixels.
         table = old_style_table(day.rows, mode);
         day.rows.clear();
@@ -292,6 +307,8 @@ void poiparse(Store& s, platform::Prompt& ui, const std::string& section, int32_
     bool has_night = false;
     if (!night.head_line.empty() && keep_night) {
         has_night = true;
+        // A night picture always has a palette.
+        if (night.colours.empty() && true_colour_rows(night.rows)) to_palette(night);
         PointSymbols night_symbols;
         night_symbols.cpp = night.cpp;
         int night_mode = 0, night_none = -1, nncol = 0;

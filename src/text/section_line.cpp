@@ -45,6 +45,12 @@ std::string line_section(const Store& s, int32_t r, LineOptions& opt) {
     bool width_written = false;
     TypeLine type_line(lines);
     for_each_key_line(txt, [&](std::string_view raw, std::string_view line, std::string& lo) {
+        // A comment is a comment wherever it stands: an old picture or key
+        // kept in one never counts.
+        if (line.starts_with(';')) {
+            lines.emplace_back(raw);
+            return;
+        }
         if (type_line.take(line, lo)) return;
         // mkgmap knows the width only as LineWidth=; a border is always
         // stated so that two colours read as line and border.

@@ -1,4 +1,7 @@
 // [_point] sections of a whole-file save (ordinary and extra points).
+#include <algorithm>
+#include <cctype>
+#include <cstdlib>
 #include <string>
 #include <vector>
 
@@ -58,6 +61,47 @@ std::string header_field(std::string_view header, int k) {
     return {};
 }
 
+// The rows of a picture without palette from its colours, one a pixel in
+// row order, width to a row; the header is rewritten to "w h 0 0" with the
+// rows there are. "" when the header gives no width.
+std::string true_colour_picture(std::string& header, const std::vector<std::string_view>& colours) {
+    const int width = std::atoi(header_field(header, 1).c_str());
+    if (width <= 0) return {};
+    std::string rows;
+    int height = 0;
+    std::string last = "#000000";
+    const size_t total = (colours.size() + static_cast<size_t>(width) - 1) / static_cast<size_t>(width) * static_cast<size_t>(width);
+    rows.reserve(total * 9 + colours.size() / static_cast<size_t>(width) * 2 + 2);
+    for (size_t k = 0; k < total; ++k) {
+        if (k < colours.size()) {
+            const std::string_view c = colours[k];
+            size_t n = 0;
+            while (2 + n < c.size() && n < 6 && std::isxdigit(static_cast<unsigned char>(c[2 + n]))) ++n;
+            last = "#";
+            for (size_t i = 0; i < 6; ++i)
+                last += i < n ? static_cast<char>(std::toupper(static_cast<unsigned char>(c[2 + i]))) : '0';
+            // Opacity rides in the old-style form "#RRGGBB" "0" and its digit,
+            // which the reader takes back.
+            const size_t a = c.find("alpha=");
+            if (a != std::string_view::npos) {
+                const int v = std::clamp(std::atoi(std::string(c.substr(a + 6)).c_str()), 0, 15);
+                last += '0';
+                last += "0123456789ABCDEF"[v];
+            }
+        }
+        rows += last;  // a short last row repeats its last colour
+        if ((k + 1) % static_cast<size_t>(width) == 0) {
+            rows += crlf;
+            ++height;
+        }
+    }
+    const size_t open = header.find('"');
+    const size_t close = open == std::string::npos ? std::string::npos : header.find('"', open + 1);
+    if (close != std::string::npos)
+        header.replace(open, close - open + 1, "\"" + std::to_string(width) + ' ' + std::to_string(height) + " 0 0\"");
+    return rows;
+}
+
 }  // namespace
 
 std::string point_section(const Store& s, int32_t r, bool extended, LineOptions& opt) {
@@ -70,12 +114,19 @@ std::string point_section(const Store& s, int32_t r, bool extended, LineOptions&
     const std::string key = extended ? "ID=" : "Type=";
 
     std::vector<std::string> lines;
+    std::vector<std::string_view> bare;  // "#RRGGBB": the pixels of a picture without palette
     int day_header = -1;
     int night_start = -1;
     bool day_none = false;
     bool day_alpha = false;
     TypeLine type_line(lines);
     for_each_key_line(txt, [&](std::string_view raw, std::string_view line, std::string& lo) {
+        // A comment is a comment wherever it stands: an old picture or key
+        // kept in one never counts.
+        if (line.starts_with(';')) {
+            lines.emplace_back(raw);
+            return;
+        }
         if (lo.starts_with("subtype=")) {
             // pt_typ already holds the merged digits.
             if (!digits.empty()) return;
@@ -95,8 +146,16 @@ std::string point_section(const Store& s, int32_t r, bool extended, LineOptions&
             } else if (day_header < 0 && night_start < 0) {
                 day_header = static_cast<int>(lines.size());
             }
+            const bool day = day_header == static_cast<int>(lines.size());
             lines.emplace_back(line);
-            if (no_table && contains(lo, "xpm=\"")) lines.emplace_back(";Colours");
+            // mkgmap takes any line behind a header for a colour or a row, so
+            // the note stands only where no picture follows (it is gone then
+            // with the one-pixel stand-in below) and never behind a night header.
+            if (no_table && day && contains(lo, "xpm=\"")) lines.emplace_back(";Colours");
+            return;
+        }
+        if (no_table && night_start < 0 && day_header >= 0 && line.starts_with("\"#")) {
+            bare.push_back(line);
             return;
         }
         if (line.starts_with('"') && contains(lo, " c ")) {
@@ -137,10 +196,19 @@ std::string point_section(const Store& s, int32_t r, bool extended, LineOptions&
         if (s.pt_nncol[row] == 0 && s.pt_nbmp[row].empty() && header_field(night.front(), 3) == "0") night.clear();
     }
 
+    // A picture without palette is written as mkgmap reads one: no colour
+    // lines, and rows of "#RRGGBB" a pixel.
+    std::string true_rows;
+    if (day_header >= 0 && !bare.empty()) {
+        true_rows = true_colour_picture(lines[static_cast<size_t>(day_header)], bare);
+        const size_t note = static_cast<size_t>(day_header) + 1;
+        if (!true_rows.empty() && note < lines.size() && lines[note] == ";Colours") lines.erase(lines.begin() + static_cast<long>(note));
+    }
+
     // A picture of no pixels or no colours (a label-only point) cannot be
     // compiled by mkgmap; one transparent pixel draws the same nothing.
-    std::string_view day_rows = s.pt_bmp[row];
-    if (day_header >= 0) {
+    std::string_view day_rows = true_rows.empty() ? std::string_view(s.pt_bmp[row]) : std::string_view(true_rows);
+    if (day_header >= 0 && true_rows.empty()) {
         const std::string& h = lines[static_cast<size_t>(day_header)];
         if (header_field(h, 1) == "0" || header_field(h, 2) == "0" ||
             (header_field(h, 3) == "0" && s.pt_bmp[row].empty())) {

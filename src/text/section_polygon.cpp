@@ -44,6 +44,12 @@ std::string polygon_section(const Store& s, int32_t r, LineOptions& opt) {
     std::vector<std::string> lines;
     TypeLine type_line(lines);
     for_each_key_line(txt, [&](std::string_view raw, std::string_view line, std::string& lo) {
+        // A comment is a comment wherever it stands: an old picture or key
+        // kept in one never counts.
+        if (line.starts_with(';')) {
+            lines.emplace_back(raw);
+            return;
+        }
         if (type_line.take(line, lo)) return;
         if (solid && contains(lo, "xpm=")) {
             lines.emplace_back(xpm);

@@ -121,12 +121,13 @@ std::string drword(const Store& s) {
     return out;
 }
 
-bool save_txt(Store& s, platform::Prompt& ui, const platform::Clock& clock, int kind, const TextSink& out) {
-    if (id_value(s.pid) == 0) {
+bool save_txt(Store& s, platform::Prompt& ui, const platform::Clock& clock, int kind, const TextSink& out,
+              bool require_ids) {
+    if (require_ids && id_value(s.pid) == 0) {
         ui.message("Please enter valid PID at the top.");
         return false;
     }
-    if (id_value(s.fid) == 0) {
+    if (require_ids && id_value(s.fid) == 0) {
         ui.message("Please enter valid FID at the top.");
         return false;
     }
@@ -170,7 +171,7 @@ bool save_txt(Store& s, platform::Prompt& ui, const platform::Clock& clock, int 
         ui.progress(20 * (k + 1));
     }
     if (!chunk.empty()) out(chunk);
-    s.dirty = false;
+    // dirty stays as it is: only the caller knows when the file is safely on disk.
     return true;
 }
 
@@ -240,7 +241,7 @@ std::string create_code(Store& s, int32_t row, int cls, bool forfile) {
             return;
         }
         if (detail::trim(line).empty()) return;
-        if (is_point && detail::contains(lo, "nightxpm")) in_night = true;
+        if (is_point && !detail::trim(lo).starts_with(';') && detail::contains(lo, "nightxpm")) in_night = true;
         std::string& target = in_night ? night : day;
         target += line;
         target += crlf;

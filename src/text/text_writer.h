@@ -27,8 +27,12 @@ std::string drword(const Store& s);
 
 // The whole text file: head, [_id], draw order, every class in order.
 // False with "Please enter valid PID at the top." / "...FID..." when an
-// identifier is 0. Sets dirty false.
-bool save_txt(Store& s, platform::Prompt& ui, const platform::Clock& clock, int kind, const TextSink& out);
+// identifier is 0. Leaves dirty alone: the caller clears it once the file
+// is committed.
+// require_ids false prints identifiers of 0 as they are (a text as a view of
+// a file, not a save for a device).
+bool save_txt(Store& s, platform::Prompt& ui, const platform::Clock& clock, int kind, const TextSink& out,
+              bool require_ids = true);
 
 // The text of the element on show for the code panel. Its strings are bytes
 // of their language's page (UTF-8 in a 65001 project); see convert.

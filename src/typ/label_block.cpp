@@ -1,5 +1,6 @@
 #include "typ/label_block.h"
 
+#include <algorithm>
 #include <cctype>
 #include <charconv>
 #include <cmath>
@@ -9,6 +10,7 @@
 
 #include "platform/codepage.h"
 #include "text/encoding.h"
+#include "text/label_bytes.h"
 #include "typ/curf_access.h"
 
 namespace korvex::typ {
@@ -247,6 +249,16 @@ DecodedLabels decode_labels(Store& s, int64_t record, int32_t offset, int cls, i
             key.append(number, number_len);
             loaded = text::loadutf8(s, str, digits, key);
             text = loaded;
+        }
+        // A damaged block can hold bytes no text can carry; they go, said once.
+        std::string kept;
+        if (std::any_of(text.begin(), text.end(), [&](char c) { return static_cast<unsigned char>(c) >= 0x80 || static_cast<unsigned char>(c) < 32; })) {
+            kept = text;
+            if (text::drop_unwritable_bytes(kept, s.codepage, s.walk.undefined)) {
+                model::note_once(s, "Label bytes no text can hold (control bytes, or undefined in code page " +
+                                        std::to_string(s.codepage) + ") were dropped");
+                text = kept;
+            }
         }
         size_t n = text.size();
         while (n > 0 && text[n - 1] == ' ') --n;
@@ -545,7 +557,10 @@ EncodedLabels encode_labels(Store& s, const std::string& element_text, int /*cls
         const size_t lf = text.find('\n', start);
         std::string_view raw = text.substr(start, lf == std::string_view::npos ? std::string_view::npos : lf - start);
         if (!raw.empty() && raw.back() == '\r') raw.remove_suffix(1);
-        if (raw.find('"') != std::string_view::npos && contains_caseless(raw, "xpm=")) break;
+        // A head kept in a comment (an old picture beside the new) is no head.
+        const size_t lead = raw.find_first_not_of(" \t");
+        const bool comment = lead != std::string_view::npos && raw[lead] == ';';
+        if (!comment && raw.find('"') != std::string_view::npos && contains_caseless(raw, "xpm=")) break;
         one_line(raw);
         if (lf == std::string_view::npos) break;
         start = lf + 1;

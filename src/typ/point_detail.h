@@ -52,6 +52,18 @@ inline size_t find_word(std::string_view text, std::string_view word, size_t fro
     }
 }
 
+// find_word, skipping hits on comment lines (";" first): a key kept in a
+// comment is no key.
+inline size_t find_key_word(std::string_view text, std::string_view word, size_t anchor = 0) {
+    for (size_t at = find_word(text, word, 0, anchor); at != std::string_view::npos;
+         at = find_word(text, word, at + 1, anchor)) {
+        const size_t nl = at == 0 ? std::string_view::npos : text.rfind('\n', at - 1);
+        const size_t lead = text.find_first_not_of(" \t", nl == std::string_view::npos ? 0 : nl + 1);
+        if (lead == std::string_view::npos || text[lead] != ';') return at;
+    }
+    return std::string_view::npos;
+}
+
 inline bool holds(std::string_view text, std::string_view word) {
     return find_word(text, word) != std::string_view::npos;
 }

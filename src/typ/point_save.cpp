@@ -210,7 +210,7 @@ Tables split_tables(std::string_view col) {
     t.day.reserve(col.size() / 16 + 1);  // a colour line in the decoder's form takes 15 or more
     // The first line that names the night picture is its head; one search
     // over the column instead of one a line.
-    const size_t night_at = find_word(col, "nightxpm", 0, 2);
+    const size_t night_at = find_key_word(col, "nightxpm", 2);
     size_t pos = 0;
     while (pos < col.size()) {
         // A line in the decoder's form is read where it stands, its end
@@ -502,7 +502,7 @@ std::string encode_point_record(Store& s, int32_t n) {
     // did not reach the colour column); without night data anywhere in the
     // tables there is nothing to look for.
     if (!tables.has_night && (s.pt_nnight > 0 || s.pt_nncol[r] > 0)) {
-        const size_t at = find_word(s.pt_txt[r], "nightxpm", 0, 2);
+        const size_t at = find_key_word(s.pt_txt[r], "nightxpm", 2);
         if (at != std::string::npos) {
             const size_t line_start = s.pt_txt[r].rfind('\n', at);
             const Tables t = split_tables(std::string_view(s.pt_txt[r]).substr(line_start == std::string::npos ? 0 : line_start + 1));

@@ -28,12 +28,6 @@ namespace {
 enum Msg : int {
     m_save_changes = 2,
     m_no_data = 3,
-    m_enter_fid = 15,
-    m_enter_pid = 16,
-    m_valid_codepage = 19,
-    m_valid_fid = 20,
-    m_fid_too_big = 21,
-    m_valid_pid = 22,
     m_file_exists = 24,
     m_replace = 25,
     m_are_you_sure = 171,
@@ -66,19 +60,7 @@ bool ends_with_ci(const std::string& path, const std::string& ext) {
     return path.size() >= ext.size() && lower(path.substr(path.size() - ext.size())) == ext;
 }
 
-std::string trim(const std::string& t) {
-    const size_t a = t.find_first_not_of(" \t\r\n");
-    if (a == std::string::npos) return {};
-    const size_t b = t.find_last_not_of(" \t\r\n");
-    return t.substr(a, b - a + 1);
-}
-
-bool all_digits(const std::string& t) {
-    return !t.empty() && t.find_first_not_of("0123456789") == std::string::npos;
-}
-
-// A decimal number of up to nine digits; larger ones read as 999999999.
-long number(const std::string& t) { return t.size() > 9 ? 999999999L : std::stol(t); }
+std::string trim(const std::string& t) { return trim_field(t); }
 
 std::string folder_of(const std::string& path) {
     if (path.empty()) return {};
@@ -118,11 +100,6 @@ int codepage_entry_index(int codepage) {
     for (size_t i = 0; i < list.size(); ++i)
         if (list[i].find(n) != std::string::npos) return static_cast<int>(i);
     return -1;
-}
-
-bool has_data(const model::Store& s) {
-    if (s.pg_n + s.ln_n + s.pt_n + s.ln_nact + s.pt_nx > 0) return true;
-    return s.drwlist.find_first_not_of(' ') != std::string::npos;
 }
 
 Session::Session(model::Store& s, AppSettings& settings, const integration::Messages& msgs, platform::Prompt& ui,
@@ -426,43 +403,15 @@ bool Session::ask_replace(const std::string& path) {
 }
 
 bool Session::check_ids(bool with_codepage) {
-    const std::string fid = trim(s_.fid);
-    if (fid.empty()) {
-        ui_.message(msg(m_enter_fid));
-        view_.focus_field(TopField::fid);
-        return false;
-    }
-    if (!all_digits(fid)) {
-        ui_.message(msg(m_valid_fid));
-        view_.focus_field(TopField::fid);
-        return false;
-    }
-    if (number(fid) > 65535) {
-        ui_.message(msg(m_fid_too_big));
-        view_.focus_field(TopField::fid);
-        return false;
-    }
-    if (with_codepage && (s_.codepage <= 0 || s_.codepage > 65535)) {
-        ui_.message(msg(m_valid_codepage));
-        view_.focus_field(TopField::codepage);
-        return false;
-    }
-    const std::string pid = trim(s_.pid);
-    if (!all_digits(pid)) {
-        ui_.message(msg(m_valid_pid));
-        view_.focus_field(TopField::pid);
-        return false;
-    }
-    if (number(pid) == 0 && !ui_.yes_no(paragraphs("Check: PID=0 ", " Continue?"))) {
-        save_refused_ = true;
-        return false;
-    }
-    return true;
+    const IdCheck c = workbench::check_ids(s_, ui_, msgs_, with_codepage);
+    if (c.focus != TopField::none) view_.focus_field(c.focus);
+    if (c.refused) save_refused_ = true;
+    return c.ok;
 }
 
 bool Session::save_typ_to(const std::string& path) {
     if (!typ::save_typ(s_, ui_, clock_, true)) return false;
-    if (!typ::SaveFile(s_, ui_, path)) return false;
+    if (!typ::SaveFile(s_, ui_, path, *fs_)) return false;
     save_as_forced_ = false;
     set_dirty(false);
     return true;
@@ -516,8 +465,9 @@ bool Session::save(int entry) {
         if (!ends_with_ci(name, ".typ")) name += ".typ";
         if (!ask_replace(name)) return false;
         // A copy becomes the open file too: later saves go to the new name.
-        s_.curfile = name;
+        // A copy that was not written leaves the project where it was.
         const bool ok = save_typ_to(name);
+        if (ok) s_.curfile = name;
         update_title(s_.curfile);
         return ok;
     }();
@@ -526,15 +476,7 @@ bool Session::save(int entry) {
 }
 
 bool Session::save_text(int entry) {
-    const std::string fid = trim(s_.fid), pid = trim(s_.pid);
-    if (!all_digits(fid)) {
-        ui_.message(msg(m_enter_fid));
-        return false;
-    }
-    if (!all_digits(pid)) {
-        ui_.message(msg(m_enter_pid));
-        return false;
-    }
+    if (!check_text_ids(s_, ui_, msgs_)) return false;
     if (s_.pt_nx > 0) ui_.message(msg(m_extra_not_text));
     if (entry == k_save_text && text_utf8_ && !ui_.yes_no("Save as UTF-8?")) return false;
     std::string path = s_.curfile;
@@ -547,7 +489,7 @@ bool Session::save_text(int entry) {
         if (!ends_with_ci(path, ".txt")) path += ".txt";
         if (!ask_replace(path)) return false;
     }
-    platform::AtomicWriter out(path);
+    platform::AtomicWriter out(path, *fs_);
     if (!out.ok()) {
         ui_.message("Cannot write " + path + ": " + out.error());
         return false;

@@ -13,16 +13,16 @@
 #include "model/store.h"
 #include "platform/clock.h"
 #include "platform/file_dialog.h"
+#include "platform/file_system.h"
 #include "platform/launcher.h"
 #include "platform/prompt.h"
 #include "workbench/log.h"
 #include "workbench/recent.h"
+#include "workbench/save_checks.h"
 #include "workbench/settings_file.h"
 
 namespace korvex::workbench {
 
-// The fields at the top of the window a refused save sends the focus to.
-enum class TopField { fid, pid, codepage };
 
 // What the session asks of the window. Tests record the calls instead.
 class SessionView {
@@ -117,9 +117,6 @@ enum SaveEntry : int {
 const std::vector<std::string>& codepage_entries();
 // The first entry that holds the code page's number; -1 when none does.
 int codepage_entry_index(int codepage);
-
-// Elements of any class or a draw order: false means there is nothing to save.
-bool has_data(const model::Store& s);
 
 class Session {
 public:
@@ -224,6 +221,9 @@ public:
     bool codepage_utf8() const { return codepage_utf8_; }
 
     const std::string& data_folder() const { return data_folder_; }
+    // Every save of the project writes through fs (the real one by default);
+    // tests hand in one that fails the way a full disk does.
+    void set_file_system(platform::FileSystem& fs) { fs_ = &fs; }
     // The message of number n in the current language.
     std::string msg(int n) const { return msgs_.get_msg(n); }
 
@@ -251,6 +251,7 @@ private:
     const platform::Clock& clock_;
     std::string data_folder_;
     SessionView& view_;
+    platform::FileSystem* fs_ = &platform::real_file_system();
 
     bool text_pending_ = false;
     bool save_as_forced_ = false;

@@ -113,7 +113,7 @@ TEST_F(CliTest, RefusedSaveLeavesTheOldOutputAndNoTemporaryFile) {
     }
     CliRun r = cli("encode " + path("cp0.typ") + " -o " + out, true);
     EXPECT_EQ(r.status, 1);
-    EXPECT_NE(r.out.find("Unusual Codepage"), std::string::npos);
+    EXPECT_NE(r.out.find("message: Please enter valid codepage."), std::string::npos) << r.out;
     EXPECT_EQ(read_bytes(out), "old contents");
     size_t files = 0;
     for (auto& e : fs::directory_iterator(dir)) {
@@ -123,7 +123,10 @@ TEST_F(CliTest, RefusedSaveLeavesTheOldOutputAndNoTemporaryFile) {
     EXPECT_EQ(files, 2u) << "a temporary file was left behind";
 }
 
-TEST_F(CliTest, ProductIdZeroIsRefusedUnlessGivenOnTheCommandLine) {
+// A text is a view of the file: decode writes identifiers of 0 as they are
+// and says so. A TYP is for a device: encode asks what the window's save
+// asks, and --answer answers.
+TEST_F(CliTest, ZeroIdentifiersDecodeAsTheyAreAndEncodeAsksAsTheWindowDoes) {
     std::string bytes = read_bytes(sample);
     bytes[49] = 0;
     bytes[50] = 0;
@@ -132,12 +135,94 @@ TEST_F(CliTest, ProductIdZeroIsRefusedUnlessGivenOnTheCommandLine) {
         f << bytes;
     }
     CliRun r = cli("decode " + path("pid0.typ"), true);
-    EXPECT_EQ(r.status, 1);
-    EXPECT_NE(r.out.find("message: Please enter valid PID at the top."), std::string::npos);
-    CliRun ok = cli("decode " + path("pid0.typ") + " --pid 7");
-    EXPECT_EQ(ok.status, 0);
-    EXPECT_NE(ok.out.find("ProductCode=7"), std::string::npos);
+    EXPECT_EQ(r.status, 0);
+    EXPECT_NE(r.out.find("ProductCode=0\r\n"), std::string::npos);
+    EXPECT_NE(r.out.find("report: PID is 0 (written as it is; a TYP for a device needs --fid and --pid)\n"),
+              std::string::npos);
+    EXPECT_EQ(r.out.find("Please enter"), std::string::npos);
+    CliRun given = cli("decode " + path("pid0.typ") + " --pid 7", true);
+    EXPECT_EQ(given.status, 0);
+    EXPECT_NE(given.out.find("ProductCode=7"), std::string::npos);
+    EXPECT_EQ(given.out.find("report: PID"), std::string::npos);
+
+    const std::string question = "question: Check: PID=0 \n\n Continue? -> ";
+    CliRun no = cli("encode " + path("pid0.typ") + " -o " + path("no.typ") + " --answer no", true);
+    EXPECT_EQ(no.status, 1);
+    EXPECT_NE(no.out.find(question + "no"), std::string::npos) << no.out;
+    EXPECT_FALSE(fs::exists(path("no.typ")));
+    CliRun yes = cli("encode " + path("pid0.typ") + " -o " + path("yes.typ"), true);
+    EXPECT_EQ(yes.status, 0);
+    EXPECT_NE(yes.out.find(question + "yes"), std::string::npos) << yes.out;
+    EXPECT_EQ(cli("encode " + path("pid0.typ") + " -o " + path("seven.typ") + " --pid 7 --answer no").status, 0);
+    EXPECT_NE(cli("info " + path("seven.typ")).out.find("pid: 7\n"), std::string::npos);
+
+    // A draw order alone (no [_id]: FID and PID 0) decodes; encode needs a FID.
+    {
+        std::ofstream f(path("order.txt"), std::ios::binary);
+        f << "[_drawOrder]\r\nType=0x01,1\r\n[end]\r\n";
+    }
+    CliRun no_fid = cli("encode " + path("order.txt") + " -o " + path("order.typ"), true);
+    EXPECT_EQ(no_fid.status, 1);
+    EXPECT_NE(no_fid.out.find("message: Please enter FID\n"), std::string::npos) << no_fid.out;
+    EXPECT_FALSE(fs::exists(path("order.typ")));
+    ASSERT_EQ(cli("encode " + path("order.txt") + " -o " + path("order.typ") + " --fid 5 --pid 0").status, 0);
+    {
+        std::string typ = read_bytes(path("order.typ"));
+        typ[47] = typ[48] = typ[49] = typ[50] = 0;
+        std::ofstream f(path("order.typ"), std::ios::binary | std::ios::trunc);
+        f << typ;
+    }
+    CliRun order = cli("decode " + path("order.typ"), true);
+    EXPECT_EQ(order.status, 0);
+    EXPECT_NE(order.out.find("report: FID and PID are 0"), std::string::npos) << order.out;
+    EXPECT_NE(order.out.find("[_drawOrder]\r\nType=0x01,1\r\n[end]"), std::string::npos);
     EXPECT_EQ(cli("decode " + sample + " --fid 70000").status, 2);
+}
+
+// A file that is empty or none of ours gets one line naming it and why, and
+// no output; a TYP whose body is damaged still loads with its report.
+TEST_F(CliTest, EmptyAndForeignFilesAreRefusedWithOneClearLine) {
+    {
+        std::ofstream f(path("empty.typ"), std::ios::binary);
+    }
+    std::string noise(4000, '\0');
+    for (size_t k = 0; k < noise.size(); ++k) noise[k] = static_cast<char>((k * 7919 + 13) % 251);
+    {
+        std::ofstream f(path("noise.typ"), std::ios::binary);
+        f << noise;
+    }
+    for (const std::string name : {"empty.typ", "noise.typ"}) {
+        for (const std::string command : {"info", "decode", "encode"}) {
+            SCOPED_TRACE(command + " " + name);
+            const std::string out = command == "info" ? "" : " -o " + path(name + ".out");
+            CliRun r = cli(command + " " + path(name) + out, true);
+            EXPECT_EQ(r.status, 1);
+            const std::string why = name == "empty.typ"
+                                        ? "the file is empty"
+                                        : "not a TYP file (no \"GARMIN TYP\" signature at offset 2), a TYP text or a MapTK project";
+            EXPECT_EQ(r.out, "korvex-cli: " + path(name) + ": " + why + "\n");
+            EXPECT_FALSE(fs::exists(path(name + ".out")));
+        }
+    }
+    std::string damaged = read_bytes(sample);
+    damaged.resize(damaged.size() * 2 / 3);
+    {
+        std::ofstream f(path("damaged.typ"), std::ios::binary);
+        f << damaged;
+    }
+    CliRun d = cli("info " + path("damaged.typ"));
+    EXPECT_EQ(d.status, 0);
+    EXPECT_NE(d.out.find("format: typ\n"), std::string::npos);
+    EXPECT_NE(d.out.find("report: "), std::string::npos);
+}
+
+TEST_F(CliTest, VersionAndHelpExitWithZero) {
+    CliRun v = cli("--version");
+    EXPECT_EQ(v.status, 0);
+    EXPECT_EQ(v.out, "korvex-cli " KORVEX_VERSION "\n");
+    CliRun h = cli("--help");
+    EXPECT_EQ(h.status, 0);
+    EXPECT_EQ(h.out.rfind("usage: korvex-cli info", 0), 0u);
 }
 
 TEST_F(CliTest, AnswerNoRefusesLoadOptionsQuestion) {
@@ -180,10 +265,10 @@ TEST_F(CliTest, TextIsToldByContentThenByExtension) {
     EXPECT_EQ(r.out.substr(0, 13), "format: text\n");
     EXPECT_NE(r.out.find("fid: 3\n"), std::string::npos);
     {
-        std::ofstream f(path("empty.txt"), std::ios::binary);
+        std::ofstream f(path("comment.typ"), std::ios::binary);
+        f << "; nothing yet\n";
     }
-    CliRun e = cli("info " + path("empty.txt"));
-    EXPECT_EQ(e.out.substr(0, 13), "format: text\n");
+    EXPECT_EQ(cli("info " + path("comment.typ")).out.substr(0, 13), "format: text\n");
 }
 
 TEST_F(CliTest, Utf8QuestionOfATextIsAnsweredByTheAnswerOption) {

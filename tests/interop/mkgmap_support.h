@@ -89,12 +89,7 @@ inline std::string complaints(const std::string& log) {
     return out;
 }
 
-inline std::string name_of(const ::testing::TestParamInfo<std::string>& info) {
-    std::string n = fs::path(info.param).stem().string();
-    for (char& ch : n)
-        if (!std::isalnum(static_cast<unsigned char>(ch))) ch = '_';
-    return n;
-}
+inline std::string name_of(const ::testing::TestParamInfo<std::string>& info) { return file_param_name(info.param); }
 
 // The element sections of a text, each without comments, in file order.
 inline std::vector<std::string> elements(const std::string& text) {
@@ -156,6 +151,12 @@ inline std::string painted(const std::string& element) {
             }
             rows_seen = true;
             std::string row;
+            if (colours.empty() && body[0] == '#') {
+                // A picture without palette: the row is the pixels' colours.
+                for (size_t k = 0; k + 7 <= body.size(); k += 7) row += body.substr(k, 7) + " ";
+                out += row + "\n";
+                continue;
+            }
             for (size_t k = 0; k + cpp <= body.size(); k += cpp) {
                 std::string value = "?";
                 for (auto& c : colours)

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "interop/mkgmap_support.h"
+#include "text/load_driver.h"
 
 using namespace korvex;
 using namespace korvex::testing;
@@ -55,5 +56,59 @@ TEST_P(Mkgmap, CompilesOurTextCleanlyToTheSameElements) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Files, Mkgmap, ::testing::ValuesIn(inputs()), name_of);
+
+// Hand-made texts of shapes the corpus lacks: what we write of them compiles
+// cleanly, and mkgmap's TYP paints what our own TYP of the text paints.
+class MkgmapHandMade : public ::testing::TestWithParam<std::string> {};
+
+TEST_P(MkgmapHandMade, OurTextOfItCompilesCleanlyToWhatWeMakeOfIt) {
+    if (!have_mkgmap()) GTEST_SKIP() << "mkgmap is not installed";
+    platform::ScriptedPrompt ui;
+    model::Store s;
+    model::newproject(s);
+    text::load_txt(s, ui, GetParam(), read_bytes(GetParam()), false, false);
+    const std::string text = text_of(s, ui);
+    const std::string ours = encode(s, ui);
+    ASSERT_FALSE(ours.empty());
+
+    Compiled c = mkgmap_all({{"hand", text, s.fid, std::to_string(s.codepage)}});
+    EXPECT_EQ(c.status, 0) << c.log;
+    EXPECT_EQ(complaints(c.log), "");
+    ASSERT_FALSE(c.typ["hand"].empty()) << c.log;
+    model::Store theirs, mine;
+    decode_bytes(theirs, ui, c.typ["hand"]);
+    decode_bytes(mine, ui, ours);
+    const auto a = elements(text_of(mine, ui));
+    const auto b = elements(text_of(theirs, ui));
+    ASSERT_EQ(a.size(), b.size());
+    for (size_t k = 0; k < a.size(); ++k) EXPECT_EQ(first_difference(painted(a[k]), painted(b[k])), "") << "element " << k;
+}
+
+INSTANTIATE_TEST_SUITE_P(Files, MkgmapHandMade, ::testing::ValuesIn(files_with(source_dir() + "/tests/data/interop", ".txt")),
+                         name_of);
+
+// A label damaged in the TYP (a byte that code page 1252 leaves undefined):
+// the text we write of it still compiles.
+TEST(MkgmapDamagedLabel, TheTextOfADamagedLabelCompiles) {
+    if (!have_mkgmap()) GTEST_SKIP() << "mkgmap is not installed";
+    platform::ScriptedPrompt ui;
+    model::Store s;
+    model::newproject(s);
+    text::load_txt(s, ui, "x.txt",
+                   "[_id]\nProductCode=1\nFID=7\nCodePage=1252\n[end]\n[_line]\nType=0x01\nString1=0x04,GrQQn\n"
+                   "LineWidth=2\nXpm=\"0 0 1 0\"\n\"1 c #FF0000\"\n[end]\n",
+                   false, false);
+    std::string typ = encode(s, ui);
+    const size_t at = typ.find("GrQQn");
+    ASSERT_NE(at, std::string::npos);
+    typ[at + 2] = '\x81';
+    model::Store damaged;
+    decode_bytes(damaged, ui, typ);
+    const std::string text = text_of(damaged, ui);
+    EXPECT_NE(text.find("String1=0x04,GrQn\r\n"), std::string::npos) << text;
+    Compiled c = mkgmap_all({{"damaged", text, "7", "1252"}});
+    EXPECT_EQ(c.status, 0) << c.log;
+    EXPECT_EQ(complaints(c.log), "");
+}
 
 }  // namespace

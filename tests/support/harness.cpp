@@ -1,6 +1,7 @@
 #include "support/harness.h"
 
 #include <algorithm>
+#include <cctype>
 #include <filesystem>
 
 #include "platform/files.h"
@@ -31,6 +32,18 @@ std::vector<std::string> files_with(const std::string& dir, const std::string& e
 std::vector<std::string> corpus_texts() {
     if (corpus_dir().empty()) return {};
     return files_with(corpus_dir() + "/txt", ".txt");
+}
+
+std::vector<std::string> corpus_params(std::vector<std::string> files) {
+    if (files.empty()) files.push_back(k_no_corpus);
+    return files;
+}
+
+std::string file_param_name(const std::string& path) {
+    std::string n = fs::path(path).stem().string();
+    for (char& c : n)
+        if (!std::isalnum(static_cast<unsigned char>(c))) c = '_';
+    return n;
 }
 
 std::string read_bytes(const std::string& path) { return platform::read_file(path).value_or(std::string()); }

@@ -20,6 +20,18 @@ std::string corpus_dir();  // ../shared/corpus beside the checkout, "" when abse
 std::vector<std::string> files_with(const std::string& dir, const std::string& ext);
 std::vector<std::string> corpus_texts();  // the corpus's .txt files, none when absent
 
+// Parameters of a suite over corpus files: the files, or the one entry
+// k_no_corpus when the corpus is missing, so that the suite shows as skipped
+// instead of vanishing. Tests start with KORVEX_SKIP_WITHOUT_CORPUS.
+inline const std::string k_no_corpus = "corpus_missing";
+std::vector<std::string> corpus_params(std::vector<std::string> files);
+#define KORVEX_SKIP_WITHOUT_CORPUS(param) \
+    if ((param) == ::korvex::testing::k_no_corpus) GTEST_SKIP() << "../shared/corpus is missing"
+
+// A test name from a file parameter: its stem, other characters than letters
+// and digits as "_".
+std::string file_param_name(const std::string& path);
+
 std::string read_bytes(const std::string& path);
 
 // Decodes bytes as the open TYP file of a fresh store.

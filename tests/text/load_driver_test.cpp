@@ -46,6 +46,27 @@ TEST(LoadPasses, SectionMarkersInAnyCaseAreSplit) {
     ASSERT_TRUE(load_txt(s, ui, "a.txt", "[_id]\n[end]\n[_POLYGON]\n" + poly + "[_Polygon]\n" + poly, false, true));
     EXPECT_EQ(s.pg_n, 2);
     EXPECT_EQ(s.pg_txt[0].rfind("[_polygon]", 0), 0u);
+
+    // The literal spelling beside others in the same file: every section
+    // counts, whichever spelling comes first.
+    const std::string point = "Type=0x2f\nDayXpm=\"1 1 1 1\"\n\"$ c #FF0000\"\n\"$\"\n[end]\n";
+    for (const bool literal_first : {true, false}) {
+        Store m;
+        model::newproject(m);
+        std::string text = "[_id]\n[end]\n";
+        const std::string poly_marks[] = {"[_polygon]", "[_POLYGON]", "[_polygon]"};
+        const std::string line_marks[] = {"[_line]", "[_Line]", "[_LINE]"};
+        const std::string point_marks[] = {"[_point]", "[_POINT]"};
+        for (int k = 0; k < 3; ++k) text += poly_marks[literal_first ? k : 2 - k] + "\n" + poly;
+        for (int k = 0; k < 3; ++k) text += line_section("0x0" + std::to_string(k + 1), false).replace(0, 7, line_marks[literal_first ? k : 2 - k]);
+        for (int k = 0; k < 2; ++k) text += point_marks[literal_first ? k : 1 - k] + "\n" + point;
+        ASSERT_TRUE(load_txt(m, ui, "a.txt", text, false, true));
+        EXPECT_EQ(m.pg_n, 3) << literal_first;
+        EXPECT_EQ(m.ln_n, 3) << literal_first;
+        EXPECT_EQ(m.pt_n, 2) << literal_first;
+        EXPECT_EQ(m.ln_txt[2].rfind("[_line]", 0), 0u);
+        EXPECT_EQ(m.pt_txt[1].rfind("[_point]", 0), 0u);
+    }
 }
 
 TEST(LoadPasses, IdSectionAndCreatedLineAreRead) {

@@ -62,6 +62,32 @@ TEST(LabelBlock, LineBreaksArePipesKeptOnlyInTheLastString) {
     EXPECT_EQ(d.next, 2 + 12);
 }
 
+// Bytes the text form cannot carry (undefined in the code page, broken
+// UTF-8) leave the text, with one report line for the whole load.
+TEST(LabelBlock, BytesNoTextCanHoldAreDroppedAndSaidOnce) {
+    model::Store s = with_bytes(S("\x17\x02" "Gr\x81n" "\x00\x04" "B\x8Fr\x9D" "\x00", 13));
+    s.curf[4] = '\x19';  // L = 10
+    const auto d = typ::decode_labels(s, 2, 2, model::k_polygons, 0, "0x0100");
+    EXPECT_EQ(d.lines, "String1=0x02,Grn\r\nString2=0x04,Br\r\n");
+    EXPECT_EQ(s.loadrep, "Label bytes no text can hold (control bytes, or undefined in code page 1252) were dropped\r\n");
+
+    // What 1252 leaves undefined, 1250 defines (0x8F is \u0179); 0x81 is undefined in both.
+    model::Store cz = with_bytes(S("\x17\x12" "Gr\x81n" "\x00\x04" "B\x8Fr\x9D" "\x00", 13));
+    cz.curf[4] = '\x19';
+    cz.codepage = 1250;
+    EXPECT_EQ(typ::decode_labels(cz, 2, 2, model::k_points, 0, "0x02f00").lines,
+              "String1=0x12,Grn\r\nString2=0x04,B\x8Fr\x9D\r\n");
+
+    model::Store utf = with_bytes(S("\x11\x04" "Gr\xC3n\xC3\xBC" "\x00", 9));
+    utf.codepage = 65001;
+    EXPECT_EQ(typ::decode_labels(utf, 2, 2, model::k_lines, 0, "0x01").lines, "String1=0x04,Grn\xC3\xBC\r\n");
+    EXPECT_NE(utf.loadrep.find("were dropped"), std::string::npos);
+
+    model::Store clean = with_bytes(S("\x11\x04" "Gr\xFCn\xE9!" "\x00", 9));
+    EXPECT_EQ(typ::decode_labels(clean, 2, 2, model::k_lines, 0, "0x01").lines, "String1=0x04,Gr\xFCn\xE9!\r\n");
+    EXPECT_EQ(clean.loadrep, "");
+}
+
 TEST(LabelBlock, EmptyStringIsStillAStringLine) {
     model::Store s = with_bytes(S("\x05\x01\x00", 3));  // L = 0
     const auto d = typ::decode_labels(s, 0, 4, model::k_lines, 0, "");

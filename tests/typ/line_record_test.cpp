@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "typ/curf_access.h"
 #include "typ/extended_sections.h"
 #include "typ/header.h"
@@ -108,6 +110,25 @@ TEST(LineRecord, SolidLineGetsRowsOfBorderLineBorder) {
     EXPECT_EQ(s.ln_bmp[0], ones + "\r\n" + zeros + "\r\n" + zeros + "\r\n" + ones);
     EXPECT_EQ(s.ln_wid[0], 2);
     EXPECT_EQ(s.ln_bord[0], 1);
+}
+
+// The border is half the excess of the total width, halves to even: an
+// excess of 1 gives no border (and a line of one colour), 3 gives 2, 5 gives
+// 2, 7 gives 4.
+TEST(LineRecord, OddExcessOfTheTotalWidthRoundsTheBorderToEven) {
+    const struct {
+        int total, border, scheme;
+    } cases[] = {{3, 0, 6}, {4, 1, 0}, {5, 2, 0}, {7, 2, 0}, {9, 4, 0}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.total);
+        model::Store s = decode_one(bytes({0, 0}) + A + B + bytes({2, c.total}));
+        EXPECT_EQ(s.ln_wid[0], 2);
+        EXPECT_EQ(s.ln_bord[0], c.border);
+        EXPECT_EQ(s.ln_mode[0], c.scheme);
+        EXPECT_NE(s.ln_txt[0].find("LineWidth=2\r\nBorderWidth=" + std::to_string(c.border) + "\r\n"), std::string::npos);
+        // Rows: border, line, border.
+        EXPECT_EQ(std::count(s.ln_bmp[0].begin(), s.ln_bmp[0].end(), '\n') + 1, 2 + 2 * c.border);
+    }
 }
 
 TEST(LineRecord, Scheme2IsReportedBothWays) {

@@ -18,12 +18,7 @@ std::vector<std::string> typ_files() {
     return files;
 }
 
-std::string name_of(const ::testing::TestParamInfo<std::string>& info) {
-    std::string n = std::filesystem::path(info.param).stem().string();
-    for (char& c : n)
-        if (!std::isalnum(static_cast<unsigned char>(c))) c = '_';
-    return n;
-}
+std::string name_of(const ::testing::TestParamInfo<std::string>& info) { return file_param_name(info.param); }
 
 class TypRoundTrip : public ::testing::TestWithParam<std::string> {};
 

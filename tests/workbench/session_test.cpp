@@ -6,6 +6,8 @@
 #include <filesystem>
 #include <fstream>
 
+#include <cerrno>
+
 #include <unistd.h>
 
 #include "platform/files.h"
@@ -302,6 +304,57 @@ TEST(SessionSave, PendingTextNoDataAndThemesStopTheFlow) {
     b.dialogs.script(b.dir / "look.kmtf");
     b.session.open_txt();
     EXPECT_EQ(b.ui.messages.back(), "Cannot find T data in " + (b.dir / "look.kmtf"));
+}
+
+// A disk that fills up during the write: whatever the entry, the message
+// names the file, nothing is replaced, and the project stays unsaved, so
+// closing the window still asks.
+TEST(SessionSave, AFailedWriteOfAnyEntryLeavesTheProjectUnsavedAndCloseStillAsks) {
+    struct Case {
+        int entry;
+        std::string ext;  // of the open file
+        std::string target;
+        std::string words;
+    };
+    const std::vector<Case> cases = {
+        {k_save, ".typ", "work.typ", "Cannot save "},
+        {k_save_as, ".typ", "as.typ", "Cannot save "},
+        {k_save_copy, ".typ", "copy.typ", "Cannot save "},
+        {k_save_text, ".typ", "text.txt", "Cannot write "},
+        {k_save_text_utf8, ".typ", "utf8.txt", "Cannot write "},
+        {k_save, ".txt", "work.txt", "Cannot write "},  // a text saves in place as text
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(std::to_string(c.entry) + " " + c.target);
+        Bench b;
+        platform::FaultyFileSystem full(platform::FaultyFileSystem::Op::write, ENOSPC, 100);
+        b.session.set_file_system(full);
+        const std::string opened = b.open_copy(c.ext);
+        const std::string target = b.dir / c.target;
+        if (target != opened) write(target, "old");
+        const std::string before = testing::read_bytes(target);
+        b.session.set_dirty(true);
+        b.dialogs.script(target);
+
+        EXPECT_FALSE(b.session.save(c.entry));
+        ASSERT_FALSE(b.ui.messages.empty());
+        EXPECT_EQ(b.ui.messages.back(), c.words + target + ": No space left on device");
+        EXPECT_EQ(testing::read_bytes(target), before);
+        EXPECT_TRUE(b.s.dirty);
+        EXPECT_EQ(b.s.curfile, opened);
+        EXPECT_EQ(b.view.caption.back(), '+');
+
+        const size_t asked = b.ui.questions.size();
+        b.ui.script(Answer::cancel);
+        EXPECT_FALSE(b.session.close_request());
+        EXPECT_EQ(b.ui.questions.size(), asked + 1);
+        EXPECT_EQ(b.ui.questions.back(), "Save changes before exiting?");
+        // Yes tries the save again; it fails again, so the window stays open.
+        b.ui.script(Answer::yes);
+        b.dialogs.script(target);
+        EXPECT_FALSE(b.session.close_request());
+        EXPECT_TRUE(b.s.dirty);
+    }
 }
 
 TEST(SessionPanel, ApplyTakesUtf8LabelsBackToThePageAndMarksTheCell) {
