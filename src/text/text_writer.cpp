@@ -78,6 +78,17 @@ std::string quoted_rows(std::string_view rows) {
     return out;
 }
 
+// A line's width key (not one in a comment: a source may keep its old solid
+// form there) makes it a solid line without rows.
+bool width_key(std::string_view txt) {
+    bool found = false;
+    detail::for_each_line(txt, [&](std::string_view line) {
+        const std::string lo = detail::lower(detail::trim(line));
+        found = found || lo.starts_with("linewidth") || lo.starts_with("lwidth(");
+    });
+    return found;
+}
+
 }  // namespace
 
 std::string create_textfile(Store& s, int32_t row, int cls) {
@@ -215,7 +226,7 @@ std::string create_code(Store& s, int32_t row, int cls, bool forfile) {
     case model::k_lines:
     case model::k_active_lines:
         txt = &s.ln_txt[r];
-        if (s.ln_mode[r] >= 8 && !detail::contains(*txt, "LineW")) rows = quoted_rows(s.ln_bmp[r]);
+        if (s.ln_mode[r] >= 8 && !width_key(*txt)) rows = quoted_rows(s.ln_bmp[r]);
         break;
     case model::k_points:
     case model::k_extra_points:

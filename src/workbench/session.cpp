@@ -12,6 +12,7 @@
 #include "text/load_driver.h"
 #include "text/maptk_project.h"
 #include "text/panel_apply.h"
+#include "text/string_lines.h"
 #include "text/text_writer.h"
 #include "typ/decoder.h"
 #include "typ/encoder.h"
@@ -601,33 +602,7 @@ std::string with_crlf(const std::string& text) {
 
 // The panel shows String texts as UTF-8; a single-byte project keeps them
 // as bytes of their language's page.
-std::string panel_to_store(const model::Store& s, const std::string& panel) {
-    if (s.codepage >= 65001 || s.utf8txt) return panel;
-    std::string out;
-    out.reserve(panel.size());
-    size_t pos = 0;
-    while (pos < panel.size()) {
-        size_t end = panel.find('\n', pos);
-        end = end == std::string::npos ? panel.size() : end + 1;
-        const std::string piece = panel.substr(pos, end - pos);
-        pos = end;
-        const size_t start = piece.find_first_not_of(" \t");
-        const size_t comma = piece.find(',');
-        const size_t x = lower(piece).find("0x");
-        if (start == std::string::npos || lower(piece.substr(start, 6)) != "string" || comma == std::string::npos ||
-            x == std::string::npos || x > comma) {
-            out += piece;
-            continue;
-        }
-        size_t body_end = piece.size();
-        while (body_end > comma + 1 && (piece[body_end - 1] == '\n' || piece[body_end - 1] == '\r')) --body_end;
-        const int lang = static_cast<int>(std::strtol(piece.substr(x + 2, 2).c_str(), nullptr, 16));
-        out += piece.substr(0, comma + 1);
-        out += platform::recode(piece.substr(comma + 1, body_end - comma - 1), 65001, text::lang_cp(s, lang));
-        out += piece.substr(body_end);
-    }
-    return out;
-}
+std::string panel_to_store(const model::Store& s, const std::string& panel) { return text::strings_to_pages(s, panel); }
 
 }  // namespace
 

@@ -1,0 +1,259 @@
+// New elements of every class, Delete, and renumbering.
+#include <gtest/gtest.h>
+
+#include "ops_fixture.h"
+#include "workbench/type_key.h"
+
+namespace korvex::workbench {
+namespace {
+
+using platform::Answer;
+using test::OpsFixture;
+
+const std::string k_polygons = "[_drawOrder]\r\nType=0x01,1\r\nType=0x03,2\r\nType=0x04,3\r\n[end]\r\n" +
+                               test::polygon("0x01", "One") + test::polygon("0x03", "Three");
+
+bool accept(NewElementForm&) { return true; }
+
+TEST(NewElement, PolygonTakesTheNextNumberTheDialogsLevelAndItsPlace) {
+    OpsFixture f;
+    f.load(k_polygons, model::k_points);
+    f.dialogs.on_poisizes = [](NewElementForm& form) {
+        form.level = 5;
+        form.text = "Wald";
+        return true;
+    };
+    EXPECT_EQ(f.ops.new_element(model::k_polygons), 1);
+    EXPECT_EQ(f.host.classes_shown, std::vector<int>{model::k_polygons});
+    ASSERT_EQ(f.dialogs.shown.size(), 1u);
+    EXPECT_EQ(f.dialogs.shown[0].type, "00200");
+    EXPECT_EQ(f.s.pg_n, 3);
+    EXPECT_EQ(f.s.pg_typ[1], "0x0200");
+    EXPECT_EQ(f.s.pg_drw[1], "Type=0002,5");
+    EXPECT_NE(f.s.drwlist.find("0002,5"), std::string::npos);
+    EXPECT_EQ(f.s.pg_lab[1].substr(3), "Wald");
+    EXPECT_EQ(f.s.pg_xpm[1], "Xpm=\"32 32 2 1\"");
+    EXPECT_EQ(f.ops.standing_level(), 5);
+    EXPECT_EQ(f.host.current, 1);
+
+    // The next one: 4 has a draw order but no polygon, which is asked about.
+    f.settings.polygon_seed = "00400";
+    f.ui.script(Answer::no);
+    EXPECT_EQ(f.ops.new_element(model::k_polygons), -1);
+    EXPECT_EQ(f.ui.questions.back(), "An empty draworder exists for 00400. Continue?");
+    EXPECT_EQ(f.s.pg_n, 3);
+}
+
+TEST(NewElement, RefusedAndCancelledFormsChangeNothing) {
+    OpsFixture f;
+    f.load(k_polygons);
+    const std::string before = f.text();
+    EXPECT_EQ(f.ops.new_element(model::k_polygons), -1);  // cancelled
+    f.dialogs.on_poisizes = [](NewElementForm& form) {
+        form.level = 256;
+        return true;
+    };
+    EXPECT_EQ(f.ops.new_element(model::k_polygons), -1);
+    EXPECT_EQ(f.ui.messages.back(), "Draworder < 256 ");
+    f.dialogs.on_poisizes = [](NewElementForm& form) {
+        form.type = "0x0300";
+        return true;
+    };
+    EXPECT_EQ(f.ops.new_element(model::k_polygons), -1);
+    EXPECT_EQ(f.ui.messages.back(), "Type exists.\r\nPolygon.");
+    f.dialogs.on_poisizes = [](NewElementForm& form) {
+        form.type = "08000";
+        return true;
+    };
+    EXPECT_EQ(f.ops.new_element(model::k_polygons), -1);
+    EXPECT_EQ(f.ui.messages.back(), "Invalid type.\r\nPolygon.");
+    EXPECT_EQ(f.ui.messages[f.ui.messages.size() - 2], "Select range: 1 - 7F or 100 - 17F");
+    f.settings.polygon_seed = "08000";
+    EXPECT_EQ(f.ops.new_element(model::k_polygons), -1);
+    EXPECT_EQ(f.ui.messages.back(), f.msgs.get_msg(219));
+    EXPECT_EQ(f.text(), before);
+    EXPECT_FALSE(f.s.dirty);
+}
+
+TEST(NewElement, FormChecksOfEveryClass) {
+    OpsFixture f;
+    f.load(test::point("0x2f05", "p"));
+    NewElementForm p;
+    p.cls = model::k_polygons;
+    p.type = "00200";
+    p.level = 255;
+    EXPECT_TRUE(check_form(f.s, p, f.msgs).empty());
+    p.type = "2g";
+    EXPECT_EQ(check_form(f.s, p, f.msgs), std::vector<std::string>{"Not a valid hex"});
+    NewElementForm pt;
+    pt.cls = model::k_points;
+    pt.type = "02f05";
+    EXPECT_EQ(check_form(f.s, pt, f.msgs).back(), "Type exists.\r\nPOI.");
+    pt.type = "02f06";
+    pt.width = 129;
+    EXPECT_EQ(check_form(f.s, pt, f.msgs), std::vector<std::string>{f.msgs.get_msg(63)});
+    pt.width = 128;
+    pt.type = "0x20000";
+    EXPECT_EQ(check_form(f.s, pt, f.msgs).front(), "Select range: 1 - 1FF ");
+    NewElementForm x;
+    x.cls = model::k_extra_points;
+    const std::pair<std::string, std::string> ids[] = {
+        {"", "ID?"}, {"12g", "ID not valid"}, {"10000", "4 bytes only"}, {"0", "ID not valid"}, {"0000ffff", ""}};
+    for (const auto& [id, said] : ids) {
+        x.type = id;
+        const auto r = check_form(f.s, x, f.msgs);
+        EXPECT_EQ(r.empty() ? std::string() : r[0], said) << id;
+    }
+    x.hex = false;
+    x.type = "65536";
+    EXPECT_EQ(check_form(f.s, x, f.msgs), std::vector<std::string>{"Too large"});
+}
+
+TEST(NewElement, PointIsAPictureOfTheDefaultColoursWithANightForm) {
+    OpsFixture f;
+    f.load(test::point("0x6000", "a") + test::point("0x6001", "b"), model::k_points);
+    f.settings.icon_colour1 = 0x0000FF;  // red, in the settings' byte order
+    f.settings.icon_colour2 = 0xFF0000;  // blue
+    f.dialogs.on_poisizes = [](NewElementForm& form) {
+        form.width = 3;
+        form.height = 2;
+        form.night = true;
+        return true;
+    };
+    EXPECT_EQ(f.ops.new_element(model::k_points), 2);
+    EXPECT_EQ(f.dialogs.shown[0].type, "06002");
+    EXPECT_EQ(f.dialogs.shown[0].width, 32);
+    EXPECT_EQ(f.s.pt_n, 3);
+    EXPECT_EQ(f.s.pt_typ[2], "06002");
+    EXPECT_NE(f.s.pt_txt[2].find("\"$ c #FF0000\""), std::string::npos);
+    EXPECT_NE(f.s.pt_txt[2].find("\"% c #0000FF\""), std::string::npos);
+    EXPECT_FALSE(f.s.pt_nbmp[2].empty());
+    EXPECT_EQ(std::count(f.s.pt_bmp[2].begin(), f.s.pt_bmp[2].end(), '\n'), 2);
+}
+
+TEST(NewElement, LineAndActiveLines) {
+    OpsFixture f;
+    f.load(test::line("0x01", "a"), model::k_lines);
+    f.dialogs.on_line = accept;
+    EXPECT_EQ(f.ops.new_element(model::k_lines), 1);
+    EXPECT_EQ(f.s.ln_code[1], 0x200);
+    EXPECT_EQ(f.s.ln_wid[1], 3);
+    EXPECT_EQ(f.s.ln_act[1], "");
+
+    // Active Routing with none yet: six default activities when wanted.
+    EXPECT_LT(f.s.hdr_len, 174);
+    f.ui.script(Answer::yes);
+    EXPECT_EQ(f.ops.new_element(model::k_active_lines), 2);
+    EXPECT_EQ(f.ui.questions.back(), "Create 6 default activities?");
+    ASSERT_EQ(f.s.ln_nact, 6);
+    const char* acts[] = {"40", "50", "41", "51", "42", "52"};
+    for (int k = 0; k < 6; ++k) EXPECT_EQ(f.s.ln_act[static_cast<size_t>(2 + k)], acts[k]);
+    EXPECT_EQ(f.s.hdr_len, 174);
+    EXPECT_EQ(f.ui.messages.back(), "Header reset to &AE");
+
+    // Another active line: the dialog's activity, and a pair that exists is refused.
+    f.dialogs.on_line = [](NewElementForm& form) {
+        form.type = "00100";
+        form.activity = 4;
+        return true;
+    };
+    EXPECT_EQ(f.ops.new_element(model::k_active_lines), -1);
+    EXPECT_EQ(f.ui.messages.back(), "Type exists.\r\nLine.");
+    f.dialogs.on_line = [](NewElementForm& form) {
+        form.activity = 4;
+        return true;
+    };
+    EXPECT_EQ(f.ops.new_element(model::k_active_lines), 8);
+    EXPECT_EQ(f.s.ln_act[8], "51");
+    EXPECT_EQ(f.dialogs.shown.back().activities.size(), 6u);
+    EXPECT_EQ(f.dialogs.shown.back().line_types.size(), 2u);
+}
+
+TEST(NewElement, ExtraPointRaisesTheHeaderAndTakesTheNextId) {
+    OpsFixture f;
+    f.load(test::point("0x2f05", "p"), model::k_extra_points);
+    f.dialogs.on_poisizes = accept;
+    EXPECT_EQ(f.ops.new_element(model::k_extra_points), 1);
+    EXPECT_EQ(f.dialogs.shown[0].type, "1");
+    EXPECT_EQ(f.s.pt_nx, 1);
+    EXPECT_EQ(f.s.pt_typ[1], "00001");
+    EXPECT_EQ(f.s.hdr_len, 164);
+    // A new base point goes in front of the extra point.
+    f.dialogs.on_poisizes = accept;
+    EXPECT_EQ(f.ops.new_element(model::k_points), 1);
+    EXPECT_EQ(f.s.pt_n, 2);
+    EXPECT_EQ(f.s.pt_typ[2], "00001");
+}
+
+TEST(Delete, AsksFirstAndRemovesFromTheEndOfTheSelection) {
+    OpsFixture f;
+    f.load(k_polygons + test::polygon("0x04", "Four") + test::polygon("0x05", "Five"));
+    const std::string before = f.text();
+    f.ui.script(Answer::no);
+    EXPECT_FALSE(f.ops.mdelete({1}));
+    f.ui.script(Answer::cancel);
+    EXPECT_FALSE(f.ops.mdelete({1}));
+    EXPECT_EQ(f.ui.questions.back(), "Reload TYP file to undo changes.\r\n\r\nContinue?");
+    EXPECT_EQ(f.text(), before);
+
+    EXPECT_TRUE(f.ops.mdelete({3, 1, 3}));
+    EXPECT_EQ(f.s.pg_n, 2);
+    EXPECT_EQ(f.s.pg_ni, 2);
+    EXPECT_EQ(f.s.pg_typ[0], "0x0100");
+    EXPECT_EQ(f.s.pg_typ[1], "0x0400");
+    EXPECT_EQ(f.s.pg_drw[1], "Type=0004,3");
+    EXPECT_EQ(f.s.drwlist.find("0003,"), std::string::npos);  // its entry went with it
+    EXPECT_EQ(f.host.log, (std::vector<std::string>{"deleting:0x00300", "deleting:0x00500"}));
+    EXPECT_EQ(f.host.current, 1);
+    EXPECT_TRUE(f.s.dirty);
+}
+
+TEST(Delete, TheOnlyElementAndEveryClass) {
+    OpsFixture f;
+    f.load(test::polygon("0x01", "One"));
+    EXPECT_TRUE(f.ops.mdelete({0}));
+    EXPECT_EQ(f.s.pg_n, 0);
+    EXPECT_EQ(f.host.current, -1);
+    EXPECT_FALSE(f.ops.mdelete({0}));  // an empty class asks nothing
+
+    f.load(test::line("0x01", "a") + test::line("0x02", "b") + test::line("0x100", "w", "Activity=Walking\r\n"),
+           model::k_lines);
+    EXPECT_TRUE(f.ops.mdelete({0}));
+    EXPECT_EQ(f.s.ln_n, 1);
+    EXPECT_EQ(f.s.ln_nact, 1);
+    EXPECT_EQ(f.s.ln_act[1], "40");
+    f.s.curclass = model::k_active_lines;
+    EXPECT_TRUE(f.ops.mdelete({1}));
+    EXPECT_EQ(f.s.ln_nact, 0);
+    EXPECT_EQ(f.s.ln_n, 1);
+
+    f.load(test::point("0x2f05", "p") + test::point("0x2f06", "q"), model::k_extra_points);
+    f.dialogs.on_poisizes = accept;
+    f.ops.new_element(model::k_extra_points);
+    f.s.curclass = model::k_points;
+    EXPECT_TRUE(f.ops.mdelete({0}));
+    EXPECT_EQ(f.s.pt_n, 1);
+    EXPECT_EQ(f.s.pt_nx, 1);
+    EXPECT_EQ(f.s.pt_typ[1], "00001");  // the extra point moved down with it
+    f.s.curclass = model::k_extra_points;
+    EXPECT_TRUE(f.ops.mdelete({1}));
+    EXPECT_EQ(f.s.pt_nx, 0);
+    EXPECT_EQ(f.s.pt_typ.size(), 1u);
+}
+
+TEST(Renumber, APolygonKeepsItsLayerUnderItsNewTypeAndMovesToItsPlace) {
+    OpsFixture f;
+    f.load(k_polygons + test::polygon("0x05", "Five"));
+    // The panel's apply has read the polygon 0x03 as 0x06.
+    f.s.pg_typ[1] = "0x0600";
+    EXPECT_EQ(f.ops.renumbered(model::k_polygons, 1, 0x300), 2);
+    EXPECT_EQ(f.s.pg_typ[2], "0x0600");
+    EXPECT_EQ(f.s.pg_drw[2], "Type=0006,2");
+    EXPECT_NE(f.s.drwlist.find("0006,2"), std::string::npos);
+    EXPECT_EQ(f.s.drwlist.find("0003,"), std::string::npos);
+    EXPECT_EQ(f.host.log.back(), "Changed type number from 0x00300 to 0x00600");
+    EXPECT_EQ(f.host.current, 2);
+}
+
+}  // namespace
+}  // namespace korvex::workbench
