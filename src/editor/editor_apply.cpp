@@ -12,6 +12,7 @@
 #include "text/polygon_line_reader.h"
 #include "text/text_writer.h"
 #include "typ/draw_order.h"
+#include "workbench/sort_rows.h"
 #include "workbench/type_range.h"
 
 namespace korvex::editor {
@@ -79,6 +80,13 @@ bool fonts_differ(const LabelState& a, const LabelState& b) {
     return a.fontcolours && (a.daylabelcolour != b.daylabelcolour || a.nightlabelcolour != b.nightlabelcolour);
 }
 
+std::string original_text(const model::Store& s, int cls, int32_t row) {
+    const auto r = static_cast<size_t>(row);
+    if (cls == model::k_polygons) return s.pg_txt[r];
+    if (cls == model::k_points || cls == model::k_extra_points) return s.pt_txt[r];
+    return s.ln_txt[r];
+}
+
 // The element's text as the commit leaves it, from the full section.
 struct Patch {
     bool type = false, labels = false, fonts = false, widths = false, orient = false, picture = false, colours_only = false;
@@ -87,6 +95,16 @@ struct Patch {
 std::string patched_section(model::Store& s, const EditorSession& e, int cls, int32_t row, const Patch& p) {
     std::vector<std::string> lines = section_lines(text::create_code(s, local_row(s, cls, row) + 1, cls, false));
     const bool point = cls == model::k_points || cls == model::k_extra_points;
+    if (!p.labels) {
+        // The String lines as the element's own text holds them: the panel's
+        // form may show them converted for the eye.
+        const std::vector<std::string> own = section_lines(original_text(s, cls, row));
+        std::vector<std::string> strings;
+        for (const std::string& l : own)
+            if (find_key({l}, {"string"}) == 0) strings.push_back(l);
+        const int at = remove_keys(lines, {"string"});
+        if (at >= 0) lines.insert(lines.begin() + at, strings.begin(), strings.end());
+    }
     const bool line = cls == model::k_lines || cls == model::k_active_lines;
     if (p.picture || p.colours_only) {
         const int x = xpm_line(lines);
@@ -151,6 +169,14 @@ std::string patched_section(model::Store& s, const EditorSession& e, int cls, in
 // Reads a section into the row, as the text panel does.
 void reparse(model::Store& s, platform::Prompt& ui, int cls, int32_t row, const std::string& section) {
     const auto r = static_cast<size_t>(row);
+    // The section's strings are bytes of their pages already, as the tables
+    // hold them, whatever encoding the open text came in.
+    struct Keep {
+        model::Store& s;
+        bool utf8txt;
+        ~Keep() { s.utf8txt = utf8txt; }
+    } keep{s, s.utf8txt};
+    s.utf8txt = false;
     if (cls == model::k_polygons) {
         if (!s.pg_lab[r].empty() && s.pg_lab[r][0] == 1 && s.pg_nnight > 0) --s.pg_nnight;
         text::pgonparse_txt(s, ui, section, row, true);
@@ -238,12 +264,6 @@ std::string change_note(const EditorSession& e, const std::string& code) {
     return note;
 }
 
-std::string original_text(const model::Store& s, int cls, int32_t row) {
-    const auto r = static_cast<size_t>(row);
-    if (cls == model::k_polygons) return s.pg_txt[r];
-    if (cls == model::k_points || cls == model::k_extra_points) return s.pt_txt[r];
-    return s.ln_txt[r];
-}
 
 }  // namespace
 
@@ -382,6 +402,12 @@ ApplyOutcome apply(model::Store& s, EditorSession& e, platform::Prompt& ui, cons
     }
     out.committed = true;
     out.type_changed = p.type;
+    out.row = e.row;
+    if (p.type) {
+        // The tables stay in type order: the row moves to its new place.
+        out.row = workbench::swap_types(s, cls, e.row);
+        e.row = out.row;
+    }
     out.drawdirty = level_changed || (cls == model::k_polygons && p.type);
     if (anything || e.eddirty || fnchkbtns(e) != e.flags_on_entry) {
         s.dirty = true;

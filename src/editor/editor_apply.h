@@ -17,6 +17,7 @@ struct ApplyOutcome {
     bool committed = false;
     bool type_changed = false;
     bool drawdirty = false;  // the draw order list changed
+    int32_t row = -1;        // the element's store row afterwards: a new type moves it among its class
     std::string note;        // the change note for the log, "" when nothing changed
 };
 

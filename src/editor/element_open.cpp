@@ -86,7 +86,7 @@ void fill_palette(Palette& p, const std::vector<std::string>& lines, size_t from
         p.colours.push_back(c);
         if (alpha) {
             const size_t a = lower(lines[i]).find("alpha=");
-            alpha->push_back(a == std::string::npos ? 0 : static_cast<uint8_t>(std::clamp(std::atoi(lines[i].c_str() + a + 6), 0, 255)));
+            alpha->push_back(a == std::string::npos ? k_no_alpha : static_cast<uint8_t>(std::clamp(std::atoi(lines[i].c_str() + a + 6), 0, 255)));
         }
     }
 }
@@ -228,22 +228,18 @@ EditorSession open_element(const model::Store& s, const OpenRequest& r) {
         e.alpha = lower(col).find("alpha=") != std::string::npos;
         const int count = head.size() > 2 ? head[2] : 0;
         e.truecolour = count == 0 && w > 0 && h > 0;
-        std::vector<uint8_t> alpha;
-        fill_palette(e.palette, lines, 0, lines.size(), e.transparentcolour, &alpha);
-        if (e.alpha) e.palette.alpha = alpha;
         resize_picture(e, w, h);
         if (e.truecolour) {
-            // Rows of "#RRGGBB" a pixel.
-            const std::vector<std::string> rows = split_rows(bmp);
-            for (int y = 0; y < h && static_cast<size_t>(y) < rows.size(); ++y)
-                for (int x = 0; x < w; ++x) {
-                    uint32_t c = 0;
-                    const size_t at = static_cast<size_t>(x) * 7;
-                    if (at + 7 <= rows[static_cast<size_t>(y)].size() && rows[static_cast<size_t>(y)][at] == '#' &&
-                        from_hex(rows[static_cast<size_t>(y)].substr(at + 1, 6), c))
-                        e.surface.set(x, y, c);
-                }
+            // No palette: the colour lines are the pixels, in row order.
+            for (size_t i = 0; i < lines.size() && w > 0; ++i) {
+                uint32_t c = 0;
+                if (colour_of_line(lines[i], e.transparentcolour, c))
+                    e.surface.set(static_cast<int>(i % static_cast<size_t>(w)), static_cast<int>(i / static_cast<size_t>(w)), c);
+            }
         } else {
+            std::vector<uint8_t> alpha;
+            fill_palette(e.palette, lines, 0, lines.size(), e.transparentcolour, &alpha);
+            if (e.alpha) e.palette.alpha = alpha;
             read_symbol_rows(e, bmp, std::max(cpp, 1) > 1 || e.ncols() >= model::cpp_limit ? 2 : 1);
         }
         e.width_box = w;

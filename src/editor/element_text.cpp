@@ -106,7 +106,7 @@ std::vector<std::string> colour_block(const EditorSession& e) {
     if (cls == model::k_points || cls == model::k_extra_points) {
         for (int i = 1; i <= e.ncols(); ++i) {
             std::string l = "\"" + point_symbol(i - 1, e.ncols()) + " c " + colour_value(e.palette, i, m) + "\"";
-            if (e.alpha && static_cast<size_t>(i - 1) < e.palette.alpha.size())
+            if (e.alpha && static_cast<size_t>(i - 1) < e.palette.alpha.size() && e.palette.alpha[static_cast<size_t>(i - 1)] != k_no_alpha)
                 l += " alpha=" + std::to_string(e.palette.alpha[static_cast<size_t>(i - 1)]);
             out.push_back(std::move(l));
         }
@@ -126,12 +126,40 @@ std::vector<std::string> picture_lines(const EditorSession& e, const std::string
     const bool point = cls == model::k_points || cls == model::k_extra_points;
     const int n = e.ncols() + (point ? 0 : e.nightpal.ncols());
     std::string head;
+    if (point && e.truecolour) {
+        // No colour table: each pixel is "#RRGGBB" in its row.
+        std::vector<std::string> out{key + "\"" + std::to_string(e.width) + " " + std::to_string(e.height) + " 0 0\""};
+        for (int y = 0; y < e.height; ++y) {
+            std::string row = "\"";
+            for (int x = 0; x < e.width; ++x) row += "#" + hex6(e.surface.at(x, y));
+            out.push_back(row + "\"");
+        }
+        return out;
+    }
     if (point) {
         const int cpp = e.ncols() >= model::cpp_limit ? 2 : 1;
         const bool none = e.palette.first_transparent(e.transparentcolour) != 0;
-        const int mode = e.alpha ? 32 : none ? 16 : 0;
+        // The colour mode stays as written unless transparency came or went.
+        const size_t close = q == std::string::npos ? std::string::npos : old_xpm.find('"', q + 1);
+        std::string tail = close == std::string::npos ? std::string() : old_xpm.substr(close + 1);
+        std::string low = tail;
+        std::transform(low.begin(), low.end(), low.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+        const size_t m = low.find("colormode=");
+        if (m == std::string::npos) {
+            tail = " Colormode=" + std::to_string(e.alpha ? 32 : none ? 16 : 0);
+        } else {
+            const int old_mode = std::atoi(low.c_str() + m + 10);
+            int mode = old_mode;
+            if (old_mode == 16 && !none && !e.alpha) mode = 0;
+            if (old_mode == 0 && none) mode = 16;
+            if (mode != old_mode) {
+                size_t e2 = m + 10;
+                while (e2 < tail.size() && std::isdigit(static_cast<unsigned char>(tail[e2]))) ++e2;
+                tail.replace(m + 10, e2 - m - 10, std::to_string(mode));
+            }
+        }
         head = key + "\"" + std::to_string(e.width) + " " + std::to_string(e.height) + " " + std::to_string(n) + " " +
-               std::to_string(cpp) + "\" Colormode=" + std::to_string(mode);
+               std::to_string(cpp) + "\"" + tail;
     } else if (e.solid || e.width == 0) {
         head = key + "\"0 0 " + std::to_string(n) + " 0\"";
     } else {

@@ -10,10 +10,12 @@ namespace korvex::editor {
 
 // The most colours an element's palette may hold.
 constexpr int k_max_colours = 254;
+// An entry of a colormode 32 palette whose colour line carries no alpha.
+constexpr uint8_t k_no_alpha = 0xFF;
 
 struct Palette {
     std::vector<uint32_t> colours;  // entry i at colours[i - 1]
-    std::vector<uint8_t> alpha;     // a point's opacity of each entry (colormode 32); empty otherwise
+    std::vector<uint8_t> alpha;     // a point's opacity of each entry (colormode 32), k_no_alpha where a line has none; empty otherwise
 
     int ncols() const { return static_cast<int>(colours.size()); }
     bool valid(int entry) const { return entry >= 1 && entry <= ncols(); }

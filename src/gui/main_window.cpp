@@ -669,9 +669,11 @@ void MainWindow::editor_closed(int result) {
         session_->log_line(cls, out.note);
     }
     // A new type moves the element in the grid's order; a repaint is not enough.
-    if (out.type_changed || icon_editor_->session().is_group())
+    if (out.type_changed || icon_editor_->session().is_group()) {
         rebuild_grid();
-    else
+        const int cell = browser_.cell_of_row(out.row);
+        if (cell >= 0) browser_.set_current(cell);
+    } else
         model_->update_row(icon_editor_->session().row);
     fill_panel_for_current();
 }

@@ -137,6 +137,16 @@ TEST(EditorApply, TypeChangesAndTheirRefusals) {
     EXPECT_TRUE(out.type_changed);
     EXPECT_EQ(p.s.pt_typ[0], "02E03");
     EXPECT_TRUE(has(out.note, "From 02F01 to 2E03")) << out.note;
+
+    // A type past its neighbour moves the row: the tables stay in type order.
+    EditorSession m = p.open(2, 0);
+    m.type_field = "31";
+    m.subtype_field = "00";
+    const ApplyOutcome moved = apply(p.s, m, p.ui);
+    ASSERT_TRUE(moved.committed);
+    EXPECT_EQ(moved.row, 1);
+    EXPECT_EQ(p.s.pt_typ[1], "03100");
+    EXPECT_EQ(p.s.pt_typ[0], "03000");
 }
 
 TEST(EditorApply, PolygonDrawOrderAndLineWidths) {

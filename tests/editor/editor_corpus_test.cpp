@@ -6,6 +6,7 @@
 #include "editor/editor_apply.h"
 #include "editor/element_open.h"
 #include "support/harness.h"
+#include "text/load_driver.h"
 #include "text/text_writer.h"
 
 namespace korvex::editor {
@@ -33,7 +34,12 @@ int32_t local(const model::Store& s, const Element& el) {
 void check_file(const std::string& path, bool rewrite_pictures) {
     model::Store s;
     platform::ScriptedPrompt ui;
-    testing::decode_bytes(s, ui, testing::read_bytes(path));
+    if (path.size() > 4 && path.substr(path.size() - 4) == ".txt") {
+        model::newproject(s);
+        ASSERT_TRUE(text::load_txt(s, ui, path, testing::read_bytes(path), false, true)) << path;
+    } else {
+        testing::decode_bytes(s, ui, testing::read_bytes(path));
+    }
     const std::string text_before = testing::text_of(s, ui);
     const std::string bytes_before = testing::encode(s, ui);
     int failures = 0;
@@ -43,7 +49,7 @@ void check_file(const std::string& path, bool rewrite_pictures) {
         r.curclass = el.cls;
         r.row = el.row;
         EditorSession e = open_element(s, r);
-        if (rewrite_pictures && !e.truecolour) e.eddirty = true;
+        if (rewrite_pictures) e.eddirty = true;
         s.dirty = false;
         const ApplyOutcome out = apply(s, e, ui);
         ASSERT_TRUE(out.committed) << path << " class " << el.cls << " row " << el.row
@@ -61,14 +67,38 @@ void check_file(const std::string& path, bool rewrite_pictures) {
     EXPECT_TRUE(testing::encode(s, ui) == bytes_before) << path;
 }
 
+std::vector<std::string> corpus_files() {
+    std::vector<std::string> files = testing::files_with(testing::corpus_dir() + "/typ", ".typ");
+    for (const std::string& t : testing::corpus_texts()) files.push_back(t);
+    return files;
+}
+
 TEST(EditorCorpus, ApplyWithoutChangesKeepsTextAndBytes) {
-    const std::vector<std::string> files = testing::files_with(testing::corpus_dir() + "/typ", ".typ");
+    const std::vector<std::string> files = corpus_files();
     if (files.empty()) GTEST_SKIP() << "no corpus";
     for (const std::string& f : files) check_file(f, false);
 }
 
+TEST(EditorCorpus, TrueColourPointsRewrittenKeepTheirPixels) {
+    model::Store s;
+    platform::ScriptedPrompt ui;
+    model::newproject(s);
+    ASSERT_TRUE(text::load_txt(s, ui, "t.txt", testing::read_bytes(testing::source_dir() + "/tests/data/interop/true-colour.txt"), false, true));
+    const std::string before = testing::text_of(s, ui);
+    for (int32_t row = 0; row < s.pt_n; ++row) {
+        EditorSession e = open_element(s, {2, row, {}, k_transparent_magenta});
+        e.eddirty = true;
+        ASSERT_TRUE(apply(s, e, ui).committed);
+    }
+    EXPECT_EQ(testing::first_difference(before, testing::text_of(s, ui)), "");
+    EditorSession e = open_element(s, {2, 0, {}, k_transparent_magenta});
+    ASSERT_TRUE(e.truecolour);
+    EXPECT_EQ(e.surface.at(1, 0), rgb(0, 0xFF, 0));
+    EXPECT_EQ(e.surface.at(3, 2), rgb(0x65, 0x43, 0x21));
+}
+
 TEST(EditorCorpus, PicturesRewrittenFromTheWorkingCopyKeepTextAndBytes) {
-    const std::vector<std::string> files = testing::files_with(testing::corpus_dir() + "/typ", ".typ");
+    const std::vector<std::string> files = corpus_files();
     if (files.empty()) GTEST_SKIP() << "no corpus";
     for (const std::string& f : files) check_file(f, true);
 }
