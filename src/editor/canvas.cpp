@@ -58,6 +58,7 @@ void translate(EditorSession& e) {
         e.pixeltext = pixel_rows(e);
     }
     e.undo.store(undo_picture(e));
+    e.lastpalok = false;
 }
 
 std::vector<uint32_t> undo_picture(const EditorSession& e) {
@@ -119,6 +120,41 @@ std::string pixel_rows(const EditorSession& e) {
         out += "\r\n";
     }
     return out;
+}
+
+bool clearicon(EditorSession& e, platform::Prompt& ui, bool opacity_panel) {
+    if (e.width <= 0 || e.height <= 0) {
+        ui.message("No bitmap to clear.");
+        return false;
+    }
+    if (opacity_panel) {
+        ui.message("Untick Colormode32.");
+        return false;
+    }
+    if (!ui.yes_no("This clears the whole icon using current colour. Are you sure?")) return false;
+    if (e.truecolour) {
+        e.surface.fill(e.pen_colour);
+    } else {
+        if (!e.palette.valid(e.curcol)) return false;
+        e.pixels.fill(static_cast<uint8_t>(e.curcol - 1));
+        painticon(e);
+    }
+    start_history(e);
+    e.eddirty = true;
+    return true;
+}
+
+void save_curpalette(EditorSession& e) {
+    e.saved_palette = e.palette;
+    e.lastpalok = true;
+}
+
+bool load_lastpalette(EditorSession& e) {
+    if (!e.lastpalok || e.saved_palette.ncols() != e.palette.ncols()) return false;
+    std::swap(e.saved_palette, e.palette);
+    painticon(e);
+    e.eddirty = true;
+    return true;
 }
 
 void crop_picture(EditorSession& e, const Rect& frame) {

@@ -10,6 +10,7 @@
 
 #include "editor/editor_session.h"
 #include "editor/selection.h"
+#include "platform/prompt.h"
 
 namespace korvex::editor {
 
@@ -39,6 +40,19 @@ bool redo_step(EditorSession& e);
 std::string pixel_rows(const EditorSession& e);
 // The symbol of palette index n (from 0) in a point picture of ncols colours.
 std::string point_symbol(int n, int ncols);
+
+// clearicon: every pixel takes the current colour after "This clears the
+// whole icon using current colour. Are you sure?"; "No bitmap to clear."
+// without a picture, "Untick Colormode32." in opacity mode. The history
+// starts again from the cleared picture.
+bool clearicon(EditorSession& e, platform::Prompt& ui, bool opacity_panel = false);
+
+// Before a palette change: the palette is kept so that Ctrl+Z can take the
+// change back (save_curpalette). load_lastpalette swaps the kept and the
+// current palette, so a second Ctrl+Z brings the change again; false when
+// nothing is kept.
+void save_curpalette(EditorSession& e);
+bool load_lastpalette(EditorSession& e);
 
 // Cuts the picture to the frame (a point's crop); the history starts again.
 void crop_picture(EditorSession& e, const Rect& frame);

@@ -54,6 +54,8 @@ struct EditorSession {
     Raster surface;                 // the picture in colours, one entry a pixel
     uint32_t transparentcolour = k_transparent_magenta;
     UndoHistory undo;
+    Palette saved_palette;          // the palette before the last palette change, for Ctrl+Z
+    bool lastpalok = false;         // Ctrl+Z takes back that palette change
 
     int curcol = -1;                // selected entry from 1; 0 none; negative: none chosen yet
     int curcol2 = -1;               // entry of the right button

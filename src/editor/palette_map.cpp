@@ -122,6 +122,7 @@ bool apply_palette(EditorSession& e, const std::string& palette_text, bool selec
     std::vector<Hsv> hues;
     hues.reserve(pal.size());
     for (uint32_t c : pal) hues.push_back(rgbtohsv(c));
+    save_curpalette(e);
     const bool must_differ = e.store_class() < 2;
     std::vector<uint32_t> used;
     for (int i = 1; i <= e.ncols(); ++i) {

@@ -219,12 +219,18 @@ void EditorWindow::build() {
     auto* add = new QPushButton("Add 1 Color");
     auto* del = new QPushButton("Delete");
     auto* trim = new QPushButton("Trim");
+    auto* clear = new QPushButton("Clear");
+    clear->setToolTip("Clear the whole icon with the first colour");
+    connect(clear, &QPushButton::clicked, this, [this] {
+        if (editor::clearicon(e_, ui_)) refresh_after_edit();
+    });
     auto* transp = new QPushButton("Transparent");
     transp->setToolTip("Make the first colour's entry the transparent one");
     pal_buttons->addWidget(add);
     pal_buttons->addWidget(del);
     pal_buttons->addWidget(trim);
     pal_buttons->addWidget(transp);
+    pal_buttons->addWidget(clear);
     pal->addLayout(pal_buttons);
     const bool palette_edits = !e_.truecolour;
     add->setEnabled(palette_edits && !e_.fn013() && !e_.is_group());
@@ -247,6 +253,7 @@ void EditorWindow::build() {
             ui_.message(why);
             return;
         }
+        editor::save_curpalette(e_);
         e_.palette.set(e_.curcol, e_.transparentcolour);
         e_.changes1 |= editor::ch_colour;
         e_.eddirty = true;
@@ -291,6 +298,7 @@ void EditorWindow::build() {
             if (e_.truecolour) (right ? e_.pen_colour2 : e_.pen_colour) = cols[static_cast<size_t>(i)];
             return;
         }
+        editor::save_curpalette(e_);
         e_.palette.set(entry, cols[static_cast<size_t>(i)]);
         e_.changes1 |= editor::ch_colour;
         e_.eddirty = true;
@@ -363,7 +371,8 @@ void EditorWindow::choose_tool(int tool) {
 }
 
 void EditorWindow::undo() {
-    if (editor::undo_step(e_)) refresh_after_edit();
+    // A palette change is taken back first; a second Ctrl+Z brings it again.
+    if (e_.lastpalok ? editor::load_lastpalette(e_) : editor::undo_step(e_)) refresh_after_edit();
 }
 
 void EditorWindow::redo() {
@@ -436,6 +445,7 @@ void EditorWindow::edit_colour(int entry) {
     if (!e_.palette.valid(entry)) return;
     const QColor picked = QColorDialog::getColor(qcolour(e_.palette.colour(entry)), this, "Colour");
     if (!picked.isValid()) return;
+    editor::save_curpalette(e_);
     e_.palette.set(entry, from_q(picked));
     e_.changes1 |= editor::ch_colour;
     e_.eddirty = true;

@@ -278,6 +278,47 @@ TEST(Undo, KeepsTheLastFiveHundredLevels) {
     EXPECT_FALSE(h.undo(p));
 }
 
+TEST(Undo, PaletteChangeIsTakenBackAndBroughtAgainAndAStrokeEndsThat) {
+    platform::ScriptedPrompt ui;
+    EditorSession e = point(2, 1);
+    const Palette before = e.palette;
+    save_curpalette(e);
+    e.palette.set(1, R);
+    painticon(e);
+    ASSERT_TRUE(load_lastpalette(e));
+    EXPECT_EQ(e.palette, before);
+    EXPECT_EQ(e.surface.at(0, 0), W);
+    ASSERT_TRUE(load_lastpalette(e));  // the second swaps back
+    EXPECT_EQ(e.palette.colour(1), R);
+    ToolEngine t(e, ui);
+    t.press(0, 0, false);
+    t.release(0, 0);
+    EXPECT_FALSE(e.lastpalok);
+    EXPECT_FALSE(load_lastpalette(e));
+}
+
+TEST(Undo, ClearIconAsksAndStartsTheHistoryAgain) {
+    platform::ScriptedPrompt ui(platform::Answer::no);
+    EditorSession e = point(3, 2);
+    ToolEngine t(e, ui);
+    t.press(0, 0, false);
+    t.release(0, 0);
+    EXPECT_FALSE(clearicon(e, ui));
+    EXPECT_EQ(ui.questions.back(), "This clears the whole icon using current colour. Are you sure?");
+    EXPECT_EQ(e.undo.level(), 1);
+    ui.script(platform::Answer::yes);
+    e.curcol = 3;
+    ASSERT_TRUE(clearicon(e, ui));
+    EXPECT_EQ(rows_of(e), "rrr\nrrr\n");
+    EXPECT_EQ(e.undo.level(), 0);
+    EXPECT_FALSE(undo_step(e));
+    EXPECT_FALSE(clearicon(e, ui, true));
+    EXPECT_EQ(ui.messages.back(), "Untick Colormode32.");
+    EditorSession none;
+    EXPECT_FALSE(clearicon(none, ui));
+    EXPECT_EQ(ui.messages.back(), "No bitmap to clear.");
+}
+
 TEST(Undo, TrueColourKeepsColours) {
     platform::ScriptedPrompt ui;
     EditorSession e;
