@@ -5,6 +5,7 @@
 #include "editor/canvas.h"
 #include "editor/flood_fill.h"
 #include "editor/shapes.h"
+#include "editor/text_stamp.h"
 
 namespace korvex::editor {
 
@@ -28,6 +29,11 @@ void ToolEngine::reset_states() {
 
 bool ToolEngine::set_tool(int tool) {
     if (e_.fn013() && size_tool(tool)) return false;
+    if (tool == t_text && !can_add_text(e_, ui_)) return false;
+    if (repeat && (tool == t_pencil || tool == t_rubber) && (step_x <= 0 || step_y <= 0)) {
+        ui_.message("Please select value > 0");
+        return false;
+    }
     if (tool == t_rubber && !e_.truecolour) {
         if (!e_.palette.transparent(e_.curcol, e_.transparentcolour)) {
             const int t = e_.palette.first_transparent(e_.transparentcolour);
@@ -45,7 +51,7 @@ bool ToolEngine::set_tool(int tool) {
     return true;
 }
 
-bool ToolEngine::colour_of(bool right, uint32_t& colour) {
+bool ToolEngine::colour_of(bool right, uint32_t& colour) const {
     if (e_.truecolour) {
         colour = right ? e_.pen_colour2 : e_.pen_colour;
         return true;
@@ -106,8 +112,8 @@ void ToolEngine::press(int x, int y, bool right) {
         drawing_ = true;
         last_x_ = x;
         last_y_ = y;
-        e_.surface.set(x, y, colour);
         figure_colour_ = colour;
+        plot(x, y, colour);
         return;
     }
     if (t == t_fill) {
@@ -133,10 +139,20 @@ void ToolEngine::press(int x, int y, bool right) {
 }
 
 void ToolEngine::move(int x, int y) {
+    hover_x_ = x;
+    hover_y_ = y;
     if (drawing_) {
         if (x == last_x_ && y == last_y_) return;
         // A fast pointer skips pixels: the stroke joins them.
-        draw_line(e_.surface, last_x_, last_y_, x, y, figure_colour_, 1);
+        if (repeat) {
+            Raster stroke(e_.width, e_.height, 0);
+            draw_line(stroke, last_x_, last_y_, x, y, 1, 1);
+            for (int py = 0; py < e_.height; ++py)
+                for (int px = 0; px < e_.width; ++px)
+                    if (stroke.at(px, py)) plot(px, py, figure_colour_);
+        } else {
+            draw_line(e_.surface, last_x_, last_y_, x, y, figure_colour_, 1);
+        }
         last_x_ = x;
         last_y_ = y;
         return;
@@ -188,7 +204,41 @@ void ToolEngine::release(int x, int y) {
     }
 }
 
+bool ToolEngine::set_repeat(bool on, int sx, int sy) {
+    if (on && e_.tool != t_pencil && e_.tool != t_rubber) {
+        ui_.message("Select Pencil or Rubber.");
+        return false;
+    }
+    if (on && (sx <= 0 || sy <= 0)) {
+        ui_.message("Please select value > 0");
+        return false;
+    }
+    repeat = on;
+    step_x = sx;
+    step_y = sy;
+    return true;
+}
+
+void ToolEngine::plot(int x, int y, uint32_t colour) {
+    if (!repeat || step_x <= 0 || step_y <= 0) {
+        e_.surface.set(x, y, colour);
+        return;
+    }
+    // The same pixel in every step of the pattern.
+    const int x0 = ((x % step_x) + step_x) % step_x, y0 = ((y % step_y) + step_y) % step_y;
+    for (int py = y0; py < e_.height; py += step_y)
+        for (int px = x0; px < e_.width; px += step_x) e_.surface.set(px, py, colour);
+}
+
 void ToolEngine::double_click(int x, int y) {
+    if (e_.tool == t_text) {
+        uint32_t colour = 0;
+        if (text_.width > 0 && colour_of(false, colour)) {
+            draw_text(e_.surface, text_, x, y, colour);
+            finish();
+        }
+        return;
+    }
     if (!layer_.empty()) {
         commit_layer();
         return;
@@ -216,6 +266,12 @@ bool ToolEngine::escape() {
     frame_ = {};
     if (e_.tool == t_crop_pending) {
         e_.tool = t_crop_select;
+        any = true;
+    }
+    if (e_.tool == t_text) {
+        // Esc closes the text panel.
+        e_.tool = t_pencil;
+        text_ = {};
         any = true;
     }
     return any;
@@ -273,11 +329,16 @@ Raster ToolEngine::view() const {
     Raster v = e_.surface;
     if (anchored() && figure_tool(e_.tool)) draw_figure(v, cur_x_, cur_y_);
     if (!layer_.empty()) stamp(v, layer_);
+    if (e_.tool == t_text && hover_x_ >= 0) {
+        uint32_t colour = 0;
+        if (colour_of(false, colour)) draw_text(v, text_, hover_x_, hover_y_, colour);
+    }
     return v;
 }
 
 std::string ToolEngine::hint() const {
     if (e_.tool == t_crop_pending) return "Double click to crop or ESC to exit ";
+    if (e_.tool == t_text) return "Double Click to Stamp/Esc to Close";
     return {};
 }
 

@@ -10,6 +10,7 @@
 #include "editor/editor_session.h"
 #include "editor/selection.h"
 #include "platform/prompt.h"
+#include "platform/text_raster.h"
 
 namespace korvex::editor {
 
@@ -42,6 +43,16 @@ public:
 
     // Pen width of the line and outline tools, 1 to 10.
     int pen = 1;
+    // The text stamp's rendered text; it follows the pointer and a double
+    // click stamps it in the current colour.
+    void set_text_mask(platform::TextMask mask) { text_ = std::move(mask); }
+    // The settings of Repeat Fill: a stroke of the pencil or rubber is
+    // repeated every step_x, step_y pixels across the picture.
+    bool repeat = false;
+    int step_x = 0, step_y = 0;
+    // The "Repeat Fill" tick: refused with "Select Pencil or Rubber." for
+    // another tool and "Please select value > 0" for a step below 1.
+    bool set_repeat(bool on, int sx, int sy);
 
     bool has_frame() const { return !frame_.empty(); }
     const Rect& frame() const { return frame_; }
@@ -54,7 +65,7 @@ public:
     std::string hint() const;
 
 private:
-    bool colour_of(bool right, uint32_t& colour);
+    bool colour_of(bool right, uint32_t& colour) const;
     bool refuse_press();
     void finish();
     void draw_figure(Raster& r, int x, int y) const;
@@ -72,6 +83,9 @@ private:
     Rect frame_;
     bool framing_ = false;
     FloatingLayer layer_;
+    platform::TextMask text_;
+    int hover_x_ = -1, hover_y_ = -1;
+    void plot(int x, int y, uint32_t colour);
     bool moving_layer_ = false;
     int grab_dx_ = 0, grab_dy_ = 0;
 };

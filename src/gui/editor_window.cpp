@@ -4,6 +4,8 @@
 #include <QCloseEvent>
 #include <QColorDialog>
 #include <QComboBox>
+#include <QFontComboBox>
+#include <QSignalBlocker>
 #include <QFormLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -25,6 +27,7 @@
 #include "gui/label_panel.h"
 #include "gui/palette_widget.h"
 #include "gui/qt_prompt.h"
+#include "gui/qt_text_raster.h"
 #include "platform/files.h"
 
 namespace korvex::gui {
@@ -52,6 +55,7 @@ const ToolDef k_tools[] = {
     {editor::t_filled_rectangle, "Box", "Filled rectangle"},
     {editor::t_ellipse, "Ellipse", "Ellipse outline"},
     {editor::t_filled_ellipse, "Disc", "Filled ellipse"},
+    {editor::t_text, "Text", "Text stamp: double click stamps the text"},
     {editor::t_select, "Select", "Selection: Ctrl+C lifts it, drag to move, double click stamps, Delete clears"},
     {editor::t_crop_select, "Crop", "Crop selection: frame, then double click inside"},
 };
@@ -98,6 +102,54 @@ void EditorWindow::build() {
         tools->addWidget(b);
         tool_buttons_.emplace_back(d.tool, b);
     }
+    // The text stamp's panel, shown while the tool is on.
+    text_panel_ = new QWidget;
+    auto* tp = new QVBoxLayout(text_panel_);
+    tp->setContentsMargins(0, 0, 0, 0);
+    stamp_text_ = new QLineEdit("WW");
+    stamp_font_ = new QFontComboBox;
+    stamp_font_->setCurrentFont(QFont("Arial"));
+    stamp_font_->setMaximumWidth(120);
+    stamp_size_ = new QSpinBox;
+    stamp_size_->setRange(6, 128);
+    stamp_size_->setValue(12);
+    stamp_size_->setSuffix(" px");
+    stamp_bold_ = new QCheckBox("Bold");
+    stamp_italic_ = new QCheckBox("Italic");
+    for (QWidget* w : std::initializer_list<QWidget*>{stamp_text_, stamp_font_, stamp_size_, stamp_bold_, stamp_italic_}) tp->addWidget(w);
+    text_panel_->setVisible(false);
+    tools->addWidget(text_panel_);
+    auto restamp = [this] { refresh_text_mask(); };
+    connect(stamp_text_, &QLineEdit::textChanged, this, restamp);
+    connect(stamp_font_, &QFontComboBox::currentFontChanged, this, restamp);
+    connect(stamp_size_, &QSpinBox::valueChanged, this, restamp);
+    connect(stamp_bold_, &QCheckBox::toggled, this, restamp);
+    connect(stamp_italic_, &QCheckBox::toggled, this, restamp);
+
+    repeat_ = new QCheckBox("Repeat Fill");
+    repeat_x_ = new QSpinBox;
+    repeat_y_ = new QSpinBox;
+    repeat_x_->setRange(0, 128);
+    repeat_y_->setRange(0, 128);
+    repeat_x_->setPrefix("x ");
+    repeat_y_->setPrefix("y ");
+    repeat_x_->setValue(4);
+    repeat_y_->setValue(4);
+    tools->addWidget(repeat_);
+    tools->addWidget(repeat_x_);
+    tools->addWidget(repeat_y_);
+    auto set_repeat = [this] {
+        const bool on = repeat_->isChecked();
+        if (!tools_.set_repeat(on, repeat_x_->value(), repeat_y_->value()) && on) {
+            const QSignalBlocker block(repeat_);
+            repeat_->setChecked(false);
+            tools_.repeat = false;
+        }
+    };
+    connect(repeat_, &QCheckBox::toggled, this, set_repeat);
+    connect(repeat_x_, &QSpinBox::valueChanged, this, set_repeat);
+    connect(repeat_y_, &QSpinBox::valueChanged, this, set_repeat);
+
     pen_ = new QSpinBox;
     pen_->setRange(1, 10);
     pen_->setPrefix("Pen ");
@@ -342,7 +394,7 @@ void EditorWindow::build() {
     key(QKeySequence(Qt::CTRL | Qt::Key_R), [this] { redo(); });
     key(QKeySequence(Qt::CTRL | Qt::Key_A), [this] {
         tools_.select_all();
-        for (auto& [t, b] : tool_buttons_) b->setChecked(t == e_.tool);
+        refresh_tool_buttons();
         canvas_->update();
     });
     key(QKeySequence(Qt::CTRL | Qt::Key_C), [this] {
@@ -363,9 +415,27 @@ QToolButton* EditorWindow::tool_button(int tool) const {
     return nullptr;
 }
 
+void EditorWindow::refresh_text_mask() {
+    platform::TextStyle st;
+    st.font = stamp_font_->currentFont().family().toStdString();
+    st.pixel_size = stamp_size_->value();
+    st.bold = stamp_bold_->isChecked();
+    st.italic = stamp_italic_->isChecked();
+    tools_.set_text_mask(QtTextRasteriser().render(stamp_text_->text().toStdString(), st));
+    canvas_->update();
+}
+
+void EditorWindow::refresh_tool_buttons() {
+    for (auto& [t, b] : tool_buttons_) b->setChecked(t == e_.tool);
+    text_panel_->setVisible(e_.tool == editor::t_text);
+    const std::string hint = tools_.hint();
+    if (!hint.empty()) position_->setText(QString::fromStdString(hint));
+}
+
 void EditorWindow::choose_tool(int tool) {
     tools_.set_tool(tool);
-    for (auto& [t, b] : tool_buttons_) b->setChecked(t == e_.tool);
+    if (e_.tool == editor::t_text) refresh_text_mask();
+    refresh_tool_buttons();
     refresh_palette();
     canvas_->update();
 }
@@ -394,7 +464,8 @@ void EditorWindow::refresh_after_edit() {
 
 void EditorWindow::show_position(int x, int y) {
     if (x < 0 || y < 0) {
-        position_->setText(QString("%1 x %2").arg(e_.width).arg(e_.height));
+        const std::string hint = tools_.hint();
+        position_->setText(hint.empty() ? QString("%1 x %2").arg(e_.width).arg(e_.height) : QString::fromStdString(hint));
         return;
     }
     const uint32_t c = e_.surface.at(x, y);
@@ -500,7 +571,7 @@ void EditorWindow::keyPressEvent(QKeyEvent* ev) {
     if (ev->key() == Qt::Key_Escape) {
         // Esc ends a tool's work; it never closes the editor.
         if (tools_.escape()) {
-            for (auto& [t, b] : tool_buttons_) b->setChecked(t == e_.tool);
+            refresh_tool_buttons();
             canvas_->update();
         }
         ev->accept();

@@ -18,6 +18,7 @@
 
 class QCheckBox;
 class QComboBox;
+class QFontComboBox;
 class QLabel;
 class QLineEdit;
 class QPushButton;
@@ -80,6 +81,8 @@ private:
     void fill_chooser(editor::ChooserMode mode, bool ask);
     void edit_colour(int index);
     void form_to_session();
+    void refresh_text_mask();
+    void refresh_tool_buttons();
 
     model::Store& s_;
     editor::EditorSession e_;
@@ -106,6 +109,15 @@ private:
     QSpinBox* width_ = nullptr;
     QSpinBox* height_ = nullptr;
     QSpinBox* pen_ = nullptr;
+    QWidget* text_panel_ = nullptr;
+    QLineEdit* stamp_text_ = nullptr;
+    QFontComboBox* stamp_font_ = nullptr;
+    QSpinBox* stamp_size_ = nullptr;
+    QCheckBox* stamp_bold_ = nullptr;
+    QCheckBox* stamp_italic_ = nullptr;
+    QCheckBox* repeat_ = nullptr;
+    QSpinBox* repeat_x_ = nullptr;
+    QSpinBox* repeat_y_ = nullptr;
     QCheckBox* grid_ = nullptr;
     QLabel* position_ = nullptr;
     QLabel* level_ = nullptr;

@@ -231,6 +231,45 @@ TEST(Tools, SelectionCopyMoveStampAndCrop) {
     EXPECT_EQ(e.undo.level(), 0);
 }
 
+TEST(Tools, TextStampAndRepeatFill) {
+    platform::ScriptedPrompt ui;
+    EditorSession low = point(8, 5);
+    ToolEngine tl(low, ui);
+    EXPECT_FALSE(tl.set_tool(t_text));
+    EXPECT_EQ(ui.messages.back(), "Bitmap Height should be at least 6");
+
+    EditorSession e = point(6, 6);
+    ToolEngine t(e, ui);
+    e.curcol = -1;
+    EXPECT_FALSE(t.set_tool(t_text));
+    EXPECT_EQ(ui.messages.back(), "Please select a colour.");
+    e.curcol = 2;
+    ASSERT_TRUE(t.set_tool(t_text));
+    EXPECT_EQ(t.hint(), "Double Click to Stamp/Esc to Close");
+    t.set_text_mask(platform::BarTextRasteriser().render("W W", {"Arial", 3}));
+    t.move(1, 1);
+    EXPECT_EQ(t.view().at(1, 2), K);  // the preview follows the pointer
+    EXPECT_EQ(e.undo.level(), 0);
+    t.double_click(1, 1);
+    EXPECT_EQ(rows_of(e), "......\n.#...#\n.#...#\n.#...#\n......\n......\n");
+    EXPECT_EQ(e.undo.level(), 1);
+    EXPECT_TRUE(t.escape());
+    EXPECT_EQ(e.tool, t_pencil);
+
+    // Repeat Fill: the stroke is drawn at every step.
+    EXPECT_FALSE(t.set_repeat(true, 0, 2));
+    EXPECT_EQ(ui.messages.back(), "Please select value > 0");
+    ASSERT_TRUE(t.set_tool(t_fill));
+    EXPECT_FALSE(t.set_repeat(true, 3, 2));
+    EXPECT_EQ(ui.messages.back(), "Select Pencil or Rubber.");
+    ASSERT_TRUE(t.set_tool(t_pencil));
+    ASSERT_TRUE(t.set_repeat(true, 3, 2));
+    e.curcol = 3;
+    t.press(0, 0, false);
+    t.release(0, 0);
+    EXPECT_EQ(rows_of(e), "r..r..\n.#...#\nr#.r.#\n.#...#\nr..r..\n......\n");
+}
+
 TEST(Undo, SequencesReturnTheExactEarlierPicture) {
     platform::ScriptedPrompt ui;
     EditorSession e = point(8, 8);

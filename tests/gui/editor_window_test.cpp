@@ -205,6 +205,19 @@ TEST(EditorWindow, EscCancelsAToolCancelDiscardsAndRefusalsKeepTheEditorOpen) {
     EXPECT_EQ(f.w->icon_editor(), ed);
     EXPECT_EQ(f.element_text(2, row), before);
 
+    // The text stamp: a double click stamps the text in the first colour.
+    ASSERT_GE(e.height, 6);
+    {
+        e.curcol = 1;
+        QTest::mouseClick(ed->tool_button(korvex::editor::t_text), Qt::LeftButton);
+        EXPECT_EQ(e.tool, korvex::editor::t_text);
+        const int level = e.undo.level();
+        QTest::mouseDClick(c, Qt::LeftButton, Qt::NoModifier, at(c, 0, 0));
+        EXPECT_EQ(e.undo.level(), level + 1);
+        QTest::keyClick(ed, Qt::Key_Escape);
+        EXPECT_EQ(e.tool, korvex::editor::t_pencil);
+    }
+
     // Drawing, then Cancel: nothing changes and nothing is asked.
     QTest::mouseClick(ed->tool_button(korvex::editor::t_fill), Qt::LeftButton);
     e.curcol = 2;
