@@ -157,6 +157,24 @@ bool load_lastpalette(EditorSession& e) {
     return true;
 }
 
+bool convert_to_bitmap(EditorSession& e, platform::Prompt& ui) {
+    const int cls = e.store_class();
+    if (!e.solid || (cls != 1 && cls != 3)) return !e.solid;
+    const int h = 2 * e.border + e.lwidth;
+    if (h < 1 || h > 32) return false;
+    if (!ui.yes_no("Using this tool you will not be able to alter border or line heights.\r\nContinue?")) return false;
+    if (e.palette.ncols() < 2) e.palette.colours.resize(2, e.transparentcolour);
+    e.solid = false;
+    resize_picture(e, 32, h);
+    for (int y = 0; y < h; ++y)
+        for (int x = 0; x < 32; ++x) e.pixels.set(x, y, y < e.border || y >= e.border + e.lwidth ? 1 : 0);
+    painticon(e);
+    start_history(e);
+    e.eddirty = true;
+    e.changes1 |= ch_mode;
+    return true;
+}
+
 void crop_picture(EditorSession& e, const Rect& frame) {
     if (frame.empty()) return;
     const Raster part = cut_out(e.surface, frame);

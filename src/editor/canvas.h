@@ -54,6 +54,13 @@ bool clearicon(EditorSession& e, platform::Prompt& ui, bool opacity_panel = fals
 void save_curpalette(EditorSession& e);
 bool load_lastpalette(EditorSession& e);
 
+// A solid line (colours and widths only) becomes a bitmap line before a
+// drawing tool can work on it: "Using this tool you will not be able to
+// alter border or line heights." and "Continue?" must be answered yes. The
+// bitmap is 32 wide and 2 x border + lwidth( high: border rows in the
+// second colour (transparent when the line has none), the line between.
+bool convert_to_bitmap(EditorSession& e, platform::Prompt& ui);
+
 // Cuts the picture to the frame (a point's crop); the history starts again.
 void crop_picture(EditorSession& e, const Rect& frame);
 

@@ -97,7 +97,8 @@ void EditorWindow::build() {
         b->setObjectName(QString("tool_%1").arg(d.tool));
         b->setChecked(d.tool == e_.tool);
         const bool size_tool = d.tool == editor::t_crop_select;
-        b->setEnabled(!(size_tool && e_.fn013()) && !e_.solid);
+        const bool solid_line = e_.solid && (e_.store_class() == 1 || e_.store_class() == 3);
+        b->setEnabled(!(size_tool && e_.fn013()) && (!e_.solid || solid_line));
         connect(b, &QToolButton::clicked, this, [this, t = d.tool] { choose_tool(t); });
         tools->addWidget(b);
         tool_buttons_.emplace_back(d.tool, b);
@@ -433,6 +434,18 @@ void EditorWindow::refresh_tool_buttons() {
 }
 
 void EditorWindow::choose_tool(int tool) {
+    if (e_.solid) {
+        // "Convert to Bitmap?": a solid line takes a bitmap first.
+        if (!editor::convert_to_bitmap(e_, ui_)) {
+            refresh_tool_buttons();
+            return;
+        }
+        if (lwidth_) {
+            lwidth_->setEnabled(false);
+            border_->setEnabled(false);
+        }
+        refresh_after_edit();
+    }
     tools_.set_tool(tool);
     if (e_.tool == editor::t_text) refresh_text_mask();
     refresh_tool_buttons();

@@ -193,6 +193,26 @@ TEST(EditorApply, PolygonDrawOrderAndLineWidths) {
     EXPECT_TRUE(apply(p.s, ln, p.ui).committed);
 }
 
+TEST(EditorApply, ASolidLineTakesABitmapForTheTools) {
+    Project p;
+    EditorSession ln = p.open(1, 0);
+    p.ui.script(platform::Answer::no);
+    EXPECT_FALSE(convert_to_bitmap(ln, p.ui));
+    EXPECT_EQ(p.ui.questions.back(), "Using this tool you will not be able to alter border or line heights.\r\nContinue?");
+    EXPECT_TRUE(ln.solid);
+    ASSERT_TRUE(convert_to_bitmap(ln, p.ui));
+    EXPECT_EQ(ln.height, 5);  // border 1, line 3, border 1
+    EXPECT_EQ(ln.pixels.at(7, 0), 1);
+    EXPECT_EQ(ln.pixels.at(7, 2), 0);
+    EXPECT_EQ(ln.pixels.at(7, 4), 1);
+    ToolEngine t(ln, p.ui);
+    t.press(0, 2, true);
+    t.release(0, 2);
+    ASSERT_TRUE(apply(p.s, ln, p.ui).committed);
+    EXPECT_TRUE(has(p.s.ln_xpm[0], "\"32 5 2 1\"")) << p.s.ln_xpm[0];
+    EXPECT_EQ(p.s.ln_bmp[0].substr(0, 34 * 3), "11111111111111111111111111111111\r\n00000000000000000000000000000000\r\n10000000000000000000000000000000\r\n");
+}
+
 TEST(EditorApply, PointSizeBoxesAndGroups) {
     Project p;
     EditorSession e = p.open(2, 1);
