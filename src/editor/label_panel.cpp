@@ -5,6 +5,7 @@
 
 #include "editor/canvas.h"
 #include "editor/palette_file.h"
+#include "platform/codepage.h"
 
 namespace korvex::editor {
 
@@ -228,6 +229,27 @@ void set_extended_labels(EditorSession& e, bool on) {
         e.labels.fontstyle_index = 0;
         e.labels.fontcolours = false;
     }
+}
+
+bool mut8(const std::string& clipboard_utf8, int file_codepage, int language, const std::string& language_name,
+          platform::Prompt& ui, std::string& bytes) {
+    std::string text = clipboard_utf8;
+    while (!text.empty() && std::isspace(static_cast<unsigned char>(text.back()))) text.pop_back();
+    size_t p = 0;
+    while (p < text.size() && std::isspace(static_cast<unsigned char>(text[p]))) ++p;
+    text.erase(0, p);
+    if (text.empty()) {
+        ui.message("No text to paste");
+        return false;
+    }
+    if (file_codepage >= 65001) {
+        bytes = text;
+        return true;
+    }
+    bytes = platform::recode(text, 65001, language_codepage(language, file_codepage));
+    if (bytes.find("??") != std::string::npos)
+        ui.message(" Clipboard Text does not match language?\r\nChange " + language_name);
+    return true;
 }
 
 namespace {

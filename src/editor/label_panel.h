@@ -56,6 +56,14 @@ bool set_font_colours(EditorSession& e, bool on, platform::Prompt& ui);
 // The "Extended Labels" tick; off sets the style back to Default.
 void set_extended_labels(EditorSession& e, bool on);
 
+// mut8 ("Pasted UTF-8"): the clipboard's Unicode text, trimmed, as bytes of
+// the label's page (UTF-8 in a 65001 file). "No text to paste" when empty;
+// characters the page lacks stay "?", and a "??" in the result warns
+// " Clipboard Text does not match language?" with "Change " and the
+// language's name. False when there was nothing to paste.
+bool mut8(const std::string& clipboard_utf8, int file_codepage, int language, const std::string& language_name,
+          platform::Prompt& ui, std::string& bytes);
+
 // adb: a transparent margin around the picture. "No transp. Please add a
 // transparent color" without a transparent entry; "Too big> " and the size
 // over 128.

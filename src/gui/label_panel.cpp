@@ -1,6 +1,8 @@
 #include "gui/label_panel.h"
 
 #include <QCheckBox>
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QColorDialog>
 #include <QComboBox>
 #include <QFormLayout>
@@ -46,6 +48,19 @@ LabelPanel::LabelPanel(editor::EditorSession& e, platform::Prompt& ui, int file_
     lang_row->addWidget(languages_, 1);
     lang_row->addWidget(new_language_);
     lang_row->addWidget(add);
+    auto* paste = new QPushButton("Pasted UTF-8");
+    paste->setToolTip("Paste the clipboard's text as this language's label");
+    lang_row->addWidget(paste);
+    connect(paste, &QPushButton::clicked, this, [this] {
+        const int slot = e_.labels.curlang;
+        const int lang = slot >= 0 && static_cast<size_t>(slot) < e_.labels.labels.size() ? e_.labels.labels[static_cast<size_t>(slot)].language : 0;
+        const QByteArray clip = QGuiApplication::clipboard()->text().toUtf8();
+        std::string bytes;
+        if (!editor::mut8(std::string(clip.constData(), static_cast<size_t>(clip.size())), file_codepage_, lang,
+                          languages_->currentText().toStdString(), ui_, bytes))
+            return;
+        text_->insertPlainText(from_codepage(bytes, codepage_of(slot)));
+    });
     form->addRow("Language", lang_row);
     text_ = new QPlainTextEdit;
     text_->setMaximumHeight(52);

@@ -266,6 +266,24 @@ TEST(LabelPanel, StylesLanguagesAndCaptions) {
     EXPECT_EQ(font_lines(e.labels, true), "ExtendedLabels=N\r\n");
 }
 
+TEST(LabelPanel, PastedUtf8TakesTheLanguagesPage) {
+    platform::ScriptedPrompt ui;
+    std::string bytes;
+    EXPECT_FALSE(mut8("  \r\n", 1252, 4, "English", ui, bytes));
+    EXPECT_EQ(ui.messages.back(), "No text to paste");
+    ASSERT_TRUE(mut8(" Caf\xC3\xA9 ", 1252, 4, "English", ui, bytes));
+    EXPECT_EQ(bytes, "Caf\xE9");
+    ASSERT_TRUE(mut8("\xD0\x94\xD0\xB0", 1252, 0x19, "Russian", ui, bytes));  // page 1251
+    EXPECT_EQ(bytes, "\xC4\xE0");
+    const size_t said = ui.messages.size();
+    ASSERT_TRUE(mut8("\xD0\x94\xD0\xB0", 1252, 4, "English", ui, bytes));
+    EXPECT_EQ(bytes, "??");
+    ASSERT_EQ(ui.messages.size(), said + 1);
+    EXPECT_EQ(ui.messages.back(), " Clipboard Text does not match language?\r\nChange English");
+    ASSERT_TRUE(mut8("\xD0\x94", 65001, 4, "English", ui, bytes));
+    EXPECT_EQ(bytes, "\xD0\x94");
+}
+
 TEST(LabelPanel, MarginsAndCanvasDoubling) {
     platform::ScriptedPrompt ui;
     EditorSession e;
