@@ -253,6 +253,11 @@ void EditorWindow::build() {
         height_->setRange(0, 255);
         width_->setValue(e_.width);
         height_->setValue(e_.height);
+        // A new size is made by the resize of the image tools; here it shows.
+        width_->setReadOnly(true);
+        height_->setReadOnly(true);
+        width_->setButtonSymbols(QAbstractSpinBox::NoButtons);
+        height_->setButtonSymbols(QAbstractSpinBox::NoButtons);
         auto* size = new QHBoxLayout;
         size->addWidget(width_);
         size->addWidget(new QLabel("x"));
