@@ -79,6 +79,24 @@ TEST(EditorCorpus, ApplyWithoutChangesKeepsTextAndBytes) {
     for (const std::string& f : files) check_file(f, false);
 }
 
+// Files made to hurt the decoder open in the editor and apply without harm.
+TEST(EditorCorpus, HostileFilesOpenAndApply) {
+    for (const std::string& path : testing::files_with(testing::source_dir() + "/tests/data/fuzz/typ", ".typ")) {
+        model::Store s;
+        platform::ScriptedPrompt ui;
+        testing::decode_bytes(s, ui, testing::read_bytes(path));
+        for (const Element& el : elements(s)) {
+            OpenRequest r;
+            r.curclass = el.cls;
+            r.row = el.row;
+            EditorSession e = open_element(s, r);
+            e.eddirty = true;
+            apply(s, e, ui);
+        }
+        testing::encode(s, ui);
+    }
+}
+
 TEST(EditorCorpus, TrueColourPointsRewrittenKeepTheirPixels) {
     model::Store s;
     platform::ScriptedPrompt ui;
