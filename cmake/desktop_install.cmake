@@ -18,6 +18,9 @@ if(EXISTS ${PROJECT_SOURCE_DIR}/data/languages)
           FILES_MATCHING PATTERN "*.lan")
 endif()
 
+# The table from theme style names to Garmin types, for Open TXT/KMTF.
+install(FILES ${PROJECT_SOURCE_DIR}/data/themes/tdat DESTINATION ${CMAKE_INSTALL_DATADIR}/korvex/themes)
+
 # The desktop reads new MIME types and menu entries from caches. A packager
 # (DESTDIR set) leaves them to the package's triggers; a plain install
 # refreshes them when the tools are there.

@@ -31,14 +31,17 @@
 #include "gui/cell_delegate.h"
 #include "gui/editor_window.h"
 #include "editor/element_open.h"
+#include "gui/draworder_view.h"
 #include "gui/errors_window.h"
 #include "gui/grid_model.h"
 #include "gui/grid_view.h"
 #include "gui/preferences_dialog.h"
+#include "gui/qt_clipboard.h"
 #include "gui/qt_file_dialog.h"
 #include "gui/qt_fonts.h"
 #include "gui/qt_launcher.h"
 #include "gui/qt_prompt.h"
+#include "gui/workbench_menus.h"
 #include "text/text_writer.h"
 #include "workbench/data_folder.h"
 
@@ -144,6 +147,7 @@ void MainWindow::settings_to_browser() {
     browser_.opt.polygon_seed = settings_.polygon_seed;
     browser_.opt.line_seed = settings_.line_seed;
     browser_.opt.point_seed = settings_.point_seed;
+    browser_.opt.draworder_view = settings_.draworder_view != 0;
     browser_.set_custom_size(settings_.custom_icon_size);
 }
 
@@ -242,6 +246,22 @@ void MainWindow::build_widgets() {
             [this](int cell, bool ctrl, bool shift) { double_click_cell(cell, ctrl, shift); });
     connect(grid_, &GridView::context_menu, this,
             [this](int cell, const QPoint& at) { show_context_menu(cell, at); });
+    layers_ = new DrawOrderView(s_, browser_, *model_, *delegate_, splitter_);
+    layers_->setVisible(false);
+    connect(layers_, &DrawOrderView::cell_pressed, this,
+            [this](int cell, bool ctrl, bool shift, bool right) { click_cell(cell, ctrl, shift, right); });
+    connect(layers_, &DrawOrderView::cell_double_clicked, this,
+            [this](int cell, bool ctrl, bool shift) { double_click_cell(cell, ctrl, shift); });
+    connect(layers_, &DrawOrderView::context_menu, this,
+            [this](int cell, const QPoint& at) { show_context_menu(cell, at); });
+    connect(layers_, &DrawOrderView::columns_changed, this, [this](int) {
+        if (browser_.layer_view() && !session_->loading()) rebuild_grid();
+    });
+    // Right-clicking the Polygons button switches between icons and draw orders.
+    class_buttons_[model::k_polygons]->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(class_buttons_[model::k_polygons], &QWidget::customContextMenuRequested, this, [this] {
+        if (!session_->loading()) menus_->show_draworders();
+    });
 
     side_ = new QWidget(splitter_);
     auto* side = new QVBoxLayout(side_);
@@ -280,9 +300,11 @@ void MainWindow::build_widgets() {
     connect(apply_, &QPushButton::clicked, this, [this] { apply_changes(); });
 
     splitter_->addWidget(grid_);
+    splitter_->addWidget(layers_);
     splitter_->addWidget(side_);
     splitter_->setStretchFactor(0, 3);
-    splitter_->setStretchFactor(1, 2);
+    splitter_->setStretchFactor(1, 3);
+    splitter_->setStretchFactor(2, 2);
     outer->addWidget(splitter_, 1);
     setCentralWidget(central);
 
@@ -384,7 +406,11 @@ void MainWindow::build_menus() {
     add(logs, "mreadlogs", "Read Logs", [this] { session_->open_log(); });
     add(logs, "mclearlogs", "Clear Main Log", [this] { session_->clear_main_log(); });
 
-    top_menus_ = {file, icons, settings, language, window, logs};
+    menus_ = new WorkbenchMenus(*this);
+    QMenu* draworder = menus_->build_draworder_menu(menuBar());
+    QMenu* fonts = menus_->build_fonts_menu(menuBar());
+
+    top_menus_ = {file, icons, settings, language, window, logs, draworder, fonts};
 
     // Ctrl+S saves in place only while Save is enabled; the menu entry itself
     // runs the full flow.
@@ -395,6 +421,14 @@ void MainWindow::build_menus() {
     auto* ctrl_a = new QShortcut(QKeySequence::SelectAll, grid_);
     ctrl_a->setContext(Qt::WidgetWithChildrenShortcut);
     connect(ctrl_a, &QShortcut::activated, this, [this] { select_all(); });
+    auto* layers_all = new QShortcut(QKeySequence::SelectAll, layers_);
+    layers_all->setContext(Qt::WidgetWithChildrenShortcut);
+    connect(layers_all, &QShortcut::activated, this, [this] { select_all(); });
+    auto* layers_delete = new QShortcut(QKeySequence::Delete, layers_);
+    layers_delete->setContext(Qt::WidgetWithChildrenShortcut);
+    connect(layers_delete, &QShortcut::activated, this, [this] {
+        if (browser_.layer_view() && !session_->loading()) menus_->delete_entries();
+    });
     auto* ctrl_b = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_B), this);
     connect(ctrl_b, &QShortcut::activated, this, [this] {
         settings_.background = workbench::k_white;
@@ -430,9 +464,11 @@ void MainWindow::refresh_geometry() {
     model_->set_icon_side(g.S, devicePixelRatioF());
     model_->set_background(settings_colour_to_rgb(settings_.background));
     grid_->set_cell_size(QSize(width, g.P), g.L, g.top);
+    layers_->set_cell_size(QSize(width, g.P), g.L, g.top);
     QPalette pal = grid_->viewport()->palette();
     pal.setColor(QPalette::Base, QColor::fromRgb(model_->background()));
     grid_->viewport()->setPalette(pal);
+    layers_->viewport()->setPalette(pal);
     for (QAction* a : sizes_->actions()) a->setChecked(a->data().toInt() == browser_.icon_index());
 }
 
@@ -479,6 +515,7 @@ void MainWindow::refresh_pages() {
 void MainWindow::rebuild_grid() {
     browser_.set_class(s_.curclass);
     s_.curclass = browser_.cls();
+    if (browser_.layer_view()) browser_.set_layer_columns(layers_->columns());
     if (!browser_.build_grid(s_)) return;
     model_->set_codepage(s_.codepage);
     refresh_geometry();
@@ -488,7 +525,17 @@ void MainWindow::rebuild_grid() {
     refresh_pages();
     // Extra points have no text form to apply.
     panel_->setReadOnly(s_.curclass == model::k_extra_points);
-    if (browser_.current_cell() >= 0) grid_->show_cell(browser_.current_cell());
+    const bool layers = browser_.layer_view();
+    grid_->setVisible(!layers);
+    layers_->setVisible(layers);
+    layers_->refresh();
+    if (menus_) menus_->refresh_captions();
+    if (browser_.current_cell() >= 0) {
+        if (layers)
+            layers_->show_cell(browser_.current_cell());
+        else
+            grid_->show_cell(browser_.current_cell());
+    }
     if (session_) session_->grid_built();
 }
 
@@ -614,6 +661,13 @@ void MainWindow::click_cell(int cell, bool ctrl, bool shift, bool right) {
 }
 
 void MainWindow::double_click_cell(int cell, bool ctrl, bool shift) {
+    // A placeholder of the draw-order view opens its entry.
+    if (browser_.layer_view() && !ctrl && !shift && cell >= 0 &&
+        static_cast<size_t>(cell) < browser_.layers().cells.size() &&
+        browser_.layers().cells[static_cast<size_t>(cell)].kind == workbench::LayerCellKind::placeholder) {
+        menus_->add_separate(browser_.layers().cells[static_cast<size_t>(cell)].entry);
+        return;
+    }
     const workbench::DoubleClick d = browser_.double_click(s_, cell, ctrl, shift);
     switch (d.what) {
     case workbench::OpenWhat::refused:
@@ -668,8 +722,8 @@ void MainWindow::editor_closed(int result) {
         session_->set_dirty(true);
         session_->log_line(cls, out.note);
     }
-    // A new type moves the element in the grid's order; a repaint is not enough.
-    if (out.type_changed || icon_editor_->session().is_group()) {
+    // A new type or level moves the element in the grid or the layers; a repaint is not enough.
+    if (out.type_changed || out.drawdirty || icon_editor_->session().is_group()) {
         rebuild_grid();
         const int cell = browser_.cell_of_row(out.row);
         if (cell >= 0) browser_.set_current(cell);
@@ -719,9 +773,13 @@ void MainWindow::codepage_chosen() {
 }
 
 void MainWindow::show_context_menu(int cell, const QPoint& global) {
-    // The press of the right button has already selected the cell.
-    (void)cell;
     QMenu menu(this);
+    if (browser_.layer_view()) {
+        menus_->fill_layer_menu(menu, cell);
+        menu.exec(global);
+        return;
+    }
+    // The press of the right button has already selected the cell.
     QAction* edit = menu.addAction("Edit Text");
     connect(edit, &QAction::triggered, this, [this] {
         if (side_->isHidden()) toggle_code_panel();
@@ -731,7 +789,41 @@ void MainWindow::show_context_menu(int cell, const QPoint& global) {
     connect(icon, &QAction::triggered, this, [this] { open_icon_editor(browser_.selected_rows()); });
     QAction* all = menu.addAction("Select All");
     connect(all, &QAction::triggered, this, [this] { select_all(); });
+    menu.addSeparator();
+    menus_->add_grid_entries(menu);
     menu.exec(global);
+}
+
+platform::Clipboard& MainWindow::clipboard() {
+    if (services_.clipboard) return *services_.clipboard;
+    if (!own_clipboard_) own_clipboard_ = std::make_unique<QtClipboard>(s_.codepage);
+    own_clipboard_->set_codepage(s_.codepage);
+    return *own_clipboard_;
+}
+
+void MainWindow::set_draworder_view(bool on) {
+    if (on == browser_.layer_view() && (!on || s_.curclass == model::k_polygons)) return;
+    settings_.draworder_view = on ? 1 : 0;
+    browser_.opt.draworder_view = on;
+    // Leaving or entering the view, the cells mean other things.
+    browser_.no_multi();
+    browser_.set_current(-1);
+    if (on && s_.curclass != model::k_polygons) {
+        show_class(model::k_polygons);
+        return;
+    }
+    rebuild_grid();
+}
+
+void MainWindow::after_change() {
+    session_->set_dirty(s_.dirty);
+    // A change moves the layer cells: a selection of cells would name others.
+    if (browser_.layer_view()) {
+        browser_.no_multi();
+        browser_.set_current(-1);
+    }
+    rebuild_grid();
+    if (!session_->text_pending()) fill_panel_for_current();
 }
 
 void MainWindow::preferences() {

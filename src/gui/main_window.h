@@ -13,6 +13,7 @@
 #include "gui/language_menu.h"
 #include "integration/messages.h"
 #include "model/store.h"
+#include "platform/clipboard.h"
 #include "platform/clock.h"
 #include "platform/environment.h"
 #include "platform/file_dialog.h"
@@ -39,12 +40,15 @@ namespace korvex::gui {
 
 class CellDelegate;
 class EditorWindow;
+class DrawOrderView;
 class ErrorsWindow;
 class GridModel;
 class GridView;
 class QtFileDialog;
 class QtLauncher;
+class QtClipboard;
 class QtPrompt;
+class WorkbenchMenus;
 
 // What the window talks to outside itself. Anything left null is the
 // desktop's own (message boxes, file dialogs, the association launcher, the
@@ -55,6 +59,7 @@ struct WindowServices {
     platform::Launcher* launcher = nullptr;
     const platform::Clock* clock = nullptr;
     const platform::Environment* env = nullptr;
+    platform::Clipboard* clipboard = nullptr;
     // Where 6.dat lives without the data folder's marker; "" is the program's folder.
     std::string program_folder;
 };
@@ -86,6 +91,18 @@ public:
     QAction* action(const QString& name) const;
     const std::array<QAction*, workbench::k_recent_count>& recent_actions() const { return recent_; }
     QString class_button_text(int cls) const;
+    platform::Prompt& prompt() { return *prompt_; }
+    const integration::Messages& messages() const { return msgs_; }
+    platform::Clipboard& clipboard();
+    DrawOrderView* draworder_view() const { return layers_; }
+    WorkbenchMenus* workbench_menus() const { return menus_; }
+    // Menu and button captions a language file may replace.
+    CaptionTable& captions() { return captions_; }
+
+    // Switches the polygons between icons and the draw-order view.
+    void set_draworder_view(bool on);
+    // After a command changed the tables: caption and grid follow.
+    void after_change();
 
     // The commands of the window, as the menus and buttons run them.
     void show_class(int cls);
@@ -156,6 +173,7 @@ private:
     std::unique_ptr<QtLauncher> own_launcher_;
     std::unique_ptr<platform::SystemClock> own_clock_;
     std::unique_ptr<platform::SystemEnvironment> own_env_;
+    std::unique_ptr<QtClipboard> own_clipboard_;
     platform::Prompt* prompt_ = nullptr;
     std::unique_ptr<workbench::Session> session_;
 
@@ -167,6 +185,7 @@ private:
     std::array<QPushButton*, 5> class_buttons_{};
     QComboBox* pages_ = nullptr;
     GridView* grid_ = nullptr;
+    DrawOrderView* layers_ = nullptr;
     GridModel* model_ = nullptr;
     CellDelegate* delegate_ = nullptr;
     QWidget* side_ = nullptr;
@@ -196,6 +215,7 @@ private:
     std::vector<std::pair<QString, QAction*>> named_;
     CaptionTable captions_;
     LanguageMenu* languages_ = nullptr;
+    WorkbenchMenus* menus_ = nullptr;
 
     bool filling_ = false;   // the window itself is writing into the widgets
     bool activated_ = false;

@@ -20,10 +20,7 @@ constexpr int k_record = 5;        // type byte and a 32-bit subtype mask
 constexpr int k_mask_bits = 32;
 constexpr int k_missing_level = 2;  // a token without a level
 
-struct Token {
-    std::string code;  // "004B", "10F03"
-    int level = 0;
-};
+using Token = DrawToken;
 
 // Calls f with each blank-separated word of the list, in order.
 template <class F>
@@ -121,6 +118,16 @@ void ensure_drw(Store& s, int32_t n) {
 }
 
 }  // namespace
+
+std::vector<DrawToken> parse_drwlist(const std::string& list) { return parse_tokens(list); }
+
+std::string join_drwlist(const std::vector<DrawToken>& tokens) { return join_tokens(tokens); }
+
+std::string drw_code_of(const std::string& digits, bool& can_have) { return drw_code(digits, can_have); }
+
+std::string polygon_drw_code(const Store& s, int32_t n, bool& can_have) {
+    return drw_code(type_code(s, n), can_have);
+}
 
 //   records of recsize bytes: type | mask (u32, bit s = subtype s)
 //   five zero bytes step to the next level
@@ -352,6 +359,15 @@ int64_t save_draworder(Store& s, platform::Prompt& ui, int64_t offset, bool tofi
         }
     }
     put_head4(s, pos - offset, hdr::drw_len);
+    // A polygon whose type has no entry is drawn by the device's own rule.
+    const auto index = level_index(s.drwlist);
+    for (int32_t n = 0; n < s.pg_n && static_cast<size_t>(n) < s.pg_typ.size(); ++n) {
+        bool can_have = true;
+        const std::string code = drw_code(type_code(s, n), can_have);
+        if (!can_have || lookup(index, code) > 0) continue;
+        model::note_once(s, "No draworder for pgon");
+        model::note_once(s, s.pg_typ[static_cast<size_t>(n)] + ":no draworder");
+    }
     return pos;
 }
 

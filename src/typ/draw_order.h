@@ -13,6 +13,25 @@ namespace korvex::typ {
 
 using model::Store;
 
+// One entry of drwlist: the list's code ("004B" a plain type, "10F03" an
+// extended one) and its level.
+struct DrawToken {
+    std::string code;
+    int level = 0;
+};
+
+// The entries of a list in order; a token without a level gets level 2.
+std::vector<DrawToken> parse_drwlist(const std::string& list);
+// The list of entries by the add rule: a blank in front of each token, a
+// five-digit code without its leading "0".
+std::string join_drwlist(const std::vector<DrawToken>& tokens);
+// Polygon n's code in the list's form; can_have is false for a plain type
+// with a subtype, which the format cannot give a level.
+std::string polygon_drw_code(const Store& s, int32_t n, bool& can_have);
+// The code of type and subtype digits ("4b00", "004b", "10f03") in the
+// list's form.
+std::string drw_code_of(const std::string& digits, bool& can_have);
+
 // Reads the section at offset (length bytes, records of recsize) into
 // s.drwlist.
 void read_draworder(Store& s, int64_t offset, int64_t length, int recsize);

@@ -129,6 +129,12 @@ bool Browser::build_grid(const model::Store& s) {
     const bool night_polygons = opt.show_night && cls_ == model::k_polygons;
     const bool night_points = opt.show_night && cls_ == model::k_points;
     cells_.reserve(static_cast<size_t>(count) + 10);
+    layers_ = LayerLayout{};
+    if (layer_view()) {
+        layers_ = refresh_draworders(s, layer_columns_);
+        for (const LayerCell& c : layers_.cells) cells_.push_back(Cell{c.row, false});
+        count = 0;
+    }
     for (int32_t k = 0; k < count; ++k) {
         const int32_t row = first + k;
         cells_.push_back(Cell{row, false});

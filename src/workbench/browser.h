@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "model/store.h"
+#include "workbench/draw_order_layers.h"
 
 namespace korvex::workbench {
 
@@ -137,6 +138,14 @@ public:
     void set_building(bool on) { building_ = on; }
 
     int cell_count() const { return static_cast<int>(cells_.size()); }
+
+    // The draw-order view is on and polygons are in view: the cells are the
+    // layer cells of layers(), laid out for layer_columns() columns.
+    bool layer_view() const { return opt.draworder_view && cls_ == model::k_polygons; }
+    const LayerLayout& layers() const { return layers_; }
+    // Columns the layer rows are padded to; takes effect at the next build.
+    void set_layer_columns(int columns) { layer_columns_ = columns < 1 ? 1 : columns; }
+    int layer_columns() const { return layer_columns_; }
     // Store row of a cell (already offset for active lines and extra
     // points), -1 outside the table.
     int32_t row_of(int cell) const;
@@ -210,6 +219,8 @@ private:
     int text_height_ = 195;
     Geometry geo_;
     std::vector<Cell> cells_;
+    LayerLayout layers_;
+    int layer_columns_ = 1;
     std::vector<uint8_t> marks_;
     std::string sel1_, sel2_;
     bool multi_ = false;

@@ -147,7 +147,9 @@ int32_t ElementOps::paste_clip(const std::string& raw, bool utf8) {
     std::string not_replaced;
     int32_t last = -1;
     for (const ClipSection& c : clip.sections) {
-        std::string section = utf8 ? text::strings_to_pages(s_, c.section) : c.section;
+        // The readers of a project read as UTF-8 take UTF-8 labels.
+        std::string section = utf8 ? text::strings_to_pages(s_, c.section)
+                              : s_.utf8txt ? text::convert(s_, c.section) : c.section;
         std::string act;
         if (cls == model::k_active_lines) {
             act = c.activity.empty() ? section_activity(section) : c.activity;
@@ -247,7 +249,7 @@ int32_t ElementOps::mcreatecopy(int32_t row, int subtype) {
     std::string text = "krv" + std::to_string(cls) + "\r\n";
     if (cls == model::k_polygons && !c.levels.empty()) text += drw_entry(type_code(digits), c.levels) + "\r\n";
     text += replacetype(c.section, digits);
-    return paste_clip(text, false);
+    return paste_clip(text, false);  // the labels are the project's own bytes
 }
 
 }  // namespace korvex::workbench

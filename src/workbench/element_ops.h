@@ -16,6 +16,7 @@
 #include "integration/messages.h"
 #include "model/store.h"
 #include "platform/clipboard.h"
+#include "platform/file_dialog.h"
 #include "platform/prompt.h"
 #include "workbench/settings_file.h"
 
@@ -43,7 +44,7 @@ public:
 struct NewElementForm {
     int cls = 0;
     std::string type;         // five hex digits; an extra point's id as typed
-    std::string text;         // the label, "" for none (bytes of the page, UTF-8 in a 65001 project)
+    std::string text;         // the label as UTF-8, "" for none
     int level = 1;            // polygon: draw-order level, 0 for none
     int width = 32;           // point: picture size, 1 to 128
     int height = 32;
@@ -126,6 +127,17 @@ public:
     // Returns its new row.
     int32_t renumbered(int cls, int32_t row, int32_t old_code);
 
+    // ---- imports ----
+
+    // import_krv: asks for a style import file and reads it (import_krv_text).
+    bool import_krv(platform::FileDialog& dialogs, const std::string& start);
+    // A style import file's text: "<0/>", "<1/>", "<2/>" choose the class,
+    // type lines ("<Points>2f05,amenity=yes</Points>") make the wanted types
+    // that are new, and the lines behind "NOT in STYLE" list types whose
+    // elements get "NOT in STYLE" in their first label. Returns the number
+    // of elements made.
+    int import_krv_text(const std::string& text);
+
     // The standing draw-order level of new polygons.
     int standing_level() const { return standing_level_; }
 
@@ -138,7 +150,8 @@ private:
     int32_t new_point();
     int32_t new_extra_point();
     int32_t paste_clip(const std::string& text, bool utf8);
-    std::string point_colours() const;
+    bool mark_not_in_style(int cls, const std::string& list);
+    std::string as_project(const std::string& section) const;
 
     model::Store& s_;
     platform::Prompt& ui_;

@@ -1,12 +1,13 @@
 // The New flows of ElementOps, one a class: a number, the dialog, the
 // element's first text, read by the class's reader, placed in type order.
 #include <algorithm>
-#include <cstdio>
 
+#include "text/string_lines.h"
 #include "typ/curf_access.h"
 #include "workbench/draworder_entries.h"
 #include "workbench/element_ops.h"
 #include "workbench/element_rows.h"
+#include "workbench/new_sections.h"
 #include "workbench/sort_rows.h"
 #include "workbench/type_key.h"
 
@@ -22,50 +23,14 @@ enum Msg : int {
 constexpr int32_t k_active_header = 174;
 constexpr int32_t k_extra_header = 164;
 constexpr int k_tile = 32;
-constexpr int k_new_line_width = 3;
-constexpr int k_new_line_border = 1;
-constexpr const char* k_crlf = "\r\n";
-constexpr const char* k_ruler = ";12345678901234567890123456789012";
 // The default active lines: type and activities, in this order.
 constexpr const char* k_default_type = "00100";
 constexpr const char* k_default_activities[] = {"40", "50", "41", "51", "42", "52"};
 
-// A settings colour (red in the low byte) as RRGGBB.
-std::string rgb_text(int64_t v) {
-    const auto c = static_cast<uint32_t>(v & 0xFFFFFF);
-    char b[8];
-    std::snprintf(b, sizeof b, "%02X%02X%02X", c & 0xFF, (c >> 8) & 0xFF, (c >> 16) & 0xFF);
-    return b;
-}
-
-std::string label_lines(const std::string& text) {
-    std::string out;
-    if (!text.empty()) out += "String1=0x00," + text + k_crlf;
-    out += std::string("ExtendedLabels=N") + k_crlf;
-    return out;
-}
-
-std::string rows_of(char symbol, int width, int height) {
-    std::string out;
-    const std::string row = "\"" + std::string(static_cast<size_t>(width), symbol) + "\"" + k_crlf;
-    for (int k = 0; k < height; ++k) out += row;
-    return out;
-}
-
-std::string five(const std::string& digits) { return five_digits(type_code(digits)); }
-
 }  // namespace
 
-// The two default colours of new icons: background and foreground. Two equal
-// settings (never set) give white and black.
-std::string ElementOps::point_colours() const {
-    std::string back = rgb_text(settings_.icon_colour1), fore = rgb_text(settings_.icon_colour2);
-    if (back == fore) {
-        back = "FFFFFF";
-        fore = "000000";
-    }
-    return back + fore;
-}
+// The dialogs give labels as UTF-8; the readers take them as the project keeps them.
+std::string ElementOps::as_project(const std::string& section) const { return text::strings_to_pages(s_, section); }
 
 int32_t ElementOps::new_element(int cls) {
     if (blocked() || cls < 0 || cls > model::k_extra_points) return -1;
@@ -104,32 +69,12 @@ int32_t ElementOps::new_polygon() {
         return -1;
     const int level = can_have ? f.level : 0;
     standing_level_ = f.level;
-    const std::string colours = point_colours();
-    std::string section = std::string("[_polygon]") + k_crlf + "Type=0x" + five(f.type) + k_crlf + label_lines(f.text);
-    section += std::string("Xpm=\"32 32 2 1\"") + k_crlf;
-    section += "\"0 c #" + colours.substr(0, 6) + "\"" + k_crlf + "\"1 c #" + colours.substr(6) + "\"" + k_crlf;
-    section += rows_of('0', k_tile, k_tile) + "[end]" + k_crlf;
-    const int32_t row = append_element(s_, ui_, model::k_polygons, section);
+    const int32_t row =
+        append_element(s_, ui_, model::k_polygons, as_project(new_polygon_section(f.type, f.text, icon_colours(settings_))));
     s_.pg_drw[static_cast<size_t>(row)] = drw_entry(code, level);
     add_draworder(s_, code, level);
     return finish(model::k_polygons, row);
 }
-
-namespace {
-
-std::string line_section(const std::string& digits, const std::string& activity, const std::string& text,
-                         const std::string& colour) {
-    std::string section = std::string("[_line]") + k_crlf + "Type=0x" + five(digits) + k_crlf;
-    if (!activity.empty()) section += "Activity=" + activity_name(activity) + k_crlf;
-    section += label_lines(text);
-    section += "LineWidth=" + std::to_string(k_new_line_width) + k_crlf;
-    section += "BorderWidth=" + std::to_string(k_new_line_border) + k_crlf;
-    section += std::string("Xpm=\"0 0 2 0\"") + k_crlf;
-    section += "\"0 c #" + colour + "\"" + k_crlf + "\"1 c #000000\"" + k_crlf + "[end]" + k_crlf;
-    return section;
-}
-
-}  // namespace
 
 int32_t ElementOps::new_line(int cls) {
     const bool active = cls == model::k_active_lines;
@@ -162,9 +107,9 @@ int32_t ElementOps::new_line(int cls) {
         s_.hdr_caption = " AE";
         ui_.message("Header reset to &AE");
     }
-    const std::string section = line_section(f.type, active ? activity_of_index(f.activity) : std::string(), f.text,
-                                             point_colours().substr(6));
-    return finish(cls, append_element(s_, ui_, cls, section));
+    const std::string section =
+        new_line_section(f.type, active ? activity_of_index(f.activity) : std::string(), f.text, icon_colours(settings_));
+    return finish(cls, append_element(s_, ui_, cls, as_project(section)));
 }
 
 bool ElementOps::default_activities() {
@@ -175,9 +120,9 @@ bool ElementOps::default_activities() {
         ui_.message("Header reset to &AE");
     }
     const int32_t first = s_.ln_n + s_.ln_nact;
-    const std::string colour = point_colours().substr(6);
+    const IconColours colours = icon_colours(settings_);
     for (const char* act : k_default_activities)
-        append_element(s_, ui_, model::k_active_lines, line_section(k_default_type, act, "", colour));
+        append_element(s_, ui_, model::k_active_lines, new_line_section(k_default_type, act, "", colours));
     host_.tables_changed(first);
     return true;
 }
@@ -198,14 +143,9 @@ int32_t ElementOps::new_point() {
         for (const auto& m : refusals) ui_.message(m);
         return -1;
     }
-    const std::string colours = point_colours();
-    const std::string head = "\"" + std::to_string(f.width) + " " + std::to_string(f.height) + " 2 1\" Colormode=0";
-    const std::string table = "\"$ c #" + colours.substr(0, 6) + "\"" + k_crlf + "\"% c #" + colours.substr(6) + "\"" + k_crlf;
-    std::string section = std::string("[_point]") + k_crlf + "Type=0x" + five(f.type) + k_crlf + label_lines(f.text);
-    section += (f.night ? "DayXpm=" : "Xpm=") + head + k_crlf + table + rows_of('$', f.width, f.height) + k_ruler + k_crlf;
-    if (f.night) section += "NightXpm=" + head + k_crlf + table + rows_of('$', f.width, f.height);
-    section += std::string("[end]") + k_crlf;
-    return finish(model::k_points, append_element(s_, ui_, model::k_points, section));
+    const std::string section =
+        new_point_section(f.type, f.text, f.width, f.height, f.night, icon_colours(settings_));
+    return finish(model::k_points, append_element(s_, ui_, model::k_points, as_project(section)));
 }
 
 int32_t ElementOps::new_extra_point() {
@@ -230,12 +170,9 @@ int32_t ElementOps::new_extra_point() {
         s_.hdr_len = k_extra_header;
         s_.hdr_caption = " A4";
     }
-    const std::string colours = point_colours();
-    std::string section = std::string("[_point]") + k_crlf + "Type=0x" + five_digits(value) + k_crlf + label_lines(f.text);
-    section += std::string("Xpm=\"32 32 2 1\" Colormode=0") + k_crlf;
-    section += "\"$ c #" + colours.substr(0, 6) + "\"" + k_crlf + "\"% c #" + colours.substr(6) + "\"" + k_crlf;
-    section += rows_of('$', k_tile, k_tile) + "[end]" + k_crlf;
-    const int32_t row = append_element(s_, ui_, model::k_extra_points, section);
+    const std::string section =
+        new_point_section(five_digits(value), f.text, k_tile, k_tile, false, icon_colours(settings_));
+    const int32_t row = append_element(s_, ui_, model::k_extra_points, as_project(section));
     host_.tables_changed(row);
     return row;
 }

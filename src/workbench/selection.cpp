@@ -137,7 +137,8 @@ MenuFlags Browser::menu_flags(const model::Store& s) const {
     m.create_copy = no_list && cls_ < model::k_active_lines;
     m.paste = cls_ != model::k_extra_points;
     m.search_poi_type = cls_ == model::k_points;
-    m.mkgmap_code = no_list && cls_ == model::k_points;
+    // Style rules are made for one element or a selection of any class with a type.
+    m.mkgmap_code = cls_ <= model::k_points;
     m.subtypes = cls_ < model::k_active_lines;
     const std::string number = cls_ == model::k_polygons                               ? opt.polygon_seed
                                : cls_ == model::k_lines || cls_ == model::k_active_lines ? opt.line_seed

@@ -15,9 +15,12 @@
 #include "text/string_lines.h"
 #include "text/text_writer.h"
 #include "typ/decoder.h"
+#include "typ/draw_order.h"
 #include "typ/encoder.h"
+#include "workbench/draw_order_model.h"
 #include "workbench/load_options.h"
 #include "workbench/pending.h"
+#include "workbench/theme.h"
 
 namespace korvex::workbench {
 
@@ -316,15 +319,21 @@ void Session::open_typ() {
     finchk();
 }
 
-// Themes are not read yet: New, then the answer a theme without its data gets.
+// A theme is a new project of its own: New, then the theme; Save asks for a
+// name until the next load or save.
 bool Session::open_theme(const std::string& path) {
     newproject();
-    s_.curfile = "untitled";
     map_tag_.clear();
+    std::vector<std::string> tables = {(std::filesystem::path(data_folder_) / "tdat").string()};
+    tables.insert(tables.end(), theme_tables_.begin(), theme_tables_.end());
+    const bool ok = loadtheme(s_, ui_, path, tables, data_folder_);
+    if (!ok) s_.curfile = "untitled";
+    save_as_forced_ = ok;
+    text_utf8_ = false;
+    view_.rebuild_grid();
     update_title(s_.curfile);
-    ui_.message("Cannot find T data in " + path);
     view_.menu_enable(true);
-    return false;
+    return ok;
 }
 
 void Session::open_txt() { open_text_flow(false); }
@@ -568,6 +577,14 @@ int32_t Session::count_in_view() const {
 // which rebuilds the grid; else the grid is built at the size in force. The
 // loading guard falls with the build.
 void Session::show_loaded() {
+    // "Auto check Draworder Duplicates": a type listed twice keeps its first level.
+    if (settings_.no_duplicate_check == 0) {
+        const std::string removed = typ::find_duplicates(s_, ui_, true);
+        if (!removed.empty()) {
+            refresh_levels(s_);
+            ui_.message("Found and removed duplicates :\r\n\r\n" + removed);
+        }
+    }
     if (count_in_view() > k_small_icons_above && settings_.icon_size >= 2) {
         settings_.icon_size = 0;
         view_.set_icon_size(0);

@@ -196,6 +196,10 @@ public:
     void open_log();
     void clear_main_log();
 
+    // Where the theme table may be, in the order to look (the data folder's
+    // "tdat" is looked at first anyway).
+    void set_theme_tables(std::vector<std::string> tables) { theme_tables_ = std::move(tables); }
+
     // The name of the installed map the project came from ("" for none).
     void set_map_tag(const std::string& tag);
     const std::string& map_tag() const { return map_tag_; }
@@ -262,6 +266,7 @@ private:
     bool text_utf8_ = false;     // the open text was opened as UTF-8
     bool codepage_utf8_ = false; // the loaded code page is 65001
     std::string map_tag_;
+    std::vector<std::string> theme_tables_;
 };
 
 }  // namespace korvex::workbench

@@ -298,10 +298,11 @@ TEST(BrowserMenus, ContextMenuFlagsAndDoubleClickDecisions) {
     EXPECT_EQ(m.create_copy_caption, "Create Copy Next Type From 0x00060)");
     b.click(4, true, false);
     m = b.menu_flags(s);
-    EXPECT_FALSE(m.create_copy || m.mkgmap_code);
+    EXPECT_FALSE(m.create_copy);
+    EXPECT_TRUE(m.mkgmap_code);  // rules for the selection
     show(b, s, model::k_extra_points);
     m = b.menu_flags(s);
-    EXPECT_FALSE(m.paste || m.create_copy || m.subtypes || m.search_poi_type);
+    EXPECT_FALSE(m.paste || m.create_copy || m.subtypes || m.search_poi_type || m.mkgmap_code);
 
     show(b, s, model::k_points);
     EXPECT_EQ(b.double_click(s, 2, true, false).what, OpenWhat::nothing);

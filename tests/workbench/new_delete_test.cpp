@@ -20,7 +20,7 @@ TEST(NewElement, PolygonTakesTheNextNumberTheDialogsLevelAndItsPlace) {
     f.load(k_polygons, model::k_points);
     f.dialogs.on_poisizes = [](NewElementForm& form) {
         form.level = 5;
-        form.text = "Wald";
+        form.text = "W\xC3\xA4ldchen";
         return true;
     };
     EXPECT_EQ(f.ops.new_element(model::k_polygons), 1);
@@ -31,7 +31,7 @@ TEST(NewElement, PolygonTakesTheNextNumberTheDialogsLevelAndItsPlace) {
     EXPECT_EQ(f.s.pg_typ[1], "0x0200");
     EXPECT_EQ(f.s.pg_drw[1], "Type=0002,5");
     EXPECT_NE(f.s.drwlist.find("0002,5"), std::string::npos);
-    EXPECT_EQ(f.s.pg_lab[1].substr(3), "Wald");
+    EXPECT_EQ(f.s.pg_lab[1].substr(3), "W\xE4ldchen");  // a 1252 project keeps it as its page's bytes
     EXPECT_EQ(f.s.pg_xpm[1], "Xpm=\"32 32 2 1\"");
     EXPECT_EQ(f.ops.standing_level(), 5);
     EXPECT_EQ(f.host.current, 1);

@@ -303,7 +303,7 @@ TEST(SessionSave, PendingTextNoDataAndThemesStopTheFlow) {
 
     b.dialogs.script(b.dir / "look.kmtf");
     b.session.open_txt();
-    EXPECT_EQ(b.ui.messages.back(), "Cannot find T data in " + (b.dir / "look.kmtf"));
+    EXPECT_EQ(b.ui.messages.back(), "Cannot find T data in " + b.dir.root.string());
 }
 
 // A disk that fills up during the write: whatever the entry, the message
