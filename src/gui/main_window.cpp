@@ -29,6 +29,8 @@
 #include <QVBoxLayout>
 
 #include "gui/cell_delegate.h"
+#include "gui/editor_window.h"
+#include "editor/element_open.h"
 #include "gui/draworder_view.h"
 #include "gui/element_commands.h"
 #include "gui/errors_window.h"
@@ -395,6 +397,11 @@ void MainWindow::build_menus() {
         a->setData(i);
         sizes_->addAction(a);
     }
+    icons->addSeparator();
+    QAction* edit_icon = add(icons, "", "Edit Icon", [this] {
+        if (browser_.current_row() >= 0) open_icon_editor(browser_.selected_rows());
+    });
+    edit_icon->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_E));
 
     QMenu* settings = menu("msettings", "Settings");
     add(settings, "mpreferences", "Preferences", [this] { preferences(); });
@@ -686,18 +693,63 @@ void MainWindow::double_click_cell(int cell, bool ctrl, bool shift) {
     case workbench::OpenWhat::refused:
         prompt_->message(d.before + msgs_.get_msg(d.msg));
         return;
-    case workbench::OpenWhat::text_editor:
     case workbench::OpenWhat::icon_editor:
-        // Until the icon editor exists, both open the element's text.
+        open_icon_editor({d.row});
+        return;
+    case workbench::OpenWhat::text_editor:
         if (d.row >= 0 && d.row != browser_.current_row()) browser_.set_current(browser_.cell_of_row(d.row));
         fill_panel_for_current();
         if (side_->isHidden()) toggle_code_panel();
         panel_->setFocus(Qt::OtherFocusReason);
         return;
     case workbench::OpenWhat::multi_edit:
+        open_icon_editor(d.rows);
+        return;
     case workbench::OpenWhat::nothing:
         return;
     }
+}
+
+EditorWindow* MainWindow::icon_editor() const { return icon_editor_.data(); }
+
+bool MainWindow::open_icon_editor(const std::vector<int32_t>& rows) {
+    if (icon_editor_ || rows.empty() || rows.front() < 0 || session_->loading()) return false;
+    editor::OpenRequest r;
+    r.curclass = browser_.cls();
+    r.row = rows.front();
+    if (rows.size() > 1) r.group = rows;
+    r.transparentcolour = editor::k_transparent_magenta;
+    if (browser_.cell_of_row(r.row) >= 0 && r.row != browser_.current_row()) browser_.set_current(browser_.cell_of_row(r.row));
+    fill_panel_for_current();
+    EditorEnvironment env;
+    env.palette_folder = workbench::under(data_folder_, "pal");
+    env.custom_palette = &custom_palette_;
+    env.default_colour1 = static_cast<uint32_t>(settings_.icon_colour1) & 0xFFFFFF;
+    env.default_colour2 = static_cast<uint32_t>(settings_.icon_colour2) & 0xFFFFFF;
+    env.dialogs = services_.dialogs;
+    icon_editor_ = new EditorWindow(s_, editor::open_element(s_, r), *prompt_, env, this);
+    icon_editor_->setAttribute(Qt::WA_DeleteOnClose);
+    connect(icon_editor_, &QDialog::finished, this, [this](int result) { editor_closed(result); });
+    icon_editor_->open();
+    return true;
+}
+
+void MainWindow::editor_closed(int result) {
+    if (!icon_editor_ || result != QDialog::Accepted) return;
+    const editor::ApplyOutcome& out = icon_editor_->outcome();
+    const int cls = icon_editor_->session().store_class();
+    if (!out.note.empty()) {
+        session_->set_dirty(true);
+        session_->log_line(cls, out.note);
+    }
+    // A new type or level moves the element in the grid or the layers; a repaint is not enough.
+    if (out.type_changed || out.drawdirty || icon_editor_->session().is_group()) {
+        rebuild_grid();
+        const int cell = browser_.cell_of_row(out.row);
+        if (cell >= 0) browser_.set_current(cell);
+    } else
+        model_->update_row(icon_editor_->session().row);
+    fill_panel_for_current();
 }
 
 void MainWindow::select_all() {
@@ -766,6 +818,8 @@ void MainWindow::show_context_menu(int cell, const QPoint& global) {
         if (side_->isHidden()) toggle_code_panel();
         panel_->setFocus(Qt::OtherFocusReason);
     });
+    QAction* icon = menu.addAction("Edit Icon");
+    connect(icon, &QAction::triggered, this, [this] { open_icon_editor(browser_.selected_rows()); });
     QAction* all = menu.addAction("Select All");
     connect(all, &QAction::triggered, this, [this] { select_all(); });
     commands_->fill_context_menu(menu);

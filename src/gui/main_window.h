@@ -40,6 +40,7 @@ class QToolButton;
 namespace korvex::gui {
 
 class CellDelegate;
+class EditorWindow;
 class DrawOrderView;
 class ElementCommands;
 class ErrorsWindow;
@@ -115,6 +116,11 @@ public:
     void set_icon_size(int size) override;
     void click_cell(int cell, bool ctrl, bool shift, bool right = false);
     void double_click_cell(int cell, bool ctrl, bool shift);
+    // Opens the icon editor on store rows of the class in view (two or more
+    // polygons or lines make a group edit). False when it cannot open.
+    bool open_icon_editor(const std::vector<int32_t>& rows);
+    // The editor on show, null when none.
+    EditorWindow* icon_editor() const;
     void select_all();
     void search();
     void apply_changes();
@@ -154,6 +160,7 @@ private:
     void refresh_pages();
     void fill_panel_for_current();
     void show_context_menu(int cell, const QPoint& global);
+    void editor_closed(int result);
     void show_errors();
     void toggle_code_panel();
     void codepage_chosen();
@@ -205,6 +212,8 @@ private:
     QToolButton* report_ = nullptr;
     QProgressBar* progress_ = nullptr;
     QPointer<ErrorsWindow> errors_;
+    QPointer<EditorWindow> icon_editor_;
+    std::string custom_palette_;  // the last custom palette of the editor, for the session
 
     // menus
     std::vector<QMenu*> top_menus_;

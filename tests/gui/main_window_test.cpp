@@ -22,6 +22,7 @@
 
 #include "gui/grid_model.h"
 #include "gui/grid_view.h"
+#include "gui/editor_window.h"
 #include "gui/main_window.h"
 #include "platform/environment.h"
 
@@ -129,12 +130,14 @@ TEST(MainWindow, ClicksBuildTheSelectionListsInBothDirections) {
     EXPECT_EQ(b.sel1(), all);
     EXPECT_TRUE(b.multi());
 
-    // A double click opens the element's text.
+    // A double click opens the element in the icon editor.
     f.w->code_panel()->clear();
     const QRect r = f.w->grid()->visualRect(f.w->grid_model()->index(5));
     QTest::mouseDClick(f.w->grid()->viewport(), Qt::LeftButton, Qt::NoModifier, r.center() - QPoint(0, r.height() / 4));
     EXPECT_EQ(b.current_cell(), 5);
     EXPECT_TRUE(f.w->code_panel()->toPlainText().startsWith("[_point]"));
+    ASSERT_NE(f.w->icon_editor(), nullptr);
+    f.w->icon_editor()->cancel_clicked();
 }
 
 TEST(MainWindow, AnAppliedEditMakesTheProjectDirtyAndSaveAsWritesIt) {

@@ -1,0 +1,200 @@
+#include "editor/canvas.h"
+
+#include <unordered_map>
+
+#include "model/store.h"
+
+namespace korvex::editor {
+
+void resize_picture(EditorSession& e, int width, int height) {
+    e.width = std::max(width, 0);
+    e.height = std::max(height, 0);
+    e.pixels = PixelGrid(e.width, e.height);
+    e.opacity = PixelGrid(e.width, e.height);
+    e.surface = Raster(e.width, e.height);
+    start_history(e);
+}
+
+void painticon(EditorSession& e) {
+    if (e.truecolour) {
+        e.pixeltext.clear();
+        return;
+    }
+    if (e.surface.width() != e.width || e.surface.height() != e.height) e.surface = Raster(e.width, e.height);
+    const std::vector<uint8_t>& idx = e.pixels.values();
+    std::vector<uint32_t>& px = e.surface.pixels();
+    for (size_t i = 0; i < idx.size(); ++i) px[i] = e.palette.colour(idx[i] + 1);
+    e.pixeltext = pixel_rows(e);
+}
+
+void translate(EditorSession& e) {
+    if (!e.truecolour && e.ncols() > 0) {
+        // First entry of each colour: equal entries resolve to the lower one.
+        std::unordered_map<uint32_t, int> entry;
+        entry.reserve(static_cast<size_t>(e.ncols()) * 2);
+        for (int i = e.ncols(); i >= 1; --i) entry[e.palette.colour(i)] = i;
+        const bool follow_previous = e.curclass < 4;
+        std::vector<uint32_t>& px = e.surface.pixels();
+        std::vector<uint8_t>& idx = e.pixels.values();
+        int previous = 0;
+        uint32_t last_colour = 0xFFFFFFFF;
+        int last_entry = 0;
+        for (size_t i = 0; i < px.size() && i < idx.size(); ++i) {
+            int found;
+            if (px[i] == last_colour) {
+                found = last_entry;
+            } else {
+                const auto hit = entry.find(px[i]);
+                found = hit == entry.end() ? 0 : hit->second;
+                last_colour = px[i];
+                last_entry = found;
+            }
+            if (found == 0 && follow_previous) found = previous;
+            if (found == 0) found = 1;
+            previous = found;
+            idx[i] = static_cast<uint8_t>(found - 1);
+            px[i] = e.palette.colour(found);
+        }
+        e.pixeltext = pixel_rows(e);
+    }
+    e.undo.store(undo_picture(e));
+    e.lastpalok = false;
+}
+
+std::vector<uint32_t> undo_picture(const EditorSession& e) {
+    if (e.truecolour) return e.surface.pixels();
+    const std::vector<uint8_t>& idx = e.pixels.values();
+    return std::vector<uint32_t>(idx.begin(), idx.end());
+}
+
+void start_history(EditorSession& e) { e.undo.reset(undo_picture(e)); }
+
+namespace {
+
+void show_level(EditorSession& e, const std::vector<uint32_t>& picture) {
+    if (e.truecolour) {
+        if (picture.size() == e.surface.pixels().size()) e.surface.pixels() = picture;
+        return;
+    }
+    std::vector<uint8_t>& idx = e.pixels.values();
+    if (picture.size() != idx.size()) return;
+    for (size_t i = 0; i < idx.size(); ++i) idx[i] = static_cast<uint8_t>(picture[i]);
+    painticon(e);
+}
+
+}  // namespace
+
+bool undo_step(EditorSession& e) {
+    std::vector<uint32_t> picture;
+    if (!e.undo.undo(picture)) return false;
+    show_level(e, picture);
+    return true;
+}
+
+bool redo_step(EditorSession& e) {
+    std::vector<uint32_t> picture;
+    if (!e.undo.redo(picture)) return false;
+    show_level(e, picture);
+    return true;
+}
+
+std::string point_symbol(int n, int ncols) {
+    if (ncols < model::cpp_limit) return std::string(1, static_cast<char>(n + 36));
+    return {static_cast<char>(n / 16 + 36), static_cast<char>(n % 16 + 36)};
+}
+
+std::string pixel_rows(const EditorSession& e) {
+    if (e.truecolour) return {};
+    const bool point = e.store_class() == model::k_points || e.store_class() == model::k_extra_points;
+    const int cpp = point && e.ncols() >= model::cpp_limit ? 2 : 1;
+    std::string out;
+    out.reserve(static_cast<size_t>(e.height) * static_cast<size_t>(e.width * cpp + 2));
+    for (int y = 0; y < e.height; ++y) {
+        for (int x = 0; x < e.width; ++x) {
+            const int n = e.pixels.at(x, y);
+            if (!point)
+                out += static_cast<char>('0' + (n & 1));
+            else
+                out += point_symbol(n, e.ncols());
+        }
+        out += "\r\n";
+    }
+    return out;
+}
+
+bool clearicon(EditorSession& e, platform::Prompt& ui, bool opacity_panel) {
+    if (e.width <= 0 || e.height <= 0) {
+        ui.message("No bitmap to clear.");
+        return false;
+    }
+    if (opacity_panel) {
+        ui.message("Untick Colormode32.");
+        return false;
+    }
+    if (!ui.yes_no("This clears the whole icon using current colour. Are you sure?")) return false;
+    if (e.truecolour) {
+        e.surface.fill(e.pen_colour);
+    } else {
+        if (!e.palette.valid(e.curcol)) return false;
+        e.pixels.fill(static_cast<uint8_t>(e.curcol - 1));
+        painticon(e);
+    }
+    start_history(e);
+    e.eddirty = true;
+    return true;
+}
+
+void save_curpalette(EditorSession& e) {
+    e.saved_palette = e.palette;
+    e.lastpalok = true;
+}
+
+bool load_lastpalette(EditorSession& e) {
+    if (!e.lastpalok || e.saved_palette.ncols() != e.palette.ncols()) return false;
+    std::swap(e.saved_palette, e.palette);
+    painticon(e);
+    e.eddirty = true;
+    return true;
+}
+
+bool convert_to_bitmap(EditorSession& e, platform::Prompt& ui) {
+    const int cls = e.store_class();
+    if (!e.solid || (cls != 1 && cls != 3)) return !e.solid;
+    const int h = 2 * e.border + e.lwidth;
+    if (h < 1 || h > 32) return false;
+    if (!ui.yes_no("Using this tool you will not be able to alter border or line heights.\r\nContinue?")) return false;
+    if (e.palette.ncols() < 2) e.palette.colours.resize(2, e.transparentcolour);
+    e.solid = false;
+    resize_picture(e, 32, h);
+    for (int y = 0; y < h; ++y)
+        for (int x = 0; x < 32; ++x) e.pixels.set(x, y, y < e.border || y >= e.border + e.lwidth ? 1 : 0);
+    painticon(e);
+    start_history(e);
+    e.eddirty = true;
+    e.changes1 |= ch_mode;
+    return true;
+}
+
+void crop_picture(EditorSession& e, const Rect& frame) {
+    if (frame.empty()) return;
+    const Raster part = cut_out(e.surface, frame);
+    PixelGrid idx(frame.w, frame.h), op(frame.w, frame.h);
+    for (int y = 0; y < frame.h; ++y)
+        for (int x = 0; x < frame.w; ++x) {
+            idx.set(x, y, e.pixels.at(frame.x + x, frame.y + y));
+            op.set(x, y, e.opacity.at(frame.x + x, frame.y + y));
+        }
+    e.width = frame.w;
+    e.height = frame.h;
+    e.width_box = frame.w;
+    e.height_box = frame.h;
+    e.pixels = std::move(idx);
+    e.opacity = std::move(op);
+    e.surface = part;
+    painticon(e);
+    start_history(e);
+    e.eddirty = true;
+    e.changes1 |= ch_dimensions;
+}
+
+}  // namespace korvex::editor

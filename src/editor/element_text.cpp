@@ -1,0 +1,183 @@
+#include "editor/element_text.h"
+
+#include <algorithm>
+#include <cctype>
+
+#include "editor/canvas.h"
+#include "editor/palette_file.h"
+#include "model/store.h"
+
+namespace korvex::editor {
+
+namespace {
+
+std::string low_trim(const std::string& l) {
+    size_t p = 0;
+    while (p < l.size() && (l[p] == ' ' || l[p] == '\t')) ++p;
+    std::string out = l.substr(p);
+    std::transform(out.begin(), out.end(), out.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return out;
+}
+
+std::string colour_value(const Palette& p, int entry, uint32_t marker) {
+    return p.transparent(entry, marker) ? std::string("none") : "#" + hex6(p.colour(entry));
+}
+
+}  // namespace
+
+std::vector<std::string> section_lines(const std::string& text) {
+    std::vector<std::string> out;
+    size_t p = 0;
+    while (p < text.size()) {
+        size_t e = text.find('\n', p);
+        if (e == std::string::npos) e = text.size();
+        std::string l = text.substr(p, e - p);
+        if (!l.empty() && l.back() == '\r') l.pop_back();
+        p = e + 1;
+        const std::string low = low_trim(l);
+        if (low.rfind("[end]", 0) == 0) break;
+        if (low.rfind(";12345678901234567890123456789012", 0) == 0) continue;
+        out.push_back(std::move(l));
+    }
+    return out;
+}
+
+std::string join_section(const std::vector<std::string>& lines) {
+    std::string out;
+    for (const std::string& l : lines) out += l + "\r\n";
+    out += "[end]\r\n";
+    return out;
+}
+
+int find_key(const std::vector<std::string>& lines, std::initializer_list<const char*> keys) {
+    for (size_t i = 0; i < lines.size(); ++i) {
+        const std::string low = low_trim(lines[i]);
+        for (const char* k : keys)
+            if (low.rfind(k, 0) == 0) return static_cast<int>(i);
+    }
+    return -1;
+}
+
+int remove_keys(std::vector<std::string>& lines, std::initializer_list<const char*> keys) {
+    int first = -1;
+    for (size_t i = 0; i < lines.size();) {
+        const std::string low = low_trim(lines[i]);
+        bool hit = false;
+        for (const char* k : keys) hit = hit || low.rfind(k, 0) == 0;
+        if (hit) {
+            if (first < 0) first = static_cast<int>(i);
+            lines.erase(lines.begin() + static_cast<std::ptrdiff_t>(i));
+        } else {
+            ++i;
+        }
+    }
+    return first;
+}
+
+int xpm_line(const std::vector<std::string>& lines) { return find_key(lines, {"xpm=", "dayxpm="}); }
+
+int picture_end(const std::vector<std::string>& lines, int xpm) {
+    if (xpm < 0) return -1;
+    int i = xpm + 1;
+    while (i < static_cast<int>(lines.size()) && !lines[static_cast<size_t>(i)].empty() && lines[static_cast<size_t>(i)][0] == '"') ++i;
+    return i;
+}
+
+std::string changecode(const std::string& column, const std::string& key, const std::string& newline) {
+    std::vector<std::string> parts;
+    size_t p = 0;
+    while (p <= column.size()) {
+        size_t e = column.find("\r\n", p);
+        if (e == std::string::npos) e = column.size();
+        std::string l = column.substr(p, e - p);
+        if (l.find(key) != std::string::npos) l = newline;
+        if (!l.empty()) parts.push_back(std::move(l));
+        p = e + 2;
+    }
+    std::string out;
+    for (size_t i = 0; i < parts.size(); ++i) out += (i ? "\r\n" : "") + parts[i];
+    return out;
+}
+
+std::vector<std::string> colour_block(const EditorSession& e) {
+    std::vector<std::string> out;
+    const int cls = e.store_class();
+    const uint32_t m = e.transparentcolour;
+    if (cls == model::k_points || cls == model::k_extra_points) {
+        for (int i = 1; i <= e.ncols(); ++i) {
+            std::string l = "\"" + point_symbol(i - 1, e.ncols()) + " c " + colour_value(e.palette, i, m) + "\"";
+            if (e.alpha && static_cast<size_t>(i - 1) < e.palette.alpha.size() && e.palette.alpha[static_cast<size_t>(i - 1)] != k_no_alpha)
+                l += " alpha=" + std::to_string(e.palette.alpha[static_cast<size_t>(i - 1)]);
+            out.push_back(std::move(l));
+        }
+        return out;
+    }
+    int k = 0;
+    for (int i = 1; i <= e.ncols(); ++i) out.push_back("\"" + std::to_string(k++) + " c " + colour_value(e.palette, i, m) + "\"");
+    for (int i = 1; i <= e.nightpal.ncols(); ++i)
+        out.push_back("\"" + std::to_string(k++) + " c " + colour_value(e.nightpal, i, m) + "\"");
+    return out;
+}
+
+std::vector<std::string> picture_lines(const EditorSession& e, const std::string& old_xpm) {
+    const size_t q = old_xpm.find('"');
+    std::string key = q == std::string::npos ? std::string("Xpm=") : old_xpm.substr(0, q);
+    const int cls = e.store_class();
+    const bool point = cls == model::k_points || cls == model::k_extra_points;
+    const int n = e.ncols() + (point ? 0 : e.nightpal.ncols());
+    std::string head;
+    if (point && e.truecolour) {
+        // No colour table: each pixel is "#RRGGBB" in its row.
+        std::vector<std::string> out{key + "\"" + std::to_string(e.width) + " " + std::to_string(e.height) + " 0 0\""};
+        for (int y = 0; y < e.height; ++y) {
+            std::string row = "\"";
+            for (int x = 0; x < e.width; ++x) row += "#" + hex6(e.surface.at(x, y));
+            out.push_back(row + "\"");
+        }
+        return out;
+    }
+    if (point) {
+        const int cpp = e.ncols() >= model::cpp_limit ? 2 : 1;
+        const bool none = e.palette.first_transparent(e.transparentcolour) != 0;
+        // The colour mode stays as written unless transparency came or went.
+        const size_t close = q == std::string::npos ? std::string::npos : old_xpm.find('"', q + 1);
+        std::string tail = close == std::string::npos ? std::string() : old_xpm.substr(close + 1);
+        std::string low = tail;
+        std::transform(low.begin(), low.end(), low.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+        const size_t m = low.find("colormode=");
+        if (m == std::string::npos) {
+            tail = " Colormode=" + std::to_string(e.alpha ? 32 : none ? 16 : 0);
+        } else {
+            const int old_mode = std::atoi(low.c_str() + m + 10);
+            int mode = old_mode;
+            if (old_mode == 16 && !none && !e.alpha) mode = 0;
+            if (old_mode == 0 && none) mode = 16;
+            if (mode != old_mode) {
+                size_t e2 = m + 10;
+                while (e2 < tail.size() && std::isdigit(static_cast<unsigned char>(tail[e2]))) ++e2;
+                tail.replace(m + 10, e2 - m - 10, std::to_string(mode));
+            }
+        }
+        head = key + "\"" + std::to_string(e.width) + " " + std::to_string(e.height) + " " + std::to_string(n) + " " +
+               std::to_string(cpp) + "\"" + tail;
+    } else if (e.solid || e.width == 0) {
+        head = key + "\"0 0 " + std::to_string(n) + " 0\"";
+    } else {
+        head = key + "\"32 " + std::to_string(e.height) + " " + std::to_string(n) + " 1\"";
+    }
+    std::vector<std::string> out{head};
+    const std::vector<std::string> colours = colour_block(e);
+    out.insert(out.end(), colours.begin(), colours.end());
+    if (point || !(e.solid || e.width == 0)) {
+        const std::string rows = pixel_rows(e);
+        size_t p = 0;
+        while (p < rows.size()) {
+            const size_t end = rows.find("\r\n", p);
+            out.push_back("\"" + rows.substr(p, end - p) + "\"");
+            p = end + 2;
+        }
+    }
+    return out;
+}
+
+}  // namespace korvex::editor

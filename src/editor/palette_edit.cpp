@@ -1,0 +1,168 @@
+#include "editor/palette_edit.h"
+
+#include <algorithm>
+
+#include "editor/canvas.h"
+#include "editor/palette_file.h"
+#include "model/store.h"
+
+namespace korvex::editor {
+
+std::string getcurcol(const Palette& p) {
+    std::string out;
+    const int n = p.ncols();
+    for (int i = 1; i <= n; ++i) {
+        out += '"';
+        if (n < model::cpp_limit) {
+            out += static_cast<char>(i + 35);
+        } else {
+            out += static_cast<char>((i - 1) / 16 + 36);
+            out += static_cast<char>((i - 1) % 16 + 36);
+        }
+        out += "\tc #" + hex6(p.colour(i)) + "\"\r\n";
+    }
+    return out;
+}
+
+int add_colour(EditorSession& e, platform::Prompt& ui, uint32_t default1, uint32_t default2) {
+    if (e.fn013() || e.is_group()) {
+        ui.message("Only two colours allowed.");
+        return 0;
+    }
+    if (e.ncols() >= k_max_colours) {
+        ui.message("Maximum Colours = 254");
+        return 0;
+    }
+    uint32_t colour = rgb(245, 245, 245);
+    for (int level = 255; level >= 0; --level) {
+        const uint32_t grey = rgb(static_cast<uint32_t>(level), static_cast<uint32_t>(level), static_cast<uint32_t>(level));
+        if (e.palette.first_of(grey) == 0) {
+            colour = grey;
+            break;
+        }
+    }
+    const int entry = e.ncols() + 1;
+    if (entry < 3) colour = entry == 1 ? default1 : default2;
+    e.palette.colours.push_back(colour & 0xFFFFFF);
+    if (!e.palette.alpha.empty()) e.palette.alpha.push_back(0);
+    e.curcol = entry;
+    e.eddirty = true;
+    e.changes1 |= ch_ncols;
+    painticon(e);
+    start_history(e);
+    return entry;
+}
+
+bool removecol(EditorSession& e, int entry, platform::Prompt& ui, bool opacity_panel) {
+    if (e.truecolour) {
+        ui.message("Convert to 256 Colours first.");
+        return false;
+    }
+    if (opacity_panel) {
+        ui.message("Untick Opacity first.");
+        return false;
+    }
+    if (!e.palette.valid(entry) || e.ncols() < 2) return false;
+    const int gone = entry - 1;
+    const int heir = gone == 0 ? 0 : gone - 1;  // index after the move down
+    for (uint8_t& v : e.pixels.values()) {
+        if (v == gone)
+            v = static_cast<uint8_t>(heir);
+        else if (v > gone)
+            --v;
+    }
+    e.palette.colours.erase(e.palette.colours.begin() + gone);
+    if (static_cast<size_t>(gone) < e.palette.alpha.size()) e.palette.alpha.erase(e.palette.alpha.begin() + gone);
+    e.curcol = -1;
+    e.eddirty = true;
+    e.changes1 |= ch_ncols;
+    painticon(e);
+    start_history(e);
+    return true;
+}
+
+int trimcols(EditorSession& e, platform::Prompt& ui, bool opacity_panel) {
+    if (e.is_group() || opacity_panel || e.truecolour) return 0;
+    if (e.ncols() < 2) {
+        ui.message("No colours to trim");
+        return 0;
+    }
+    std::vector<bool> used(static_cast<size_t>(e.ncols()), false);
+    for (uint8_t v : e.pixels.values())
+        if (v < used.size()) used[v] = true;
+    std::vector<int> new_index(used.size(), 0);
+    Palette kept;
+    for (size_t i = 0; i < used.size(); ++i) {
+        if (!used[i]) continue;
+        new_index[i] = kept.ncols();
+        kept.colours.push_back(e.palette.colours[i]);
+        if (i < e.palette.alpha.size()) kept.alpha.push_back(e.palette.alpha[i]);
+    }
+    const int removed = e.ncols() - kept.ncols();
+    if (removed == 0) {
+        ui.message("No usused colours found.");
+        return 0;
+    }
+    for (uint8_t& v : e.pixels.values()) v = static_cast<uint8_t>(v < new_index.size() ? new_index[v] : 0);
+    e.palette = kept;
+    e.curcol = -1;
+    e.eddirty = true;
+    e.changes1 |= ch_ncols;
+    painticon(e);
+    start_history(e);
+    ui.message("Unused colours have been removed.");
+    return removed;
+}
+
+void fixcols(Palette& p) {
+    if (p.ncols() < 2) return;
+    for (size_t j = 1; j < p.colours.size(); ++j) {
+        for (;;) {
+            bool clash = false;
+            for (size_t i = 0; i < j; ++i)
+                if (p.colours[i] == p.colours[j]) clash = true;
+            if (!clash) break;
+            p.colours[j] = p.colours[j] >= 0xFFFFFF ? p.colours[j] - 1 : p.colours[j] + 1;
+        }
+    }
+}
+
+namespace {
+
+int brightness(uint32_t c) { return static_cast<int>(red_of(c) + green_of(c) + blue_of(c)); }
+
+}  // namespace
+
+void twocols(EditorSession& e) {
+    if (e.ncols() < 2) return;
+    int lo = 1 << 30, hi = -1;
+    for (uint32_t c : e.surface.pixels()) {
+        // White and near black stay out of the range.
+        if (c == 0xFFFFFF || c < 1052689) continue;
+        lo = std::min(lo, brightness(c));
+        hi = std::max(hi, brightness(c));
+    }
+    if (hi < 0) lo = hi = 0;
+    const int mid = (lo + hi) / 2;
+    for (int y = 0; y < e.height; ++y)
+        for (int x = 0; x < e.width; ++x) e.pixels.set(x, y, brightness(e.surface.at(x, y)) > mid ? 1 : 0);
+    e.eddirty = true;
+    painticon(e);
+    e.undo.store(undo_picture(e));
+}
+
+std::string transparency_refusal(const EditorSession& e, int entry) {
+    const int cls = e.store_class();
+    if (e.palette.first_transparent(e.transparentcolour) != 0) return "Transparency colour exists.";
+    if (cls == 0 && entry == 1) return "First palette colour cannot be transparent.";
+    if ((cls == 0 || cls == 1 || cls == 3) && entry != 2) return "Make 2nd palette colour transparent then click 'reverse'.";
+    return {};
+}
+
+bool ch7transp(const EditorSession& e, platform::Prompt& ui) {
+    if (e.palette.first_transparent(e.transparentcolour) != 0) return true;
+    ui.message("One colour needs to become tansparent. Please select.");
+    return false;
+}
+
+}  // namespace korvex::editor

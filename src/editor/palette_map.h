@@ -1,0 +1,39 @@
+// Mapping a picture onto a chosen palette: each element colour takes the
+// nearest palette colour, or, when none is near, the palette colour of the
+// highest hue within the colour's hue band.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "editor/editor_session.h"
+#include "platform/prompt.h"
+
+namespace korvex::editor {
+
+struct Hsv {
+    int h = 0, s = 0, v = 0;  // degrees 0..360, percent, percent
+};
+Hsv rgbtohsv(uint32_t colour);
+// The reverse: hue, saturation and value (percent) to a colour, red low.
+uint32_t HSLToRGB02(int hue, int saturation, int value);
+
+// The palette file's colours as the mapping offers them: white and black
+// appended when missing.
+std::vector<uint32_t> chooser_colours(const std::string& palette_text);
+
+// The palette colour an element colour takes.
+uint32_t nearest_colour(uint32_t colour, const std::vector<uint32_t>& palette, const std::vector<Hsv>& hues);
+
+// Maps the element's palette onto palette_text (a .tpal text). Refuses a
+// true-colour icon with "Convert to 256 Colours."; with a selection the
+// question "Action applies to the whole image." must be answered yes.
+// Transparent entries keep their colour. Returns true when it mapped.
+bool apply_palette(EditorSession& e, const std::string& palette_text, bool selection_active, platform::Prompt& ui);
+
+// Reads the palette file at path and maps onto it; "Can't find Palette "
+// with the path when it cannot be read, and nothing changes.
+bool apply_palette_file(EditorSession& e, const std::string& path, bool selection_active, platform::Prompt& ui);
+
+}  // namespace korvex::editor

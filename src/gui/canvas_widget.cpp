@@ -1,0 +1,170 @@
+#include "gui/canvas_widget.h"
+
+#include <QImage>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QWheelEvent>
+#include <algorithm>
+#include <cmath>
+
+namespace korvex::gui {
+
+namespace {
+
+constexpr int k_margin = 8;
+
+QImage image_of(const editor::Raster& r) {
+    QImage img(r.width(), r.height(), QImage::Format_RGB32);
+    for (int y = 0; y < r.height(); ++y) {
+        auto* line = reinterpret_cast<QRgb*>(img.scanLine(y));
+        for (int x = 0; x < r.width(); ++x) {
+            const uint32_t c = r.at(x, y);
+            line[x] = qRgb(static_cast<int>(editor::red_of(c)), static_cast<int>(editor::green_of(c)),
+                           static_cast<int>(editor::blue_of(c)));
+        }
+    }
+    return img;
+}
+
+}  // namespace
+
+CanvasWidget::CanvasWidget(editor::EditorSession& e, editor::ToolEngine& tools, QWidget* parent)
+    : QWidget(parent), e_(e), tools_(tools) {
+    setMouseTracking(true);
+    setFocusPolicy(Qt::StrongFocus);
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    march_.setInterval(150);
+    connect(&march_, &QTimer::timeout, this, [this] {
+        if (!tools_.has_frame()) {
+            march_.stop();
+            return;
+        }
+        dash_offset_ = (dash_offset_ + 1) % 8;
+        update();
+    });
+    // A picture of 16 pixels or less starts larger.
+    const int side = std::max(e_.width, e_.height);
+    if (side > 0) zoom_ = std::clamp(384 / side, 2, 32);
+}
+
+void CanvasWidget::set_zoom(int zoom) {
+    zoom = std::clamp(zoom, 1, 48);
+    if (zoom == zoom_) return;
+    zoom_ = zoom;
+    updateGeometry();
+    resize(sizeHint());
+    update();
+}
+
+void CanvasWidget::set_grid(bool on) {
+    grid_ = on;
+    update();
+}
+
+void CanvasWidget::picture_changed() {
+    updateGeometry();
+    resize(sizeHint());
+    update();
+}
+
+QSize CanvasWidget::sizeHint() const {
+    return {std::max(e_.width, 1) * zoom_ + 2 * k_margin, std::max(e_.height, 1) * zoom_ + 2 * k_margin};
+}
+
+void CanvasWidget::pixel_of(QPoint pos, int& x, int& y) const {
+    x = static_cast<int>(std::floor(static_cast<double>(pos.x() - k_margin) / zoom_));
+    y = static_cast<int>(std::floor(static_cast<double>(pos.y() - k_margin) / zoom_));
+}
+
+bool CanvasWidget::pixel_at(QPoint pos, int& x, int& y) const {
+    pixel_of(pos, x, y);
+    return x >= 0 && y >= 0 && x < e_.width && y < e_.height;
+}
+
+void CanvasWidget::paintEvent(QPaintEvent*) {
+    QPainter p(this);
+    p.fillRect(rect(), palette().window());
+    if (e_.width <= 0 || e_.height <= 0) {
+        p.drawText(rect(), Qt::AlignCenter, "No bitmap");
+        return;
+    }
+    const QRect area(k_margin, k_margin, e_.width * zoom_, e_.height * zoom_);
+    p.drawImage(area, image_of(tools_.view()));
+    if (grid_ && zoom_ >= 4) {
+        p.setPen(grid_colour_);
+        for (int x = 0; x <= e_.width; ++x) p.drawLine(area.left() + x * zoom_, area.top(), area.left() + x * zoom_, area.bottom());
+        for (int y = 0; y <= e_.height; ++y) p.drawLine(area.left(), area.top() + y * zoom_, area.right(), area.top() + y * zoom_);
+    }
+    auto frame_rect = [&](int x, int y, int w, int h) { return QRect(k_margin + x * zoom_, k_margin + y * zoom_, w * zoom_ - 1, h * zoom_ - 1); };
+    if (tools_.has_frame()) {
+        const editor::Rect& f = tools_.frame();
+        QPen black(Qt::black, 1, Qt::DashLine);
+        black.setDashOffset(dash_offset_);
+        p.setPen(QPen(Qt::white, 1));
+        p.drawRect(frame_rect(f.x, f.y, f.w, f.h));
+        p.setPen(black);
+        p.drawRect(frame_rect(f.x, f.y, f.w, f.h));
+        if (!march_.isActive()) const_cast<QTimer&>(march_).start();
+    }
+    if (!tools_.layer().empty()) {
+        const editor::FloatingLayer& l = tools_.layer();
+        p.setPen(QPen(Qt::blue, 1, Qt::DotLine));
+        p.drawRect(frame_rect(l.x, l.y, l.picture.width(), l.picture.height()));
+    }
+}
+
+void CanvasWidget::mousePressEvent(QMouseEvent* ev) {
+    if (ev->button() != Qt::LeftButton && ev->button() != Qt::RightButton) return;
+    int x, y;
+    pixel_of(ev->position().toPoint(), x, y);
+    level_at_press_ = e_.undo.level();
+    const bool was_dirty = e_.eddirty;
+    tools_.press(x, y, ev->button() == Qt::RightButton);
+    update();
+    if (e_.undo.level() != level_at_press_ || e_.eddirty != was_dirty) emit edited();
+}
+
+void CanvasWidget::mouseMoveEvent(QMouseEvent* ev) {
+    int x, y;
+    pixel_of(ev->position().toPoint(), x, y);
+    tools_.move(x, y);
+    if (x >= 0 && y >= 0 && x < e_.width && y < e_.height)
+        emit hovered(x, y);
+    else
+        emit hovered(-1, -1);
+    update();
+}
+
+void CanvasWidget::mouseReleaseEvent(QMouseEvent* ev) {
+    if (ev->button() != Qt::LeftButton && ev->button() != Qt::RightButton) return;
+    int x, y;
+    pixel_of(ev->position().toPoint(), x, y);
+    const int before = e_.undo.level();
+    tools_.release(x, y);
+    update();
+    if (e_.undo.level() != before || e_.undo.level() != level_at_press_) emit edited();
+}
+
+void CanvasWidget::mouseDoubleClickEvent(QMouseEvent* ev) {
+    int x, y;
+    pixel_of(ev->position().toPoint(), x, y);
+    const int w = e_.width;
+    const int before = e_.undo.level();
+    tools_.double_click(x, y);
+    if (w != e_.width) picture_changed();
+    update();
+    if (e_.undo.level() != before || w != e_.width) emit edited();
+}
+
+void CanvasWidget::wheelEvent(QWheelEvent* ev) {
+    const int steps = ev->angleDelta().y() / 120;
+    if (steps == 0) return;
+    int z = zoom_;
+    for (int i = 0; i < std::abs(steps); ++i) z = steps > 0 ? z + std::max(1, z / 4) : z - std::max(1, z / 5);
+    set_zoom(z);
+    ev->accept();
+}
+
+void CanvasWidget::leaveEvent(QEvent*) { emit hovered(-1, -1); }
+
+}  // namespace korvex::gui

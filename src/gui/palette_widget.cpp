@@ -1,0 +1,86 @@
+#include "gui/palette_widget.h"
+
+#include <QMouseEvent>
+#include <QPainter>
+#include <algorithm>
+
+namespace korvex::gui {
+
+namespace {
+
+QColor qcolour(uint32_t c) { return QColor(static_cast<int>(c & 0xFF), static_cast<int>((c >> 8) & 0xFF), static_cast<int>((c >> 16) & 0xFF)); }
+
+}  // namespace
+
+PaletteWidget::PaletteWidget(QWidget* parent, int cell) : QWidget(parent), cell_(cell) {
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
+    setMinimumWidth(cell_ * 4);
+}
+
+void PaletteWidget::set_colours(const std::vector<uint32_t>& colours, int64_t marker) {
+    colours_ = colours;
+    marker_ = marker;
+    updateGeometry();
+    update();
+}
+
+void PaletteWidget::set_marks(int primary, int secondary) {
+    primary_ = primary;
+    secondary_ = secondary;
+    update();
+}
+
+int PaletteWidget::columns(int width) const { return std::max(1, width / cell_); }
+
+QRect PaletteWidget::cell_rect(int index) const {
+    const int c = columns(width());
+    return {(index % c) * cell_, (index / c) * cell_, cell_ - 2, cell_ - 2};
+}
+
+int PaletteWidget::cell_at(QPoint pos) const {
+    for (int i = 0; i < count(); ++i)
+        if (cell_rect(i).adjusted(0, 0, 2, 2).contains(pos)) return i;
+    return -1;
+}
+
+int PaletteWidget::heightForWidth(int w) const {
+    const int c = columns(w);
+    return std::max(1, (count() + c - 1) / c) * cell_;
+}
+
+QSize PaletteWidget::sizeHint() const { return {cell_ * 12, heightForWidth(cell_ * 12)}; }
+
+void PaletteWidget::paintEvent(QPaintEvent*) {
+    QPainter p(this);
+    for (int i = 0; i < count(); ++i) {
+        const QRect r = cell_rect(i);
+        const uint32_t c = colours_[static_cast<size_t>(i)];
+        p.fillRect(r, qcolour(c));
+        p.setPen(Qt::gray);
+        p.drawRect(r);
+        if (marker_ >= 0 && c == static_cast<uint32_t>(marker_)) {
+            p.setPen(Qt::black);
+            p.drawText(r, Qt::AlignCenter, "T");
+        }
+        if (i == secondary_) {
+            p.setPen(QPen(Qt::blue, 2, Qt::DashLine));
+            p.drawRect(r.adjusted(2, 2, -2, -2));
+        }
+        if (i == primary_) {
+            p.setPen(QPen(Qt::red, 2));
+            p.drawRect(r.adjusted(1, 1, -1, -1));
+        }
+    }
+}
+
+void PaletteWidget::mousePressEvent(QMouseEvent* ev) {
+    const int i = cell_at(ev->position().toPoint());
+    if (i >= 0) emit clicked(i, ev->button() == Qt::RightButton);
+}
+
+void PaletteWidget::mouseDoubleClickEvent(QMouseEvent* ev) {
+    const int i = cell_at(ev->position().toPoint());
+    if (i >= 0) emit double_clicked(i);
+}
+
+}  // namespace korvex::gui

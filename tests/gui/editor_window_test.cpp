@@ -1,0 +1,272 @@
+// The icon editor driven as a user drives it: opened by a double click on a
+// cell, drawn on with the mouse, keys for undo and redo, Apply and Cancel;
+// the element's text is checked afterwards.
+#include <QApplication>
+#include <QComboBox>
+#include <QDir>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QToolButton>
+#include <QWheelEvent>
+#include <cstdio>
+
+#include <gtest/gtest.h>
+
+#include "editor/canvas.h"
+#include "gui/canvas_widget.h"
+#include "gui/editor_window.h"
+#include "gui/grid_model.h"
+#include "gui/grid_view.h"
+#include "gui/label_panel.h"
+#include "gui/main_window.h"
+#include "platform/environment.h"
+#include "text/text_writer.h"
+
+namespace {
+
+using korvex::gui::CanvasWidget;
+using korvex::gui::EditorWindow;
+using korvex::gui::MainWindow;
+using korvex::platform::Answer;
+
+const std::string k_samples = std::string(KORVEX_SOURCE_DIR) + "/data/samples/";
+
+struct Fixture {
+    QTemporaryDir home;
+    korvex::platform::MapEnvironment env;
+    korvex::platform::ScriptedPrompt prompt{Answer::yes};
+    korvex::platform::ScriptedFileDialog dialogs;
+    korvex::platform::RecordingLauncher launcher;
+    korvex::platform::FixedClock clock{{2024, 5, 17, 13, 45, 30}};
+    std::unique_ptr<MainWindow> w;
+
+    Fixture() {
+        const std::string dir = home.path().toStdString();
+        env.set("HOME", dir);
+        env.set("XDG_DATA_HOME", dir + "/data");
+        korvex::gui::WindowServices sv;
+        sv.prompt = &prompt;
+        sv.dialogs = &dialogs;
+        sv.launcher = &launcher;
+        sv.clock = &clock;
+        sv.env = &env;
+        sv.program_folder = dir;
+        w = std::make_unique<MainWindow>(sv);
+        w->resize(900, 600);
+        w->show();
+        EXPECT_TRUE(QTest::qWaitForWindowExposed(w.get()));
+    }
+
+    // Double clicks a cell of the class and gives the editor that opened.
+    EditorWindow* open_cell(int cls, int cell) {
+        w->show_class(cls);
+        QApplication::processEvents();
+        korvex::gui::GridView* g = w->grid();
+        g->show_cell(cell);
+        const QRect r = g->visualRect(w->grid_model()->index(cell));
+        QTest::mouseDClick(g->viewport(), Qt::LeftButton, Qt::NoModifier, r.center() - QPoint(0, r.height() / 4));
+        EditorWindow* e = w->icon_editor();
+        if (e) {
+            EXPECT_TRUE(QTest::qWaitForWindowExposed(e));
+        }
+        return e;
+    }
+    // The cell of the first point of at least 3 x 2 pixels and two colours.
+    int drawable_point() {
+        w->show_class(2);
+        korvex::model::Store& s = w->store();
+        for (int32_t r = 0; r < s.pt_n; ++r) {
+            int wd = 0, ht = 0, n = 0;
+            const std::string& x = s.pt_xpm[static_cast<size_t>(r)];
+            if (std::sscanf(x.c_str() + x.find('"') + 1, "%d %d %d", &wd, &ht, &n) == 3 && wd >= 3 && ht >= 2 && n >= 2 && n < 30)
+                return w->browser().cell_of_row(r);
+        }
+        return -1;
+    }
+    std::string element_text(int cls, int32_t row) {
+        korvex::model::Store& s = w->store();
+        const int32_t local = cls == 3 ? row - s.ln_n : cls == 4 ? row - s.pt_n : row;
+        return korvex::text::create_code(s, local + 1, cls, false);
+    }
+};
+
+// The widget position of the centre of picture pixel (x, y).
+QPoint at(CanvasWidget* c, int x, int y) {
+    int px = 0, py = 0;
+    for (int sx = 0; sx < c->width(); ++sx)
+        if (c->pixel_at(QPoint(sx, c->height() / 2), px, py) && px == x) {
+            return QPoint(sx + c->zoom() / 2, 0) + QPoint(0, [&] {
+                       for (int sy = 0; sy < c->height(); ++sy)
+                           if (c->pixel_at(QPoint(sx, sy), px, py) && py == y) return sy + c->zoom() / 2;
+                       return 0;
+                   }());
+        }
+    return {};
+}
+
+void drag(CanvasWidget* c, Qt::MouseButton b, QPoint from, QPoint to) {
+    QTest::mousePress(c, b, Qt::NoModifier, from);
+    QMouseEvent move(QEvent::MouseMove, to, c->mapToGlobal(to), Qt::NoButton, b, Qt::NoModifier);
+    QApplication::sendEvent(c, &move);
+    QTest::mouseRelease(c, b, Qt::NoModifier, to);
+}
+
+TEST(EditorWindow, DrawUndoRedoAndApplyReachTheElementText) {
+    Fixture f;
+    ASSERT_TRUE(f.w->open_file(k_samples + "sample.typ"));
+    const int cell = f.drawable_point();
+    ASSERT_GE(cell, 0);
+    EditorWindow* ed = f.open_cell(2, cell);
+    ASSERT_NE(ed, nullptr);
+    korvex::editor::EditorSession& e = ed->session();
+    const int32_t row = e.row;
+    const std::string before = f.element_text(2, row);
+    ASSERT_GE(e.ncols(), 2);
+    ASSERT_GE(e.width, 3);
+    CanvasWidget* c = ed->canvas();
+
+    // Left draws the first colour, right the second.
+    e.curcol = 1;
+    e.curcol2 = 2;
+    drag(c, Qt::LeftButton, at(c, 0, 0), at(c, 2, 0));
+    EXPECT_EQ(e.pixels.at(0, 0), 0);
+    EXPECT_EQ(e.pixels.at(1, 0), 0);
+    EXPECT_EQ(e.pixels.at(2, 0), 0);
+    QTest::mouseClick(c, Qt::RightButton, Qt::NoModifier, at(c, 1, 1));
+    EXPECT_EQ(e.pixels.at(1, 1), 1);
+    EXPECT_EQ(e.undo.level(), 2);
+
+    // The pointer shows the pixel and its colour.
+    QMouseEvent hover(QEvent::MouseMove, at(c, 1, 1), c->mapToGlobal(at(c, 1, 1)), Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+    QApplication::sendEvent(c, &hover);
+    EXPECT_TRUE(ed->position_label()->text().startsWith("x 1  y 1  #")) << ed->position_label()->text().toStdString();
+
+    QTest::keyClick(ed, Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(e.undo.level(), 1);
+    QTest::keyClick(ed, Qt::Key_Y, Qt::ControlModifier);
+    EXPECT_EQ(e.undo.level(), 2);
+    QTest::keyClick(ed, Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_EQ(e.undo.level(), 2);  // already at the top
+    QTest::keyClick(ed, Qt::Key_Z, Qt::ControlModifier);
+    QTest::keyClick(ed, Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_EQ(e.undo.level(), 2);
+    EXPECT_EQ(e.pixels.at(1, 1), 1);
+
+    // A label typed in the panel.
+    ed->labels()->text_box()->setPlainText("Test label");
+
+    // The wheel zooms.
+    const int zoom = c->zoom();
+    QWheelEvent wheel(QPointF(5, 5), c->mapToGlobal(QPointF(5, 5)), QPoint(), QPoint(0, 120), Qt::NoButton, Qt::NoModifier,
+                      Qt::NoScrollPhase, false);
+    QApplication::sendEvent(c, &wheel);
+    EXPECT_GT(c->zoom(), zoom);
+
+    QTest::mouseClick(ed->apply_button(), Qt::LeftButton);
+    QApplication::processEvents();
+    EXPECT_EQ(f.w->icon_editor(), nullptr);
+    const std::string after = f.element_text(2, row);
+    EXPECT_NE(after, before);
+    EXPECT_NE(after.find("Test label"), std::string::npos) << after;
+    EXPECT_TRUE(f.w->store().dirty);
+    EXPECT_EQ(f.w->windowTitle().toStdString().back(), '+');
+    // The code panel shows the new text.
+    EXPECT_TRUE(f.w->code_panel()->toPlainText().contains("Test label"));
+}
+
+TEST(EditorWindow, EscCancelsAToolCancelDiscardsAndRefusalsKeepTheEditorOpen) {
+    Fixture f;
+    ASSERT_TRUE(f.w->open_file(k_samples + "sample.typ"));
+    const int cell = f.drawable_point();
+    ASSERT_GE(cell, 0);
+    EditorWindow* ed = f.open_cell(2, cell);
+    ASSERT_NE(ed, nullptr);
+    korvex::editor::EditorSession& e = ed->session();
+    const int32_t row = e.row;
+    const std::string before = f.element_text(2, row);
+    CanvasWidget* c = ed->canvas();
+
+    QTest::mouseClick(ed->tool_button(korvex::editor::t_line), Qt::LeftButton);
+    EXPECT_EQ(e.tool, korvex::editor::t_line);
+    QTest::mouseClick(c, Qt::LeftButton, Qt::NoModifier, at(c, 0, 0));
+    EXPECT_TRUE(ed->tools().anchored());
+    QTest::keyClick(ed, Qt::Key_Escape);
+    EXPECT_FALSE(ed->tools().anchored());
+    EXPECT_TRUE(ed->isVisible());  // Esc never closes the editor
+
+    // A subtype out of range: the message, and the editor stays.
+    ed->subtype_box()->setText("25");
+    QTest::mouseClick(ed->apply_button(), Qt::LeftButton);
+    EXPECT_EQ(f.prompt.messages.back(), "Choose subtype : 0 - &1F");
+    EXPECT_EQ(f.w->icon_editor(), ed);
+    EXPECT_EQ(f.element_text(2, row), before);
+
+    // The text stamp: a double click stamps the text in the first colour.
+    ASSERT_GE(e.height, 6);
+    {
+        e.curcol = 1;
+        QTest::mouseClick(ed->tool_button(korvex::editor::t_text), Qt::LeftButton);
+        EXPECT_EQ(e.tool, korvex::editor::t_text);
+        const int level = e.undo.level();
+        QTest::mouseDClick(c, Qt::LeftButton, Qt::NoModifier, at(c, 0, 0));
+        EXPECT_EQ(e.undo.level(), level + 1);
+        QTest::keyClick(ed, Qt::Key_Escape);
+        EXPECT_EQ(e.tool, korvex::editor::t_pencil);
+    }
+
+    // Drawing, then Cancel: nothing changes and nothing is asked.
+    QTest::mouseClick(ed->tool_button(korvex::editor::t_fill), Qt::LeftButton);
+    e.curcol = 2;
+    QTest::mouseClick(c, Qt::LeftButton, Qt::NoModifier, at(c, 0, 0));
+    EXPECT_TRUE(e.eddirty);
+    const size_t questions = f.prompt.questions.size();
+    ed->cancel_clicked();
+    QApplication::processEvents();
+    EXPECT_EQ(f.w->icon_editor(), nullptr);
+    EXPECT_EQ(f.prompt.questions.size(), questions);
+    EXPECT_EQ(f.element_text(2, row), before);
+    EXPECT_FALSE(f.w->store().dirty);
+
+    // The close button asks first; "no" keeps the editor.
+    ed = f.open_cell(2, cell);
+    ASSERT_NE(ed, nullptr);
+    ed->session().eddirty = true;
+    f.prompt.script(Answer::no);
+    ed->close();
+    QApplication::processEvents();
+    EXPECT_EQ(f.prompt.questions.back(), "Exit without saving changes?");
+    EXPECT_EQ(f.w->icon_editor(), ed);
+    ed->cancel_clicked();
+}
+
+TEST(EditorWindow, PolygonDrawOrderAndTheSampleOnScreen) {
+    Fixture f;
+    ASSERT_TRUE(f.w->open_file(k_samples + "sample.typ"));
+    EditorWindow* ed = f.open_cell(0, 0);
+    ASSERT_NE(ed, nullptr);
+    // Polygons have no crop and no add colour.
+    EXPECT_FALSE(ed->tool_button(korvex::editor::t_crop_select)->isEnabled());
+    QTest::mouseClick(ed->apply_button(), Qt::LeftButton);
+    QApplication::processEvents();
+    EXPECT_EQ(f.w->icon_editor(), nullptr);
+    EXPECT_FALSE(f.w->store().dirty);  // nothing was changed
+
+    // A picture of the editor on a point, for a person to look at.
+    const QByteArray out = qgetenv("KORVEX_EDITOR_SCREENSHOT");
+    const QByteArray file = qgetenv("KORVEX_EDITOR_SCREENSHOT_FILE");
+    if (!out.isEmpty()) {
+        ASSERT_TRUE(f.w->open_file(file.isEmpty() ? k_samples + "sample.typ" : file.toStdString()));
+        ed = f.open_cell(2, qEnvironmentVariableIntValue("KORVEX_EDITOR_SCREENSHOT_CELL"));
+        ASSERT_NE(ed, nullptr);
+        ed->resize(1100, 720);
+        QApplication::processEvents();
+        EXPECT_TRUE(ed->grab().save(QString::fromUtf8(out)));
+        ed->cancel_clicked();
+    }
+}
+
+}  // namespace
