@@ -347,7 +347,7 @@ TEST(SessionSave, AFailedWriteOfAnyEntryLeavesTheProjectUnsavedAndCloseStillAsks
         const size_t asked = b.ui.questions.size();
         b.ui.script(Answer::cancel);
         EXPECT_FALSE(b.session.close_request());
-        EXPECT_EQ(b.ui.questions.size(), asked + 1);
+        ASSERT_EQ(b.ui.questions.size(), asked + 1);
         EXPECT_EQ(b.ui.questions.back(), "Save changes before exiting?");
         // Yes tries the save again; it fails again, so the window stays open.
         b.ui.script(Answer::yes);
