@@ -24,6 +24,7 @@
 #include "editor/palette_file.h"
 #include "editor/palette_map.h"
 #include "gui/canvas_widget.h"
+#include "gui/editor_filters.h"
 #include "gui/label_panel.h"
 #include "gui/palette_widget.h"
 #include "gui/qt_prompt.h"
@@ -75,6 +76,7 @@ EditorWindow::EditorWindow(model::Store& s, editor::EditorSession working_copy, 
     setWindowTitle(QString::fromStdString(editor_caption(e_)));
     setModal(true);
     build();
+    filters_ = new EditorFilters(*this);
     refresh_palette();
     if (!env_.palette_folder.empty()) editor::ensure_standard_palettes(env_.palette_folder);
     fill_chooser(editor::ChooserMode::c256, false);
@@ -459,6 +461,7 @@ void EditorWindow::choose_tool(int tool) {
 }
 
 void EditorWindow::undo() {
+    if (filters_->panel_open()) return;  // the panel's Cancel takes its colours back
     // A palette change is taken back first; a second Ctrl+Z brings it again.
     if (e_.lastpalok ? editor::load_lastpalette(e_) : editor::undo_step(e_)) refresh_after_edit();
 }
@@ -565,7 +568,9 @@ void EditorWindow::form_to_session() {
 
 bool EditorWindow::apply_clicked() {
     form_to_session();
-    outcome_ = editor::apply(s_, e_, ui_);
+    editor::ApplyForm form;
+    form.filter_panel_open = filters_->panel_open();
+    outcome_ = editor::apply(s_, e_, ui_, form);
     if (width_) {
         width_->setValue(e_.width_box);
         height_->setValue(e_.height_box);
