@@ -30,6 +30,7 @@
 #include "gui/palette_widget.h"
 #include "gui/qt_prompt.h"
 #include "gui/qt_text_raster.h"
+#include "gui/tile_preview.h"
 #include "platform/files.h"
 
 namespace korvex::gui {
@@ -79,6 +80,8 @@ EditorWindow::EditorWindow(model::Store& s, editor::EditorSession working_copy, 
     refresh_palette();
     if (!env_.palette_folder.empty()) editor::ensure_standard_palettes(env_.palette_folder);
     fill_chooser(editor::ChooserMode::c256, false);
+    // The keys of the picture work from the start, not those of a text box.
+    canvas_->setFocus(Qt::OtherFocusReason);
 }
 
 EditorWindow::~EditorWindow() = default;
@@ -171,6 +174,16 @@ void EditorWindow::build() {
     grid_ = new QCheckBox("Grid");
     grid_->setChecked(true);
     tools->addWidget(grid_);
+    auto* grid_colour = new QToolButton;
+    grid_colour->setText("Grid colour");
+    grid_colour->setToolTip("The colour of the grid lines");
+    connect(grid_colour, &QToolButton::clicked, this, [this] {
+        const int64_t c = env_.pick_colour(grid_colour_);
+        if (c < 0) return;
+        grid_colour_ = static_cast<uint32_t>(c);
+        canvas_->set_grid_colour(QColor(static_cast<int>(c & 0xFF), static_cast<int>((c >> 8) & 0xFF), static_cast<int>((c >> 16) & 0xFF)));
+    });
+    tools->addWidget(grid_colour);
     auto* zoom_in = new QToolButton;
     zoom_in->setText("Zoom +");
     auto* zoom_out = new QToolButton;
@@ -195,6 +208,8 @@ void EditorWindow::build() {
     status->addWidget(position_, 1);
     status->addWidget(level_);
     middle->addLayout(status);
+    preview_ = new TilePreview(e_);
+    middle->addWidget(preview_, 0, Qt::AlignHCenter);
     root->addLayout(middle, 1);
     connect(grid_, &QCheckBox::toggled, canvas_, &CanvasWidget::set_grid);
     connect(zoom_in, &QToolButton::clicked, this, [this] { canvas_->set_zoom(canvas_->zoom() + std::max(1, canvas_->zoom() / 4)); });
@@ -446,6 +461,12 @@ void EditorWindow::refresh_text_mask() {
 
 void EditorWindow::refresh_tool_buttons() {
     for (auto& [t, b] : tool_buttons_) b->setChecked(t == e_.tool);
+    // The pointer tells the tool: a hand picks, a frame tool sizes, the rest draw.
+    const int t = e_.tool;
+    canvas_->setCursor(t == editor::t_picker                                                     ? Qt::PointingHandCursor
+                       : t == editor::t_select || t == editor::t_crop_select || t == editor::t_crop_pending ? Qt::SizeFDiagCursor
+                       : t == editor::t_text                                                     ? Qt::IBeamCursor
+                                                                                                 : Qt::CrossCursor);
     text_panel_->setVisible(e_.tool == editor::t_text);
     const std::string hint = tools_.hint();
     if (!hint.empty()) position_->setText(QString::fromStdString(hint));
@@ -487,6 +508,7 @@ void EditorWindow::refresh_palette() {
 
 void EditorWindow::refresh_after_edit() {
     refresh_palette();
+    preview_->refresh();
     canvas_->picture_changed();
     if (width_ && !width_->hasFocus()) width_->setValue(e_.width);
     if (height_ && !height_->hasFocus()) height_->setValue(e_.height);

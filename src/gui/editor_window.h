@@ -32,6 +32,7 @@ namespace korvex::gui {
 class CanvasWidget;
 class LabelPanel;
 class PaletteWidget;
+class TilePreview;
 
 // What the editor needs of the program around it.
 struct EditorEnvironment {
@@ -104,6 +105,7 @@ private:
     editor::ChooserMode chooser_mode_ = editor::ChooserMode::c256;
     std::string chooser_text_;  // the chooser's palette file text
     bool closing_by_cancel_ = false;
+    uint32_t grid_colour_ = 0xC0C0C0;
 
     CanvasWidget* canvas_ = nullptr;
     QScrollArea* scroll_ = nullptr;
@@ -133,6 +135,7 @@ private:
     QCheckBox* magenta_ = nullptr;
     QLabel* position_ = nullptr;
     QLabel* level_ = nullptr;
+    TilePreview* preview_ = nullptr;
     QPushButton* apply_ = nullptr;
     std::vector<std::pair<int, QToolButton*>> tool_buttons_;
 };

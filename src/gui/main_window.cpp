@@ -730,12 +730,15 @@ bool MainWindow::open_icon_editor(const std::vector<int32_t>& rows) {
     env.magenta = &settings_.magenta_transparency;
     icon_editor_ = new EditorWindow(s_, editor::open_element(s_, r), *prompt_, env, this);
     icon_editor_->setAttribute(Qt::WA_DeleteOnClose);
+    // The editor opens where and as large as it was last closed.
+    if (!editor_geometry_.isEmpty()) icon_editor_->restoreGeometry(editor_geometry_);
     connect(icon_editor_, &QDialog::finished, this, [this](int result) { editor_closed(result); });
     icon_editor_->open();
     return true;
 }
 
 void MainWindow::editor_closed(int result) {
+    if (icon_editor_) editor_geometry_ = icon_editor_->saveGeometry();
     if (!icon_editor_ || result != QDialog::Accepted) return;
     const editor::ApplyOutcome& out = icon_editor_->outcome();
     const int cls = icon_editor_->session().store_class();
