@@ -6,6 +6,7 @@
 #include <QFontComboBox>
 #include <QSignalBlocker>
 #include <QFormLayout>
+#include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -296,7 +297,7 @@ void EditorWindow::build() {
     palette_->setObjectName("palette");
     palette_->setToolTip("Double Click to change Color ");
     pal->addWidget(palette_);
-    auto* pal_buttons = new QHBoxLayout;
+    auto* pal_buttons = new QGridLayout;
     auto* add = new QPushButton("Add 1 Color");
     auto* del = new QPushButton("Delete");
     auto* trim = new QPushButton("Trim");
@@ -307,11 +308,11 @@ void EditorWindow::build() {
     });
     auto* transp = new QPushButton("Transparent");
     transp->setToolTip("Make the first colour's entry the transparent one");
-    pal_buttons->addWidget(add);
-    pal_buttons->addWidget(del);
-    pal_buttons->addWidget(trim);
-    pal_buttons->addWidget(transp);
-    pal_buttons->addWidget(clear);
+    pal_buttons->addWidget(add, 0, 0);
+    pal_buttons->addWidget(del, 0, 1);
+    pal_buttons->addWidget(trim, 0, 2);
+    pal_buttons->addWidget(transp, 1, 0);
+    pal_buttons->addWidget(clear, 1, 1);
     pal->addLayout(pal_buttons);
     magenta_ = new QCheckBox("Transparent Colour Magenta");
     magenta_->setChecked(e_.transparentcolour == editor::k_transparent_magenta);

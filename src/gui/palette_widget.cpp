@@ -23,8 +23,14 @@ PaletteWidget::PaletteWidget(QWidget* parent, int cell) : QWidget(parent), cell_
 void PaletteWidget::set_colours(const std::vector<uint32_t>& colours, int64_t marker) {
     colours_ = colours;
     marker_ = marker;
+    setMinimumHeight(heightForWidth(width()));
     updateGeometry();
     update();
+}
+
+void PaletteWidget::resizeEvent(QResizeEvent*) {
+    // Every cell shows: the rows the width leaves are the height needed.
+    setMinimumHeight(heightForWidth(width()));
 }
 
 void PaletteWidget::set_marks(int primary, int secondary) {
