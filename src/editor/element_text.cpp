@@ -78,9 +78,17 @@ int xpm_line(const std::vector<std::string>& lines) { return find_key(lines, {"x
 
 int picture_end(const std::vector<std::string>& lines, int xpm) {
     if (xpm < 0) return -1;
-    int i = xpm + 1;
-    while (i < static_cast<int>(lines.size()) && !lines[static_cast<size_t>(i)].empty() && lines[static_cast<size_t>(i)][0] == '"') ++i;
-    return i;
+    // Comment lines may stand among the colour lines and rows (a decoded
+    // file notes the picture's size there): the block runs to its last quoted line.
+    int end = xpm + 1;
+    for (int i = xpm + 1; i < static_cast<int>(lines.size()); ++i) {
+        const std::string& l = lines[static_cast<size_t>(i)];
+        if (!l.empty() && l[0] == '"')
+            end = i + 1;
+        else if (l.empty() || l[0] != ';')
+            break;
+    }
+    return end;
 }
 
 std::string changecode(const std::string& column, const std::string& key, const std::string& newline) {
@@ -136,6 +144,9 @@ std::vector<std::string> picture_lines(const EditorSession& e, const std::string
         }
         return out;
     }
+    // A point of one colour is written as two: "$" white and unused, the
+    // pixels "%" in the colour.
+    const bool one_colour = point && e.ncols() == 1;
     if (point) {
         const int cpp = e.ncols() >= model::cpp_limit ? 2 : 1;
         const bool none = e.palette.first_transparent(e.transparentcolour) != 0;
@@ -158,7 +169,7 @@ std::vector<std::string> picture_lines(const EditorSession& e, const std::string
                 tail.replace(m + 10, e2 - m - 10, std::to_string(mode));
             }
         }
-        head = key + "\"" + std::to_string(e.width) + " " + std::to_string(e.height) + " " + std::to_string(n) + " " +
+        head = key + "\"" + std::to_string(e.width) + " " + std::to_string(e.height) + " " + std::to_string(one_colour ? 2 : n) + " " +
                std::to_string(cpp) + "\"" + tail;
     } else if (e.solid || e.width == 0) {
         head = key + "\"0 0 " + std::to_string(n) + " 0\"";
@@ -166,10 +177,15 @@ std::vector<std::string> picture_lines(const EditorSession& e, const std::string
         head = key + "\"32 " + std::to_string(e.height) + " " + std::to_string(n) + " 1\"";
     }
     std::vector<std::string> out{head};
-    const std::vector<std::string> colours = colour_block(e);
+    std::vector<std::string> colours = colour_block(e);
+    std::string rows = point || !(e.solid || e.width == 0) ? pixel_rows(e) : std::string();
+    if (one_colour && !colours.empty()) {
+        colours[0][1] = '%';
+        colours.insert(colours.begin(), "\"$ c #FFFFFF\"");
+        std::replace(rows.begin(), rows.end(), '$', '%');
+    }
     out.insert(out.end(), colours.begin(), colours.end());
-    if (point || !(e.solid || e.width == 0)) {
-        const std::string rows = pixel_rows(e);
+    if (!rows.empty()) {
         size_t p = 0;
         while (p < rows.size()) {
             const size_t end = rows.find("\r\n", p);

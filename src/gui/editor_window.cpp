@@ -2,11 +2,11 @@
 
 #include <QCheckBox>
 #include <QCloseEvent>
-#include <QColorDialog>
 #include <QComboBox>
 #include <QFontComboBox>
 #include <QSignalBlocker>
 #include <QFormLayout>
+#include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -20,15 +20,19 @@
 #include <QVBoxLayout>
 
 #include "editor/canvas.h"
+#include "editor/label_panel.h"
 #include "editor/palette_edit.h"
 #include "editor/palette_file.h"
 #include "editor/palette_map.h"
+#include "gui/canvas_dialog.h"
 #include "gui/canvas_widget.h"
+#include "gui/colour_dialog.h"
 #include "gui/editor_filters.h"
 #include "gui/label_panel.h"
 #include "gui/palette_widget.h"
 #include "gui/qt_prompt.h"
 #include "gui/qt_text_raster.h"
+#include "gui/tile_preview.h"
 #include "platform/files.h"
 
 namespace korvex::gui {
@@ -37,8 +41,6 @@ namespace {
 
 const char* k_palette_filter = "Palette files (*.tpal)";
 
-QColor qcolour(uint32_t c) { return QColor(static_cast<int>(c & 0xFF), static_cast<int>((c >> 8) & 0xFF), static_cast<int>((c >> 16) & 0xFF)); }
-uint32_t from_q(const QColor& c) { return editor::rgb(static_cast<uint32_t>(c.red()), static_cast<uint32_t>(c.green()), static_cast<uint32_t>(c.blue())); }
 
 struct ToolDef {
     int tool;
@@ -75,11 +77,14 @@ EditorWindow::EditorWindow(model::Store& s, editor::EditorSession working_copy, 
     setObjectName("IconEditor");
     setWindowTitle(QString::fromStdString(editor_caption(e_)));
     setModal(true);
+    if (!env_.pick_colour) env_.pick_colour = [this](uint32_t c) { return cmcolor(c, ui_, this); };
     build();
     filters_ = new EditorFilters(*this);
     refresh_palette();
     if (!env_.palette_folder.empty()) editor::ensure_standard_palettes(env_.palette_folder);
     fill_chooser(editor::ChooserMode::c256, false);
+    // The keys of the picture work from the start, not those of a text box.
+    canvas_->setFocus(Qt::OtherFocusReason);
 }
 
 EditorWindow::~EditorWindow() = default;
@@ -172,6 +177,16 @@ void EditorWindow::build() {
     grid_ = new QCheckBox("Grid");
     grid_->setChecked(true);
     tools->addWidget(grid_);
+    auto* grid_colour = new QToolButton;
+    grid_colour->setText("Grid colour");
+    grid_colour->setToolTip("The colour of the grid lines");
+    connect(grid_colour, &QToolButton::clicked, this, [this] {
+        const int64_t c = env_.pick_colour(grid_colour_);
+        if (c < 0) return;
+        grid_colour_ = static_cast<uint32_t>(c);
+        canvas_->set_grid_colour(QColor(static_cast<int>(c & 0xFF), static_cast<int>((c >> 8) & 0xFF), static_cast<int>((c >> 16) & 0xFF)));
+    });
+    tools->addWidget(grid_colour);
     auto* zoom_in = new QToolButton;
     zoom_in->setText("Zoom +");
     auto* zoom_out = new QToolButton;
@@ -196,6 +211,8 @@ void EditorWindow::build() {
     status->addWidget(position_, 1);
     status->addWidget(level_);
     middle->addLayout(status);
+    preview_ = new TilePreview(e_);
+    middle->addWidget(preview_, 0, Qt::AlignHCenter);
     root->addLayout(middle, 1);
     connect(grid_, &QCheckBox::toggled, canvas_, &CanvasWidget::set_grid);
     connect(zoom_in, &QToolButton::clicked, this, [this] { canvas_->set_zoom(canvas_->zoom() + std::max(1, canvas_->zoom() / 4)); });
@@ -264,6 +281,13 @@ void EditorWindow::build() {
         size->addWidget(width_);
         size->addWidget(new QLabel("x"));
         size->addWidget(height_);
+        if (!e_.truecolour) {
+            auto* canvas = new QPushButton("Canvas...");
+            canvas->setObjectName("add_canvas");
+            canvas->setToolTip("Add a transparent margin, or double the width or height");
+            connect(canvas, &QPushButton::clicked, this, [this] { add_canvas(ask_canvas(this)); });
+            size->addWidget(canvas);
+        }
         form->addRow("Size", size);
         if (e_.truecolour) form->addRow(new QLabel("True colour icon"));
     }
@@ -275,7 +299,7 @@ void EditorWindow::build() {
     palette_->setObjectName("palette");
     palette_->setToolTip("Double Click to change Color ");
     pal->addWidget(palette_);
-    auto* pal_buttons = new QHBoxLayout;
+    auto* pal_buttons = new QGridLayout;
     auto* add = new QPushButton("Add 1 Color");
     auto* del = new QPushButton("Delete");
     auto* trim = new QPushButton("Trim");
@@ -286,12 +310,16 @@ void EditorWindow::build() {
     });
     auto* transp = new QPushButton("Transparent");
     transp->setToolTip("Make the first colour's entry the transparent one");
-    pal_buttons->addWidget(add);
-    pal_buttons->addWidget(del);
-    pal_buttons->addWidget(trim);
-    pal_buttons->addWidget(transp);
-    pal_buttons->addWidget(clear);
+    pal_buttons->addWidget(add, 0, 0);
+    pal_buttons->addWidget(del, 0, 1);
+    pal_buttons->addWidget(trim, 0, 2);
+    pal_buttons->addWidget(transp, 1, 0);
+    pal_buttons->addWidget(clear, 1, 1);
     pal->addLayout(pal_buttons);
+    magenta_ = new QCheckBox("Transparent Colour Magenta");
+    magenta_->setChecked(e_.transparentcolour == editor::k_transparent_magenta);
+    pal->addWidget(magenta_);
+    connect(magenta_, &QCheckBox::toggled, this, [this](bool on) { set_magenta(on); });
     const bool palette_edits = !e_.truecolour;
     add->setEnabled(palette_edits && !e_.fn013() && !e_.is_group());
     del->setEnabled(palette_edits && !e_.fn013() && !e_.is_group());
@@ -370,6 +398,7 @@ void EditorWindow::build() {
     auto* label_box = new QGroupBox("Labels");
     auto* lb = new QVBoxLayout(label_box);
     labels_ = new LabelPanel(e_, ui_, s_.codepage);
+    labels_->set_colour_picker(env_.pick_colour);
     lb->addWidget(labels_);
     side->addWidget(label_box);
     side->addStretch(1);
@@ -435,6 +464,12 @@ void EditorWindow::refresh_text_mask() {
 
 void EditorWindow::refresh_tool_buttons() {
     for (auto& [t, b] : tool_buttons_) b->setChecked(t == e_.tool);
+    // The pointer tells the tool: a hand picks, a frame tool sizes, the rest draw.
+    const int t = e_.tool;
+    canvas_->setCursor(t == editor::t_picker                                                     ? Qt::PointingHandCursor
+                       : t == editor::t_select || t == editor::t_crop_select || t == editor::t_crop_pending ? Qt::SizeFDiagCursor
+                       : t == editor::t_text                                                     ? Qt::IBeamCursor
+                                                                                                 : Qt::CrossCursor);
     text_panel_->setVisible(e_.tool == editor::t_text);
     const std::string hint = tools_.hint();
     if (!hint.empty()) position_->setText(QString::fromStdString(hint));
@@ -477,6 +512,7 @@ void EditorWindow::refresh_palette() {
 
 void EditorWindow::refresh_after_edit() {
     refresh_palette();
+    preview_->refresh();
     canvas_->picture_changed();
     if (width_ && !width_->hasFocus()) width_->setValue(e_.width);
     if (height_ && !height_->hasFocus()) height_->setValue(e_.height);
@@ -529,16 +565,33 @@ void EditorWindow::fill_chooser(editor::ChooserMode mode, bool ask) {
     chooser_->set_colours(editor::parse_tpal(chooser_text_));
 }
 
+void EditorWindow::set_magenta(bool on) {
+    editor::switch_transparent_marker(e_, on ? editor::k_transparent_magenta : editor::k_transparent_grey);
+    if (env_.magenta) *env_.magenta = on;
+    if (magenta_->isChecked() != on) {
+        const QSignalBlocker block(magenta_);
+        magenta_->setChecked(on);
+    }
+    refresh_after_edit();
+}
+
+bool EditorWindow::add_canvas(const std::string& answer) {
+    if (answer.empty() || !editor::add_canvas(e_, answer, ui_)) return false;
+    canvas_->set_zoom(canvas_->zoom());
+    refresh_after_edit();
+    return true;
+}
+
 void EditorWindow::apply_chooser() {
     if (editor::apply_palette(e_, chooser_text_, tools_.has_frame(), ui_)) refresh_after_edit();
 }
 
 void EditorWindow::edit_colour(int entry) {
     if (!e_.palette.valid(entry)) return;
-    const QColor picked = QColorDialog::getColor(qcolour(e_.palette.colour(entry)), this, "Colour");
-    if (!picked.isValid()) return;
+    const int64_t picked = env_.pick_colour(e_.palette.colour(entry));
+    if (picked < 0) return;
     editor::save_curpalette(e_);
-    e_.palette.set(entry, from_q(picked));
+    e_.palette.set(entry, static_cast<uint32_t>(picked));
     e_.changes1 |= editor::ch_colour;
     e_.eddirty = true;
     editor::painticon(e_);

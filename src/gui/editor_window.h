@@ -5,6 +5,7 @@
 #pragma once
 
 #include <QDialog>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -32,6 +33,7 @@ class CanvasWidget;
 class EditorFilters;
 class LabelPanel;
 class PaletteWidget;
+class TilePreview;
 
 // What the editor needs of the program around it.
 struct EditorEnvironment {
@@ -39,6 +41,11 @@ struct EditorEnvironment {
     std::string* custom_palette = nullptr;  // the last custom palette's path, kept for the session
     uint32_t default_colour1 = 0xFFFFFF, default_colour2 = 0;  // of new entries
     platform::FileDialog* dialogs = nullptr;
+    // The "Transparent Colour Magenta" setting, which the editor's tick
+    // changes too; null keeps the choice to the editor.
+    bool* magenta = nullptr;
+    // The colour dialog: the colour picked, -1 for cancel (cmcolor when empty).
+    std::function<int64_t(uint32_t)> pick_colour;
 };
 
 class EditorWindow : public QDialog {
@@ -69,6 +76,11 @@ public:
     bool apply_clicked();
     void cancel_clicked();
     void apply_chooser();
+    // The "Transparent Colour Magenta" tick: magenta or light grey marks transparency.
+    void set_magenta(bool on);
+    // The add-canvas dialog's answer ("M" and a margin, or a side letter).
+    bool add_canvas(const std::string& answer);
+    QCheckBox* magenta_tick() const { return magenta_; }
 
 protected:
     void keyPressEvent(QKeyEvent* ev) override;
@@ -96,6 +108,7 @@ private:
     editor::ChooserMode chooser_mode_ = editor::ChooserMode::c256;
     std::string chooser_text_;  // the chooser's palette file text
     bool closing_by_cancel_ = false;
+    uint32_t grid_colour_ = 0xC0C0C0;
 
     CanvasWidget* canvas_ = nullptr;
     QScrollArea* scroll_ = nullptr;
@@ -122,8 +135,10 @@ private:
     QSpinBox* repeat_x_ = nullptr;
     QSpinBox* repeat_y_ = nullptr;
     QCheckBox* grid_ = nullptr;
+    QCheckBox* magenta_ = nullptr;
     QLabel* position_ = nullptr;
     QLabel* level_ = nullptr;
+    TilePreview* preview_ = nullptr;
     QPushButton* apply_ = nullptr;
     std::vector<std::pair<int, QToolButton*>> tool_buttons_;
     EditorFilters* filters_ = nullptr;

@@ -718,7 +718,7 @@ bool MainWindow::open_icon_editor(const std::vector<int32_t>& rows) {
     r.curclass = browser_.cls();
     r.row = rows.front();
     if (rows.size() > 1) r.group = rows;
-    r.transparentcolour = editor::k_transparent_magenta;
+    r.transparentcolour = settings_.magenta_transparency ? editor::k_transparent_magenta : editor::k_transparent_grey;
     if (browser_.cell_of_row(r.row) >= 0 && r.row != browser_.current_row()) browser_.set_current(browser_.cell_of_row(r.row));
     fill_panel_for_current();
     EditorEnvironment env;
@@ -727,14 +727,18 @@ bool MainWindow::open_icon_editor(const std::vector<int32_t>& rows) {
     env.default_colour1 = static_cast<uint32_t>(settings_.icon_colour1) & 0xFFFFFF;
     env.default_colour2 = static_cast<uint32_t>(settings_.icon_colour2) & 0xFFFFFF;
     env.dialogs = services_.dialogs;
+    env.magenta = &settings_.magenta_transparency;
     icon_editor_ = new EditorWindow(s_, editor::open_element(s_, r), *prompt_, env, this);
     icon_editor_->setAttribute(Qt::WA_DeleteOnClose);
+    // The editor opens where and as large as it was last closed.
+    if (!editor_geometry_.isEmpty()) icon_editor_->restoreGeometry(editor_geometry_);
     connect(icon_editor_, &QDialog::finished, this, [this](int result) { editor_closed(result); });
     icon_editor_->open();
     return true;
 }
 
 void MainWindow::editor_closed(int result) {
+    if (icon_editor_) editor_geometry_ = icon_editor_->saveGeometry();
     if (!icon_editor_ || result != QDialog::Accepted) return;
     const editor::ApplyOutcome& out = icon_editor_->outcome();
     const int cls = icon_editor_->session().store_class();
