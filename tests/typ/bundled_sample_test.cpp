@@ -9,6 +9,7 @@
 
 #include "support/harness.h"
 #include "text/load_driver.h"
+#include "text/panel_apply.h"
 #include "typ/header.h"
 
 using namespace korvex;
@@ -44,6 +45,40 @@ TEST(BundledSample, TheTextLoadsWithoutAWordAndTheTypIsWhatItEncodesTo) {
         ADD_FAILURE() << "data/samples/sample.typ is not what sample.txt encodes to; run make samples\n"
                       << first_difference(text_of(a, ui), text_of(b, ui));
     }
+}
+
+// Each hand-drawn section passes the check of an edit in the code panel:
+// pictures as wide and high as their heads say, colours as many, symbols known.
+TEST(BundledSample, EverySectionPassesThePanelCheck) {
+    platform::ScriptedPrompt ui;
+    model::Store s;
+    model::newproject(s);
+    const std::string text = read_bytes(k_text);
+    ASSERT_TRUE(text::load_txt(s, ui, k_text, text, false, true));
+    std::vector<std::string> sections;
+    for (size_t at = text.find("\r\n[_"); at != std::string::npos; at = text.find("\r\n[_", at + 2)) {
+        const size_t end = text.find("[end]", at);
+        const std::string section = text.substr(at + 2, end + 5 - at - 2);
+        if (section.rfind("[_id]", 0) != 0 && section.rfind("[_drawOrder]", 0) != 0) sections.push_back(section);
+    }
+    ASSERT_EQ(sections.size(), static_cast<size_t>(s.pg_n + s.ln_n + s.ln_nact + s.pt_n + s.pt_nx));
+    size_t k = 0;
+    auto check = [&](int cls, int32_t row, int32_t count) {
+        for (int32_t n = 0; n < count; ++n, ++k) {
+            const bool night = cls >= model::k_points && sections[k].find("NightXpm") != std::string::npos;
+            for (bool part : {false, night}) {
+                const text::PanelApply r = text::parsetext(s, ui, sections[k], cls, row + n, part);
+                EXPECT_TRUE(r.ok) << r.caption << "\n" << sections[k];
+                if (!part) break;
+            }
+        }
+    };
+    check(model::k_polygons, 0, s.pg_n);
+    check(model::k_lines, 0, s.ln_n);
+    check(model::k_points, 0, s.pt_n);
+    check(model::k_active_lines, s.ln_n, s.ln_nact);
+    check(model::k_extra_points, s.pt_n, s.pt_nx);
+    EXPECT_TRUE(ui.messages.empty()) << ui.messages.front();
 }
 
 TEST(BundledSample, HasEverySchemeColourModeAndKindOfElement) {
