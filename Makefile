@@ -44,7 +44,7 @@ fuzz:
 	@scripts/install-deps fuzz
 	FUZZ_SECONDS=$(FUZZ_SECONDS) JOBS=$(JOBS) scripts/fuzz
 
-# Rebuilds the bundled sample from its description in bench/support.
+# Builds the bundled sample's TYP from its hand-drawn text, data/samples/sample.txt.
 samples: build
 	$(BUILD)/korvex-make-samples data/samples
 

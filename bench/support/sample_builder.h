@@ -1,6 +1,6 @@
 // Builds element tables from a short description, in the column forms the
 // decoder and the text readers produce, so that the encoder can turn them
-// into a TYP file: the bundled sample and the large benchmark file.
+// into a TYP file: the large benchmark file, and the tests' file of every form.
 #pragma once
 
 #include <cstdint>
@@ -68,12 +68,6 @@ void add_level(model::Store& s, int type, int subtype, int level);
 // Empties the store for a new file of code page 1252 with the family id and a
 // zero-filled header of hdr_len bytes, as the encoder expects it.
 void new_project(model::Store& s, const std::string& fid, int hdr_len);
-
-// The bundled sample: every polygon scheme, line schemes with and without
-// bitmap, points in the three colour modes with and without night pictures
-// and with 1 to 200 colours, labels in two languages, fonts and custom
-// colours, several levels, one extra point and one active line.
-void build_sample(model::Store& s);
 
 // A large file for the benchmarks: about target_bytes when encoded.
 void build_large(model::Store& s, int64_t target_bytes);

@@ -77,12 +77,12 @@ TEST(MainWindow, OpensTheSamplesWithOneCellAnElementOfEachClass) {
     for (const char* name : {"sample.typ", "sample.txt"}) {
         SCOPED_TRACE(name);
         ASSERT_TRUE(f.w->open_file(k_samples + name));
-        const int expected[5] = {8, 9, 19, 1, 1};
+        const int expected[5] = {13, 12, 20, 1, 1};
         for (int cls = 0; cls < 5; ++cls) {
             f.w->show_class(cls);
             EXPECT_EQ(f.cells(), expected[cls]) << "class " << cls;
         }
-        EXPECT_EQ(f.w->class_button_text(2).toStdString(), "Points (19)");
+        EXPECT_EQ(f.w->class_button_text(2).toStdString(), "Points (20)");
         EXPECT_EQ(f.w->status_label()->text().toStdString(), "Text Codepage 1252");
     }
     // The window shows and keeps the file it opened.
@@ -126,7 +126,7 @@ TEST(MainWindow, ClicksBuildTheSelectionListsInBothDirections) {
 
     QTest::keyClick(f.w->grid(), Qt::Key_A, Qt::ControlModifier);
     std::string all = ",";
-    for (int c = 0; c < 19; ++c) all += std::to_string(c) + ",";
+    for (int c = 0; c < 20; ++c) all += std::to_string(c) + ",";
     EXPECT_EQ(b.sel1(), all);
     EXPECT_TRUE(b.multi());
 
@@ -247,14 +247,14 @@ TEST(MainWindow, ALanguageFileRewordsMenusButtonsAndMessages) {
     ASSERT_NE(deutsch, nullptr);
     deutsch->trigger();
     EXPECT_EQ(top_menu(*f.w, 0)->title().toStdString(), "Datei");
-    EXPECT_EQ(f.w->class_button_text(2).toStdString(), "Punkte (19)");
+    EXPECT_EQ(f.w->class_button_text(2).toStdString(), "Punkte (20)");
     EXPECT_EQ(f.w->action("Save")->text().toStdString(), "TYP speichern");
     EXPECT_EQ(f.w->action("Hide Code Panel")->text().toStdString(), "Code-Feld ausblenden");
     EXPECT_NE(f.w->settings().language_file.find("deutsch.lan"), std::string::npos);
 
     language->actions().at(0)->trigger();  // English
     EXPECT_EQ(top_menu(*f.w, 0)->title().toStdString(), "File");
-    EXPECT_EQ(f.w->class_button_text(2).toStdString(), "Points (19)");
+    EXPECT_EQ(f.w->class_button_text(2).toStdString(), "Points (20)");
     EXPECT_EQ(f.w->settings().language_file, "");
 }
 

@@ -127,20 +127,20 @@ void grab(QWidget* widget, const char* name) {
 
 TEST(DrawOrderWindow, ThePolygonsButtonSwitchesToTheLayersAndBack) {
     Fixture f;
-    EXPECT_EQ(f.w->store().drwlist, " 0001,1 0002,1 0003,2 0004,2 0005,3 0006,3 0007,4 10F03,4");
+    EXPECT_EQ(f.w->store().drwlist, " 0001,1 000C,1 0017,2 001A,2 004E,2 004F,2 0050,2 003C,3 0051,3 10F03,3 0005,4 0013,4 0014,5");
     f.right_click_polygons_button();
     auto& b = f.w->browser();
     ASSERT_TRUE(b.layer_view());
     EXPECT_TRUE(f.w->draworder_view()->isVisible());
     EXPECT_FALSE(f.w->grid()->isVisible());
-    EXPECT_EQ(b.layers().layers.size(), 4u);
+    EXPECT_EQ(b.layers().layers.size(), 5u);
     EXPECT_EQ(f.menus().show_draworders_action()->text().toStdString(), "Show Polygons");
     EXPECT_EQ(b.geometry().L, 400);
     // The cells of each layer start a row of the view.
     const int cols = b.layers().columns;
     for (const auto& layer : b.layers().layers) EXPECT_EQ(layer.cell % cols, 0);
     f.click_layer(b.layers().layers[1].cell);
-    EXPECT_EQ(b.current_row(), 2);
+    EXPECT_EQ(b.current_row(), 5);  // the park, first of level 2
     EXPECT_FALSE(f.w->code_panel()->toPlainText().isEmpty());
     grab(f.w.get(), "draworder-view.png");
 
@@ -161,29 +161,35 @@ TEST(DrawOrderWindow, SetLevelAndInsertLayerFromTheMenusAreSaved) {
     f.menus().show_draworders();
     auto& b = f.w->browser();
     ASSERT_TRUE(b.layer_view());
-    // Polygon 0x01 (first cell) and 0x10f03 by Ctrl, then level 3 from the Draworder menu.
+    // Polygon 0x01 (first cell) and 0x10f03 (third of level 3) by Ctrl, then
+    // level 4 from the Draworder menu.
     f.click_layer(0);
-    const int glacier = b.layers().layers[3].cell + 1;
-    f.click_layer(glacier, Qt::ControlModifier);
+    const int scree = b.layers().layers[2].cell + 2;
+    ASSERT_EQ(b.row_of(scree), 12);
+    f.click_layer(scree, Qt::ControlModifier);
     f.click_layer(0, Qt::ControlModifier);
-    EXPECT_EQ(b.sel1(), "," + std::to_string(glacier) + ",0,");
+    EXPECT_EQ(b.sel1(), "," + std::to_string(scree) + ",0,");
     QMenu* levels = Fixture::entry(f.menu("Draworder"), "Set Draworders to Same Level")->menu();
     emit levels->aboutToShow();
-    ASSERT_NE(Fixture::entry(levels, "3"), nullptr);
-    Fixture::entry(levels, "3")->trigger();
+    ASSERT_NE(Fixture::entry(levels, "4"), nullptr);
+    Fixture::entry(levels, "4")->trigger();
     EXPECT_EQ(b.sel1(), "");  // the cells moved: the selection is gone
-    EXPECT_EQ(f.w->store().drwlist, " 0002,1 0003,2 0004,2 0001,3 0005,3 0006,3 10F03,3 0007,4");
+    // Ties keep the order they had in the list; the saved file sorts them by type.
+    EXPECT_EQ(f.w->store().drwlist,
+              " 000C,1 0017,2 001A,2 004E,2 004F,2 0050,2 003C,3 0051,3 0001,4 10F03,4 0005,4 0013,4 0014,5");
     EXPECT_TRUE(f.w->windowTitle().endsWith("+"));
 
-    // The view's menu: a lower layer under layer 3 for the selected 0x07.
-    const int danger = b.cell_count() - 1;
-    ASSERT_EQ(b.row_of(danger), 6);
-    f.click_layer(danger);
+    // The view's menu: a lower layer under layer 3 for the selected 0x14.
+    const int reserve = b.cell_count() - 1;
+    ASSERT_EQ(b.row_of(reserve), 4);
+    f.click_layer(reserve);
     QMenu context;
     f.menus().fill_layer_menu(context, b.layers().layers[2].cell);
     Fixture::entry(&context, "Insert Lower Layer")->trigger();
-    EXPECT_EQ(f.w->store().drwlist, " 0002,1 0003,2 0004,2 0007,3 0001,4 0005,4 0006,4 10F03,4");
-    EXPECT_EQ(f.saved_drwlist(), " 0002,1 0003,2 0004,2 0007,3 0001,4 0005,4 0006,4 10F03,4");
+    EXPECT_EQ(f.w->store().drwlist,
+              " 000C,1 0017,2 001A,2 004E,2 004F,2 0050,2 0014,3 003C,4 0051,4 0001,5 10F03,5 0005,5 0013,5");
+    EXPECT_EQ(f.saved_drwlist(),
+              " 000C,1 0017,2 001A,2 004E,2 004F,2 0050,2 0014,3 003C,4 0051,4 0001,5 0005,5 0013,5 10F03,5");
 }
 
 TEST(DrawOrderWindow, TheDialogsAddGiveAndRemoveEntries) {
@@ -193,7 +199,7 @@ TEST(DrawOrderWindow, TheDialogsAddGiveAndRemoveEntries) {
 
     // Add Separate Draworder: a refusal keeps the dialog open, a good entry closes it.
     f.next_dialog<korvex::gui::EdpolDialog>([&](korvex::gui::EdpolDialog& d) {
-        d.type_field()->setText("50");
+        d.type_field()->setText("53");
         d.level_field()->setCurrentText("0");
         d.accept();
         EXPECT_TRUE(d.isVisible());
@@ -202,19 +208,19 @@ TEST(DrawOrderWindow, TheDialogsAddGiveAndRemoveEntries) {
         d.accept();
     });
     Fixture::entry(f.menu("Draworder"), "Add Separate Draworder")->trigger();
-    EXPECT_NE(f.w->store().drwlist.find(" 0050,2"), std::string::npos);
-    // Its cell is a placeholder of the view.
+    EXPECT_NE(f.w->store().drwlist.find(" 0053,2"), std::string::npos);
+    // Its cell is a placeholder of the view: the sample has no polygon 0x53.
     bool placeholder = false;
-    for (const auto& c : b.layers().cells) placeholder = placeholder || (c.code == "0050" && c.kind == korvex::workbench::LayerCellKind::placeholder);
+    for (const auto& c : b.layers().cells) placeholder = placeholder || (c.code == "0053" && c.kind == korvex::workbench::LayerCellKind::placeholder);
     EXPECT_TRUE(placeholder);
     grab(f.w->draworder_view(), "draworder-placeholder.png");
 
     // A double click on the placeholder edits its entry in place.
     int cell = -1;
     for (size_t k = 0; k < b.layers().cells.size(); ++k)
-        if (b.layers().cells[k].code == "0050") cell = static_cast<int>(k);
+        if (b.layers().cells[k].code == "0053") cell = static_cast<int>(k);
     f.next_dialog<korvex::gui::EdpolDialog>([](korvex::gui::EdpolDialog& d) {
-        EXPECT_EQ(d.type_field()->text().toStdString(), "50");
+        EXPECT_EQ(d.type_field()->text().toStdString(), "53");
         EXPECT_EQ(d.level_field()->currentText().toStdString(), "2");
         d.level_field()->setCurrentText("3");
         d.accept();
@@ -222,8 +228,8 @@ TEST(DrawOrderWindow, TheDialogsAddGiveAndRemoveEntries) {
     f.w->draworder_view()->show_cell(cell);
     QTest::mouseDClick(f.w->draworder_view()->viewport(), Qt::LeftButton, Qt::NoModifier,
                        f.w->draworder_view()->cell_rect(cell).center());
-    EXPECT_EQ(f.w->store().drwlist.find("0050,2"), std::string::npos);
-    EXPECT_NE(f.w->store().drwlist.find(" 0050,3"), std::string::npos);
+    EXPECT_EQ(f.w->store().drwlist.find("0053,2"), std::string::npos);
+    EXPECT_NE(f.w->store().drwlist.find(" 0053,3"), std::string::npos);
 
     // Give Selected Polygons Draworder, a new level for each.
     f.click_layer(0);
@@ -234,16 +240,16 @@ TEST(DrawOrderWindow, TheDialogsAddGiveAndRemoveEntries) {
         d.accept();
     });
     Fixture::entry(f.menu("Draworder"), "Give Selected Polygons Draworder")->trigger();
-    EXPECT_NE(f.w->store().drwlist.find(" 0001,7 0002,8"), std::string::npos);
+    EXPECT_NE(f.w->store().drwlist.find(" 0001,7 000C,8"), std::string::npos);
 
     // Show/Remove Extra Draworders lists the placeholder; OK removes it.
     f.next_dialog<korvex::gui::RedundDialog>([](korvex::gui::RedundDialog& d) {
         ASSERT_EQ(d.list()->count(), 1);
-        EXPECT_EQ(d.list()->item(0)->text().toStdString(), "0050 (d3)");
+        EXPECT_EQ(d.list()->item(0)->text().toStdString(), "0053 (d3)");
         d.accept();
     });
     Fixture::entry(f.menu("Draworder"), "Show/Remove Extra Draworders")->trigger();
-    EXPECT_EQ(f.w->store().drwlist.find("0050"), std::string::npos);
+    EXPECT_EQ(f.w->store().drwlist.find("0053"), std::string::npos);
 
     // Delete in the view takes the selected entry out of the draw order.
     f.click_layer(0);
@@ -264,7 +270,7 @@ TEST(FontsWindow, TheMenuRunsBothFormsTheListAndTheStringLine) {
     Fixture f;
     f.w->show_class(0);
     auto& s = f.w->store();
-    // Polygon 2 (0x02, no style) selected: Add Font "Large".
+    // Polygon 2 (0x05, no style) selected: Add Font "Large".
     f.w->click_cell(1, false, false);
     f.next_dialog<korvex::gui::FontDialog>([](korvex::gui::FontDialog& d) {
         EXPECT_FALSE(d.class_box(0)->isVisible());
@@ -309,7 +315,8 @@ TEST(FontsWindow, TheMenuRunsBothFormsTheListAndTheStringLine) {
     f.next_dialog<QDialog>([](QDialog& d) {
         auto* list = d.findChild<QPlainTextEdit*>("fontList");
         ASSERT_NE(list, nullptr);
-        EXPECT_TRUE(list->toPlainText().startsWith("FONTLIST for Polygons\n\n1,Normal\n2,Large\n"));
+        EXPECT_TRUE(list->toPlainText().startsWith("FONTLIST for Polygons\n\n1, - \n2,Large\n3, - \n4,SmallFont\n5,Normal\n"))
+            << list->toPlainText().toStdString();
         d.accept();
     });
     Fixture::entry(f.menu("Fonts"), "Create Font List")->trigger();
@@ -318,14 +325,14 @@ TEST(FontsWindow, TheMenuRunsBothFormsTheListAndTheStringLine) {
     f.w->click_cell(0, false, false);
     QPlainTextEdit* panel = f.w->code_panel();
     const QString text = panel->toPlainText();
-    const int at = text.indexOf("City");
+    const int at = text.indexOf("Residential area");
     ASSERT_GE(at, 0);
     QTextCursor cur = panel->textCursor();
     cur.setPosition(at);
-    cur.setPosition(at + 4, QTextCursor::KeepAnchor);
+    cur.setPosition(at + 16, QTextCursor::KeepAnchor);
     panel->setTextCursor(cur);
     Fixture::entry(f.menu("Fonts"), "Add String (= 0 x language)")->trigger();
-    EXPECT_TRUE(panel->toPlainText().contains("String1=0x04,String3=0x00,City\nString2=0x02,Stadt"))
+    EXPECT_TRUE(panel->toPlainText().contains("String1=0x04,String3=0x00,Residential area\nString2=0x02,Wohngebiet"))
         << panel->toPlainText().toStdString();
     EXPECT_TRUE(f.w->session().text_pending());
 }
@@ -333,7 +340,7 @@ TEST(FontsWindow, TheMenuRunsBothFormsTheListAndTheStringLine) {
 TEST(MkgmapWindow, TheGridMenuMakesRulesAndCopiesThem) {
     Fixture f;
     f.w->show_class(0);
-    f.w->click_cell(2, false, false, true);
+    f.w->click_cell(10, false, false, true);  // the forest
     QMenu menu;
     f.menus().add_grid_entries(menu);
     QAction* entry = Fixture::entry(&menu, "Mkgmap Code");
@@ -348,14 +355,14 @@ TEST(MkgmapWindow, TheGridMenuMakesRulesAndCopiesThem) {
         d.value()->setText("forest");
         d.resolution()->setText("22");
         d.create_button()->click();
-        EXPECT_EQ(d.result()->toPlainText().toStdString(), "landuse=forest [0x03 resolution 22]\n");
+        EXPECT_EQ(d.result()->toPlainText().toStdString(), "landuse=forest [0x50 resolution 22]\n");
         d.copy_button()->click();
         d.reject();
     });
     entry->trigger();
     EXPECT_EQ(f.prompt.messages.front(), "Click Create Code");
     EXPECT_EQ(f.prompt.messages.back(), "Text copied");
-    EXPECT_EQ(f.clipboard.unicode_text(), "landuse=forest [0x03 resolution 22]\n");
+    EXPECT_EQ(f.clipboard.unicode_text(), "landuse=forest [0x50 resolution 22]\n");
 
     f.w->show_class(3);
     QMenu active;

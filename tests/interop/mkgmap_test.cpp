@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "interop/mkgmap_support.h"
+#include "support/every_form.h"
 #include "text/load_driver.h"
 
 using namespace korvex;
@@ -14,6 +15,7 @@ namespace {
 
 std::vector<std::string> inputs() {
     std::vector<std::string> files = files_with(source_dir() + "/data/samples", ".typ");
+    files.push_back(k_every_form);
     if (!corpus_dir().empty())
         for (auto& f : files_with(corpus_dir() + "/typ", ".typ")) files.push_back(f);
     return files;
@@ -25,7 +27,7 @@ TEST_P(Mkgmap, CompilesOurTextCleanlyToTheSameElements) {
     if (!have_mkgmap()) GTEST_SKIP() << "mkgmap is not installed";
     platform::ScriptedPrompt ui;
     model::Store ours;
-    decode_bytes(ours, ui, read_bytes(GetParam()));
+    decode_bytes(ours, ui, typ_bytes(GetParam()));
     if (ours.fid == "0") ours.fid = "1";
     if (ours.pid == "0") ours.pid = "1";
     // mkgmap knows neither active routing nor extra points.

@@ -4,6 +4,7 @@
 
 #include <random>
 
+#include "support/every_form.h"
 #include "support/harness.h"
 
 using namespace korvex;
@@ -25,6 +26,7 @@ void survive(const std::string& bytes) {
 std::vector<std::string> seeds() {
     std::vector<std::string> out;
     for (auto& f : files_with(source_dir() + "/data/samples", ".typ")) out.push_back(read_bytes(f));
+    out.push_back(every_form_typ());
     if (!corpus_dir().empty())
         for (auto& f : files_with(corpus_dir() + "/typ", ".typ")) out.push_back(read_bytes(f));
     return out;

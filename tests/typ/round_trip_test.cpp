@@ -4,6 +4,7 @@
 
 #include <filesystem>
 
+#include "support/every_form.h"
 #include "support/harness.h"
 
 using namespace korvex;
@@ -13,6 +14,7 @@ namespace {
 
 std::vector<std::string> typ_files() {
     std::vector<std::string> files = files_with(source_dir() + "/data/samples", ".typ");
+    files.push_back(k_every_form);
     if (!corpus_dir().empty())
         for (auto& f : files_with(corpus_dir() + "/typ", ".typ")) files.push_back(f);
     return files;
@@ -23,7 +25,7 @@ std::string name_of(const ::testing::TestParamInfo<std::string>& info) { return 
 class TypRoundTrip : public ::testing::TestWithParam<std::string> {};
 
 TEST_P(TypRoundTrip, DecodeEncodeDecodeKeepsTheTextAndOurBytesAreStable) {
-    const std::string original = read_bytes(GetParam());
+    const std::string original = typ_bytes(GetParam());
     ASSERT_FALSE(original.empty());
     platform::ScriptedPrompt ui;
 

@@ -112,18 +112,25 @@ TEST(BrowserCells, ClassesOffsetActiveAndExtraRowsPageExtrasAndAddNightCells) {
     ASSERT_EQ(b.cell_count(), 5);
     EXPECT_EQ(b.row_of(0), 23);
 
-    // Sample night elements: polygons 1, 3, 4, 5, 7 and points 10, 16.
+    // Sample night elements: 10 of the 13 polygons; points 8 (fuel), 10
+    // (parking), 11 (hospital) and 12 (information).
     show(b, s, model::k_points);
-    EXPECT_EQ(b.cell_count(), 19);
+    EXPECT_EQ(b.cell_count(), 20);
     b.opt.show_night = true;
     ASSERT_TRUE(b.build_grid(s));
-    EXPECT_EQ(b.cell_count(), 21);
+    EXPECT_EQ(b.cell_count(), 24);
+    EXPECT_EQ(b.row_of(8), 8);
+    EXPECT_FALSE(b.night_cell(8));
+    EXPECT_EQ(b.row_of(9), 8);
+    EXPECT_TRUE(b.night_cell(9));
+    EXPECT_EQ(b.row_of(10), 9);
     EXPECT_EQ(b.row_of(11), 10);
-    EXPECT_TRUE(b.night_cell(11));
-    EXPECT_EQ(b.row_of(12), 11);
-    EXPECT_EQ(b.label(s, 11).text, "");
+    EXPECT_TRUE(b.night_cell(12));
+    EXPECT_EQ(b.row_of(13), 11);
+    EXPECT_EQ(b.label(s, 9).text, "");
+    EXPECT_EQ(b.row_of(23), 19);
     show(b, s, model::k_polygons);
-    EXPECT_EQ(b.cell_count(), 13);
+    EXPECT_EQ(b.cell_count(), 23);
 }
 
 TEST(BrowserSelection, ClicksCtrlShiftAndSelectAllKeepTheCommaLists) {
@@ -201,40 +208,38 @@ TEST(BrowserLabels, LabelOptionsPerClassOnTheSample) {
     const model::Store& s = sample();
     Browser b;
     show(b, s, model::k_polygons);
-    EXPECT_EQ(labels(b, s)[0], "0x0100,1 'City'");
-    EXPECT_EQ(labels(b, s)[1], "0x0200,1");
-    EXPECT_EQ(labels(b, s)[7], "0x10f03,4 'Glacier'");
-    EXPECT_EQ(b.layer_text(s, 7), "4");
+    EXPECT_EQ(labels(b, s)[0], "0x0100,1 'Residential area'");
+    EXPECT_EQ(labels(b, s)[12], "0x10f03,3 'Scree'");
+    EXPECT_EQ(b.layer_text(s, 12), "3");
     b.opt.label_option = 1;
-    EXPECT_EQ(labels(b, s)[0], "'City'");
-    EXPECT_EQ(labels(b, s)[1], "0x0200,1");  // no text: the type stays readable
+    EXPECT_EQ(labels(b, s)[0], "'Residential area'");
     b.opt.label_option = 2;
     EXPECT_EQ(labels(b, s)[0], "0x0100,1");
 
     b.opt.label_option = 0;
     show(b, s, model::k_lines);
     EXPECT_EQ(labels(b, s)[0], "0x00100 'Motorway'");
-    EXPECT_EQ(labels(b, s)[8], "0x10e01 'Ferry'");
+    EXPECT_EQ(labels(b, s)[11], "0x1010b 'Cliff'");
     EXPECT_EQ(b.tooltip(s, 0), " Dbl Click to edit ");
     show(b, s, model::k_active_lines);
-    EXPECT_EQ(labels(b, s)[0], "0x00100 'Hiking trail'");
+    EXPECT_EQ(labels(b, s)[0], "0x00100 'Hiking route'");
     EXPECT_EQ(b.tooltip(s, 0), "Dbl Click to Edit  (Hiking) ");
     show(b, s, model::k_points);
-    EXPECT_EQ(labels(b, s)[0], "0x02f00 'Shop 1'");
-    EXPECT_EQ(labels(b, s)[14], "0x11a0e");
+    EXPECT_EQ(labels(b, s)[0], "0x02a00 'Restaurant'");
+    EXPECT_EQ(labels(b, s)[19], "0x11501 'Shelter'");
     show(b, s, model::k_extra_points);
-    EXPECT_EQ(labels(b, s)[0], "72449 'Extra point'");
+    EXPECT_EQ(labels(b, s)[0], "72449 'Signpost'");
     b.opt.extra_hex = true;
-    EXPECT_EQ(labels(b, s)[0], "0x11b01 'Extra point'");
+    EXPECT_EQ(labels(b, s)[0], "0x11b01 'Signpost'");
 
-    // Day custom colours: polygon 2 "#006000", line 4 "#202020", points "#102030".
+    // Day custom colours: the hospital "#C01818", the nature reserve "#2E7D32".
     show(b, s, model::k_points);
-    EXPECT_EQ(b.label(s, 14).colour, 0x000000u);
+    EXPECT_EQ(b.label(s, 11).colour, 0x000000u);
     b.opt.show_font_colours = true;
-    EXPECT_EQ(b.label(s, 14).colour, 0x102030u);
+    EXPECT_EQ(b.label(s, 11).colour, 0xC01818u);
     EXPECT_EQ(b.label(s, 0).colour, 0x000000u);
     show(b, s, model::k_polygons);
-    EXPECT_EQ(b.label(s, 2).colour, 0x006000u);
+    EXPECT_EQ(b.label(s, 4).colour, 0x2E7D32u);
 
     model::Store t;
     t.pg_n = 2;
@@ -245,6 +250,9 @@ TEST(BrowserLabels, LabelOptionsPerClassOnTheSample) {
     b.opt.nolabel_grey = true;
     b.opt.show_not_in_style = true;
     show(b, t, model::k_polygons);
+    b.opt.label_option = 1;
+    EXPECT_EQ(labels(b, t)[1], "0x0200");  // no text: the type stays readable
+    b.opt.label_option = 0;
     EXPECT_TRUE(b.label(t, 0).grey);
     EXPECT_EQ(b.label(t, 0).colour, 0x808080u);
     EXPECT_FALSE(b.label(t, 1).grey);
@@ -261,25 +269,25 @@ TEST(BrowserSearch, FindsStringsAndTypesFromTheLastHitThenNotFound) {
     EXPECT_EQ(b.search(s, " ", false, false).msg, 0);
     EXPECT_EQ(b.search(s, " s ", false, false).msg, 247);
 
-    auto r = b.search(s, "  SHOP 1", false, false);  // Shop 1, 15, 16
-    EXPECT_EQ(r.cell, 0);
+    auto r = b.search(s, "  ING", false, false);  // Camping, Parking, Drinking water
+    EXPECT_EQ(r.cell, 3);
     EXPECT_EQ(r.count, "(1)");
-    EXPECT_EQ(b.search(s, "shop 1", false, false).cell, 3);
-    r = b.search(s, "shop 1", false, false);
-    EXPECT_EQ(r.cell, 4);
+    EXPECT_EQ(b.search(s, "ing", false, false).cell, 10);
+    r = b.search(s, "ing", false, false);
+    EXPECT_EQ(r.cell, 14);
     EXPECT_EQ(r.count, "(3)");
-    EXPECT_EQ(b.current_cell(), 4);
-    r = b.search(s, "shop 1", false, false);
+    EXPECT_EQ(b.current_cell(), 14);
+    r = b.search(s, "ing", false, false);
     EXPECT_FALSE(r.found);
     EXPECT_EQ(r.msg, 14);
-    EXPECT_EQ(b.search(s, "shop 1", false, false).cell, 0);  // round again from the top
+    EXPECT_EQ(b.search(s, "ing", false, false).cell, 3);  // round again from the top
 
-    EXPECT_EQ(b.search(s, "laden 3", false, false).cell, 2);  // any String line
-    EXPECT_EQ(b.search(s, "laden 3", false, false).cell, 5);  // "Laden 31"
-    EXPECT_EQ(b.search(s, "0x300b", false, false).cell, 11);  // the Type= value
-    EXPECT_EQ(b.search(s, "shop", true, false).msg, 14);      // types only
-    EXPECT_EQ(b.search(s, "11a1", true, false).cell, 16);
-    EXPECT_EQ(b.search(s, "shop", false, true).msg, 14);      // no default type names ship
+    EXPECT_EQ(b.search(s, "stelle", false, false).cell, 8);   // any String line: "Tankstelle"
+    EXPECT_EQ(b.search(s, "stelle", false, false).cell, 9);   // "Bushaltestelle"
+    EXPECT_EQ(b.search(s, "0x3002", false, false).cell, 11);  // the Type= value
+    EXPECT_EQ(b.search(s, "parking", true, false).msg, 14);   // types only
+    EXPECT_EQ(b.search(s, "6616", true, false).cell, 17);
+    EXPECT_EQ(b.search(s, "parking", false, true).msg, 14);   // no default type names ship
 
     show(b, s, model::k_extra_points);
     EXPECT_EQ(b.search(s, "72449", false, false).cell, 0);
@@ -314,17 +322,17 @@ TEST(BrowserMenus, ContextMenuFlagsAndDoubleClickDecisions) {
     show(b, s, model::k_active_lines);
     EXPECT_EQ(b.double_click(s, 0, false, false).what, OpenWhat::text_editor);
 
-    // Polygons 2 and 6 have two colours; 1 has night colours.
+    // Polygons 4 and 6 (nature reserve, cemetery) have two colours; 0 has night colours.
     show(b, s, model::k_polygons);
-    b.click(2, true, false);
+    b.click(4, true, false);
     b.click(6, true, false);
     auto d = b.double_click(s, 6, false, false);
     EXPECT_EQ(d.what, OpenWhat::multi_edit);
-    EXPECT_EQ(d.rows, (std::vector<int32_t>{2, 6}));
-    b.click(1, true, false);
+    EXPECT_EQ(d.rows, (std::vector<int32_t>{4, 6}));
+    b.click(0, true, false);
     d = b.double_click(s, 6, false, false);
     EXPECT_EQ(d.what, OpenWhat::refused);
-    EXPECT_EQ(d.before + "/" + std::to_string(d.msg), "0x0200/213");
+    EXPECT_EQ(d.before + "/" + std::to_string(d.msg), "0x0100/213");
     b.select_all();
     EXPECT_EQ(b.double_click(s, 6, false, false).msg, 114);
 

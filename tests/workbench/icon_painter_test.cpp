@@ -272,16 +272,32 @@ TEST(IconPainter, BundledSamplePaintsItsKnownPixels) {
             if (s.pg_typ[static_cast<size_t>(k)] == type) return k;
         return -1;
     };
-    // Forest: row 0 "11000011...", colour 0 #208020, 1 #A0E0A0.
-    const Raster forest = workbench::paintpgn(s, polygon("0x0300"), k_bg);
-    EXPECT_EQ(row_of(forest, 0, 0, 3), "FFA0E0A0 FFA0E0A0 FF208020 ");
-    // Type 5: colour 0 is "none", row 0 "00001111...".
-    EXPECT_EQ(row_of(workbench::paintpgn(s, polygon("0x0500"), k_bg), 0, 3, 2), "12345678 FFC08040 ");
-    const Raster shop = workbench::paintpoi(s, 0, k_bg);
-    ASSERT_EQ(s.pt_typ[0], "02F00");
-    ASSERT_EQ(shop.w, 14);
-    ASSERT_EQ(shop.h, 11);
-    EXPECT_EQ(std::count(shop.px.begin(), shop.px.end(), 0xFF796DF0u), 14 * 11);
+    auto point = [&s](const char* type) {
+        for (int32_t k = 0; k < s.pt_n; ++k)
+            if (s.pt_typ[static_cast<size_t>(k)] == type) return k;
+        return -1;
+    };
+    // Forest: a tree crown from x 3 in row 2 on #ADD8A0, at night on #12301A.
+    const int32_t forest = polygon("0x5000");
+    ASSERT_GE(forest, 0);
+    EXPECT_EQ(row_of(workbench::paintpgn(s, forest, k_bg), 2, 2, 3), "FFADD8A0 FF7FB86E FF7FB86E ");
+    EXPECT_EQ(row_of(workbench::paintpgn(s, forest, k_bg, true), 2, 2, 3), "FF12301A FF24502A FF24502A ");
+    // Scrub: transparent between the bushes by day, dark at night.
+    const int32_t scrub = polygon("0x4F00");
+    ASSERT_GE(scrub, 0);
+    EXPECT_EQ(row_of(workbench::paintpgn(s, scrub, k_bg), 2, 1, 2), "12345678 FF6FA35A ");
+    EXPECT_EQ(row_of(workbench::paintpgn(s, scrub, k_bg, true), 2, 1, 2), "FF16261A FF3A5A30 ");
+
+    // The restaurant's corner is transparent; the viewpoint has two characters a pixel.
+    const Raster restaurant = workbench::paintpoi(s, point("02A00"), k_bg);
+    ASSERT_EQ(restaurant.w * 100 + restaurant.h, 1616);
+    EXPECT_EQ(row_of(restaurant, 0, 0, 2), "12345678 FFC8741E ");
+    const Raster view = workbench::paintpoi(s, point("05200"), k_bg);
+    ASSERT_EQ(view.w * 100 + view.h, 1616);
+    EXPECT_EQ(row_of(view, 1, 0, 2), "FF4A3220 FF2F6FC0 ");
+    EXPECT_EQ(row_of(workbench::paintpoi(s, point("02F0B"), k_bg, true), 0, 0, 2), "FF0A1A33 FF0A1A33 ");
+    // The cafe's background has alpha 15, its steam alpha 8: a cell shows only 15 as transparent.
+    EXPECT_EQ(row_of(workbench::paintpoi(s, point("02A0E"), k_bg), 1, 3, 2), "12345678 FF8896A8 ");
 }
 
 // Width and height as the element's Xpm head states them.

@@ -363,11 +363,14 @@ TEST(SessionPanel, ApplyTakesUtf8LabelsBackToThePageAndMarksTheCell) {
     b.s.curclass = model::k_polygons;
     b.s.curel = 0;
     std::string panel;
+    bool page_shown_as_utf8 = false;  // the sample's "Gebäude" is in code page 1252
     for (int32_t row = 1; row <= b.s.pg_n && b.s.curel == 0; ++row) {
         panel = text::convert(b.s, text::create_code(b.s, row, model::k_polygons, false));
-        if (panel.find(",Stadt") != std::string::npos) b.s.curel = row;
+        if (panel.find(",Wald\r\n") != std::string::npos) b.s.curel = row;
+        if (panel.find(",Geb\xC3\xA4ude\r\n") != std::string::npos) page_shown_as_utf8 = true;
     }
     ASSERT_GT(b.s.curel, 0);
+    EXPECT_TRUE(page_shown_as_utf8);
     const size_t at = b.s.curel - 1;
     b.session.set_text_pending(true);
     EXPECT_FALSE(b.session.apply_code_panel(panel.replace(panel.find("Type="), 5, "Type=0xZZ")));
@@ -375,10 +378,10 @@ TEST(SessionPanel, ApplyTakesUtf8LabelsBackToThePageAndMarksTheCell) {
     EXPECT_TRUE(b.view.apply_visible);
 
     panel = text::convert(b.s, text::create_code(b.s, b.s.curel, model::k_polygons, false));
-    panel.replace(panel.find(",Stadt"), 6, ",St\xC3\xA4" "dt");
+    panel.replace(panel.find(",Wald\r\n"), 5, ",W\xC3\xA4ldchen");
     panel.erase(std::remove(panel.begin(), panel.end(), '\r'), panel.end());  // as a text widget gives it
     ASSERT_TRUE(b.session.apply_code_panel(panel));
-    EXPECT_NE(b.s.pg_txt[at].find(",St\xE4" "dt\r\n"), std::string::npos);
+    EXPECT_NE(b.s.pg_txt[at].find(",W\xE4ldchen\r\n"), std::string::npos);
     const std::string& txt = b.s.pg_txt[at];
     for (size_t i = txt.find('\n'); i != std::string::npos; i = txt.find('\n', i + 1)) EXPECT_EQ(txt[i - 1], '\r');
     EXPECT_FALSE(b.view.apply_visible);
