@@ -19,6 +19,7 @@
 #include "typ/encoder.h"
 #include "workbench/draw_order_model.h"
 #include "workbench/load_options.h"
+#include "workbench/panel_notes.h"
 #include "workbench/pending.h"
 #include "workbench/theme.h"
 
@@ -629,7 +630,7 @@ bool Session::apply_code_panel(const std::string& panel, bool night) {
     if (cls == model::k_active_lines) row += s_.ln_n;
     if (cls == model::k_extra_points) row += s_.pt_n;
     const bool was_dirty = s_.dirty;
-    const text::PanelApply r = text::parsetext(s_, ui_, panel_to_store(s_, with_crlf(panel)), cls, row, night);
+    const text::PanelApply r = text::parsetext(s_, ui_, panel_to_store(s_, with_crlf(without_panel_notes(panel))), cls, row, night);
     if (!r.caption.empty()) view_.set_status(r.caption);
     if (!r.ok) {
         s_.dirty = was_dirty;

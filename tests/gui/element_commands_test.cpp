@@ -196,6 +196,10 @@ TEST(ElementCommands, ANewTypeNumberInTheCodePanelMovesTheElement) {
     f.w->show_class(0);
     f.click(0);
     QString text = f.w->code_panel()->toPlainText();
+    // The panel warns of what a new number does; the warning is no part of the element.
+    EXPECT_TRUE(text.startsWith("[_polygon]\n; Changing type number effects draworder!\n"
+                                "; use Draworder Main Menu option to change draworder\n"))
+        << text.toStdString();
     const int32_t polygons = f.w->store().pg_n;
     text.replace(QRegularExpression("Type=0x[0-9a-fA-F]+"), "Type=0x17f00");
     f.w->code_panel()->setPlainText(text);
@@ -203,6 +207,28 @@ TEST(ElementCommands, ANewTypeNumberInTheCodePanelMovesTheElement) {
     const int32_t row = f.w->browser().current_row();
     EXPECT_EQ(row, polygons - 1);
     EXPECT_EQ(f.w->store().pg_typ[static_cast<size_t>(row)], "0x17F00");
+    EXPECT_EQ(f.w->store().pg_txt[static_cast<size_t>(row)].find("Changing type"), std::string::npos);
+}
+
+TEST(ElementCommands, TextNotAppliedIsOnlyDroppedWhenTheUserSaysSo) {
+    Fixture f;
+    f.w->show_class(2);
+    f.click(1);
+    QPlainTextEdit* panel = f.w->code_panel();
+    panel->setPlainText(panel->toPlainText() + "; typed\n");
+    ASSERT_TRUE(f.w->session().text_pending());
+    f.click(2);  // answered No: the text and the element stay
+    ASSERT_FALSE(f.prompt.questions.empty());
+    EXPECT_EQ(f.prompt.questions.back(), "Return to ICONS without saving changes?");
+    EXPECT_EQ(f.w->browser().current_cell(), 1);
+    EXPECT_TRUE(panel->toPlainText().endsWith("; typed\n"));
+    f.w->findChild<QPushButton*>("class0")->click();
+    EXPECT_EQ(f.w->store().curclass, 2);
+    EXPECT_TRUE(f.w->findChild<QPushButton*>("class2")->isChecked());
+    f.prompt.script(Answer::yes);
+    f.click(2);
+    EXPECT_EQ(f.w->browser().current_cell(), 2);
+    EXPECT_FALSE(f.w->session().text_pending());
 }
 
 TEST(ElementDialogs, PoiSizesRefusesAndStaysOpenUntilTheFormIsFine) {

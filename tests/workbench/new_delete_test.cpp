@@ -42,6 +42,15 @@ TEST(NewElement, PolygonTakesTheNextNumberTheDialogsLevelAndItsPlace) {
     EXPECT_EQ(f.ops.new_element(model::k_polygons), -1);
     EXPECT_EQ(f.ui.questions.back(), "An empty draworder exists for 00400. Continue?");
     EXPECT_EQ(f.s.pg_n, 3);
+
+    // Type 0x100 takes no level: the dialog's goes, with a word, and stays standing.
+    f.settings.polygon_seed = "10000";
+    const int32_t row = f.ops.new_element(model::k_polygons);
+    ASSERT_GE(row, 0);
+    EXPECT_EQ(f.ui.messages.back(), "Polygons &100 do not have draworders.");
+    EXPECT_EQ(f.s.pg_typ[static_cast<size_t>(row)], "0x10000");
+    EXPECT_EQ(f.s.drwlist.find("10000"), std::string::npos);
+    EXPECT_EQ(f.ops.standing_level(), 5);
 }
 
 TEST(NewElement, RefusedAndCancelledFormsChangeNothing) {
