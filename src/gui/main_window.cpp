@@ -506,6 +506,8 @@ void MainWindow::refresh_counters() {
         class_buttons_[c]->setText(QString("%1 (%2)").arg(name).arg(counts[c]));
         class_buttons_[c]->setChecked(c == s_.curclass);
     }
+    // The count under the grid follows every change, not only loads.
+    report_->setText(QString("%1 elements").arg(s_.pg_n + s_.ln_n + s_.pt_n + s_.ln_nact + s_.pt_nx));
 }
 
 void MainWindow::refresh_top_fields() {
@@ -594,8 +596,7 @@ void MainWindow::enable_open(bool on) {
 void MainWindow::show_apply(bool visible) { apply_->setVisible(visible); }
 
 void MainWindow::paint_report(bool red) {
-    const int32_t total = s_.pg_n + s_.ln_n + s_.pt_n + s_.ln_nact + s_.pt_nx;
-    report_->setText(QString("%1 elements").arg(total));
+    refresh_counters();
     report_->setStyleSheet(red ? "color: red;" : "color: black;");
     if (errors_ && errors_->isVisible()) errors_->show_report(s_.loadrep);
 }

@@ -49,8 +49,10 @@ int32_t ElementOps::new_element(int cls) {
 }
 
 int32_t ElementOps::new_polygon() {
-    const std::string t = nwtypnumber(s_, settings_.polygon_seed, model::k_polygons);
-    if (t.empty()) {
+    // Beside the layers the user names the type: no number is proposed.
+    const bool layers = host_.draworder_view();
+    const std::string t = layers ? std::string() : nwtypnumber(s_, settings_.polygon_seed, model::k_polygons);
+    if (t.empty() && !layers) {
         ui_.message(msg(m_no_number));
         return -1;
     }

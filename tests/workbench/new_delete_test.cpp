@@ -84,6 +84,24 @@ TEST(NewElement, RefusedAndCancelledFormsChangeNothing) {
     EXPECT_FALSE(f.s.dirty);
 }
 
+TEST(NewElement, BesideTheLayersThePolygonsTypeIsTypedNotProposed) {
+    OpsFixture f;
+    f.load(k_polygons, model::k_polygons);
+    f.host.layers = true;
+    f.dialogs.on_poisizes = [](NewElementForm&) { return true; };
+    EXPECT_EQ(f.ops.new_element(model::k_polygons), -1);
+    EXPECT_EQ(f.dialogs.shown.back().type, "");
+    EXPECT_EQ(f.ui.messages.back(), "Invalid type.\r\nPolygon.");
+    EXPECT_EQ(f.s.pg_n, 2);
+    f.dialogs.on_poisizes = [](NewElementForm& form) {
+        form.type = "0x10f00";
+        return true;
+    };
+    const int32_t row = f.ops.new_element(model::k_polygons);
+    ASSERT_EQ(row, 2);
+    EXPECT_EQ(type_code(f.s.pg_typ[2]), 0x10f00);
+}
+
 TEST(NewElement, FormChecksOfEveryClass) {
     OpsFixture f;
     f.load(test::point("0x2f05", "p"));
