@@ -455,6 +455,12 @@ void MainWindow::build_menus() {
     auto* layers_all = new QShortcut(QKeySequence::SelectAll, layers_);
     layers_all->setContext(Qt::WidgetWithChildrenShortcut);
     connect(layers_all, &QShortcut::activated, this, [this] { select_all(); });
+    // Esc ends a Ctrl/Shift selection, as the selection hints say.
+    for (QWidget* view : {static_cast<QWidget*>(grid_), static_cast<QWidget*>(layers_)}) {
+        auto* esc = new QShortcut(QKeySequence(Qt::Key_Escape), view);
+        esc->setContext(Qt::WidgetWithChildrenShortcut);
+        connect(esc, &QShortcut::activated, this, [this] { clear_selection(); });
+    }
     // Delete is the Edit menu's: in the draw-order view it removes entries.
     auto* ctrl_b = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_B), this);
     connect(ctrl_b, &QShortcut::activated, this, [this] {
@@ -772,6 +778,12 @@ void MainWindow::editor_closed(int result) {
 void MainWindow::select_all() {
     if (session_->loading()) return;
     browser_.select_all();
+    model_->marks_changed();
+}
+
+void MainWindow::clear_selection() {
+    if (session_->loading()) return;
+    browser_.no_multi();
     model_->marks_changed();
 }
 

@@ -125,6 +125,8 @@ public:
     // The editor on show, null when none.
     EditorWindow* icon_editor() const;
     void select_all();
+    // Esc: no cell stays selected (the current one stays current).
+    void clear_selection();
     void search();
     void apply_changes();
     // Makes a store row of the class in view the current element, shows it

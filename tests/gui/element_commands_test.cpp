@@ -114,6 +114,13 @@ TEST(ElementCommands, CopyDeleteAndPasteByKeys) {
     EXPECT_EQ(f.w->store().pt_typ[3], type);
     EXPECT_EQ(f.w->browser().current_row(), 3);
     EXPECT_TRUE(f.w->code_panel()->toPlainText().startsWith("[_point]"));
+
+    // Ctrl+A selects every cell, Esc drops the selection but not the current cell.
+    f.key(Qt::Key_A, Qt::ControlModifier);
+    EXPECT_EQ(f.w->browser().selected_rows().size(), static_cast<size_t>(points));
+    f.key(Qt::Key_Escape);
+    EXPECT_TRUE(f.w->browser().sel1().empty());
+    EXPECT_EQ(f.w->browser().current_row(), 3);
 }
 
 TEST(ElementCommands, ACodePanelSelectionIsCopiedAsText) {
