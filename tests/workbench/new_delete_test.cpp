@@ -47,6 +47,7 @@ TEST(NewElement, PolygonTakesTheNextNumberTheDialogsLevelAndItsPlace) {
     f.settings.polygon_seed = "10000";
     const int32_t row = f.ops.new_element(model::k_polygons);
     ASSERT_GE(row, 0);
+    ASSERT_FALSE(f.ui.messages.empty());
     EXPECT_EQ(f.ui.messages.back(), "Polygons &100 do not have draworders.");
     EXPECT_EQ(f.s.pg_typ[static_cast<size_t>(row)], "0x10000");
     EXPECT_EQ(f.s.drwlist.find("10000"), std::string::npos);
