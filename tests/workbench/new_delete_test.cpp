@@ -112,7 +112,9 @@ TEST(NewElement, FormChecksOfEveryClass) {
     p.level = 255;
     EXPECT_TRUE(check_form(f.s, p, f.msgs).empty());
     p.type = "2g";
-    EXPECT_EQ(check_form(f.s, p, f.msgs), std::vector<std::string>{"Not a valid hex"});
+    EXPECT_EQ(check_form(f.s, p, f.msgs), std::vector<std::string>{"Invalid type.\r\nPolygon."});
+    p.type = "0010051";
+    EXPECT_EQ(check_form(f.s, p, f.msgs), std::vector<std::string>{"Invalid type.\r\nPolygon."});
     NewElementForm pt;
     pt.cls = model::k_points;
     pt.type = "02f05";
