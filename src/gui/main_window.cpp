@@ -457,6 +457,7 @@ void MainWindow::build_menus() {
     connect(layers_all, &QShortcut::activated, this, [this] { select_all(); });
     // Esc ends a Ctrl/Shift selection, as the selection hints say.
     for (QWidget* view : {static_cast<QWidget*>(grid_), static_cast<QWidget*>(layers_)}) {
+        commands_->add_view_keys(view);
         auto* esc = new QShortcut(QKeySequence(Qt::Key_Escape), view);
         esc->setContext(Qt::WidgetWithChildrenShortcut);
         connect(esc, &QShortcut::activated, this, [this] { clear_selection(); });

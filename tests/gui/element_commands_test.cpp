@@ -172,8 +172,11 @@ TEST(ElementCommands, ANewButtonShowsItsClassAndTheNewElement) {
               "0x" + f.element_dialogs.shown[0].type.substr(1, 4));
     EXPECT_TRUE(f.w->code_panel()->toPlainText().contains(
         QString::fromStdString("Type=0x" + f.element_dialogs.shown[0].type)));
-    // Insert makes one of the class in view.
+    // Insert makes one of the class in view, but not while a text box has the focus.
     f.key(Qt::Key_Insert);
+    EXPECT_EQ(f.w->store().pg_n, polygons + 2);
+    f.w->code_panel()->setFocus();
+    QTest::keyClick(f.w->code_panel(), Qt::Key_Insert);
     EXPECT_EQ(f.w->store().pg_n, polygons + 2);
 }
 
