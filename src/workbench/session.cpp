@@ -579,12 +579,10 @@ int32_t Session::count_in_view() const {
 // loading guard falls with the build.
 void Session::show_loaded() {
     // "Auto check Draworder Duplicates": a type listed twice keeps its first level.
+    std::string removed;
     if (settings_.no_duplicate_check == 0) {
-        const std::string removed = typ::find_duplicates(s_, ui_, true);
-        if (!removed.empty()) {
-            refresh_levels(s_);
-            ui_.message("Found and removed duplicates :\r\n\r\n" + removed);
-        }
+        removed = typ::find_duplicates(s_, ui_, true);
+        if (!removed.empty()) refresh_levels(s_);
     }
     if (count_in_view() > k_small_icons_above && settings_.icon_size >= 2) {
         settings_.icon_size = 0;
@@ -594,6 +592,8 @@ void Session::show_loaded() {
         view_.rebuild_grid();
     }
     loading_ = false;
+    // Said over the loaded grid, not an empty one.
+    if (!removed.empty()) ui_.message("Found and removed duplicates :\r\n\r\n" + removed);
 }
 
 void Session::paint_report() { view_.paint_report(!s_.loadrep.empty()); }
