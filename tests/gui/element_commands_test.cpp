@@ -22,6 +22,7 @@
 #include "gui/main_window.h"
 #include "gui/qt_clipboard.h"
 #include "platform/environment.h"
+#include "workbench/type_key.h"
 
 namespace {
 
@@ -121,6 +122,49 @@ TEST(ElementCommands, CopyDeleteAndPasteByKeys) {
     f.key(Qt::Key_Escape);
     EXPECT_TRUE(f.w->browser().sel1().empty());
     EXPECT_EQ(f.w->browser().current_row(), 3);
+}
+
+// A point of the clipboard; its label "Café" in UTF-8 or in the page 1252.
+std::string clip_point(const std::string& type, const std::string& label) {
+    return "krv2\r\n[_point]\r\nType=" + type + "\r\nString1=0x04," + label +
+           "\r\nDayXpm=\"2 2 2 1\" Colormode=0\r\n\"! c #FF0000\"\r\n\"# c #0000FF\"\r\n\"!#\"\r\n\"#!\"\r\n[end]\r\n";
+}
+
+bool has_point(const korvex::model::Store& s, const std::string& type, const std::string& text) {
+    for (int32_t r = 0; r < s.pt_n; ++r)
+        if (wb::row_type_code(s, 2, r) == wb::type_code(type) && s.pt_txt[static_cast<size_t>(r)].find(text) != std::string::npos)
+            return true;
+    return false;
+}
+
+TEST(ElementCommands, PasteEntriesTakeTheirFormOfTheClipboardAndCutAndCopyKeys) {
+    Fixture f;
+    f.w->show_class(2);
+    auto& cmd = f.w->commands();
+    const auto& s = f.w->store();
+    const int32_t points = s.pt_n;
+    f.clipboard.set_text(clip_point("0x6200", "Caf\xE9"));
+    cmd.action("Paste Plain Text")->trigger();
+    EXPECT_TRUE(has_point(s, "0x6200", "Caf\xE9"));
+    f.clipboard.set_unicode_text(clip_point("0x6100", "Caf\xC3\xA9"));
+    cmd.action("Paste UTF-8")->trigger();
+    EXPECT_TRUE(has_point(s, "0x6100", "Caf\xE9"));  // the project's page
+    ASSERT_EQ(s.pt_n, points + 2);
+    cmd.action("Paste Plain Text")->trigger();  // no plain text on the clipboard
+    EXPECT_EQ(f.prompt.messages.back(), "No element to paste");
+    EXPECT_EQ(s.pt_n, points + 2);
+
+    // Ctrl+D copies the current point under a new number; Ctrl+X asks, copies and removes.
+    f.click(0);
+    f.key(Qt::Key_D, Qt::ControlModifier);
+    EXPECT_EQ(s.pt_n, points + 3);
+    const std::string current = s.pt_typ[static_cast<size_t>(f.w->browser().current_row())];
+    f.prompt.script(Answer::yes);
+    f.key(Qt::Key_X, Qt::ControlModifier);
+    EXPECT_EQ(f.prompt.questions.back(), "Reload TYP file to undo changes.\r\n\r\nContinue?");
+    EXPECT_EQ(s.pt_n, points + 2);
+    EXPECT_EQ(f.clipboard.unicode_text().rfind("krv2\r\n" + current.substr(current.size() - 5), 0), 0u)
+        << f.clipboard.unicode_text().substr(0, 20);
 }
 
 TEST(ElementCommands, ACodePanelSelectionIsCopiedAsText) {
