@@ -7,6 +7,7 @@
 #include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QShortcut>
 #include <QTextCursor>
 #include <filesystem>
 
@@ -77,7 +78,15 @@ QMenu* ElementCommands::build_edit_menu(QMenuBar* bar) {
     add(edit, "New Element", [this] { new_element(w_.store().curclass); })->setShortcut(QKeySequence(Qt::Key_Insert));
     // Keys of the grid work wherever the focus is, unless a text box takes them first.
     for (auto& [name, a] : actions_) a->setShortcutContext(Qt::WindowShortcut);
+    // A text box does not take Insert: there it is no new element (see add_view_keys).
+    action("New Element")->setShortcutContext(Qt::WidgetShortcut);
     return edit;
+}
+
+void ElementCommands::add_view_keys(QWidget* view) {
+    auto* insert = new QShortcut(QKeySequence(Qt::Key_Insert), view);
+    insert->setContext(Qt::WidgetWithChildrenShortcut);
+    connect(insert, &QShortcut::activated, this, [this] { new_element(w_.store().curclass); });
 }
 
 void ElementCommands::add_import_entry(QMenu* file) {

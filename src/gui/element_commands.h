@@ -36,6 +36,8 @@ public:
     QMenu* build_edit_menu(QMenuBar* bar);
     // The import entry of the File menu.
     void add_import_entry(QMenu* file);
+    // Insert makes a new element while the focus is in a view of cells (view).
+    void add_view_keys(QWidget* view);
     // The buttons under the grid.
     QWidget* build_buttons(QWidget* parent);
     // The entries of the grid's context menu for the cell just clicked.

@@ -19,6 +19,7 @@ namespace {
 
 // Message numbers shown as hints.
 constexpr int m_point_types = 140;
+constexpr int m_clear_level = 225;
 // The spin boxes go past the limits so that the check, not the box, says no.
 constexpr int k_spin_max = 999;
 
@@ -80,6 +81,8 @@ PoiSizesDialog::PoiSizesDialog(const workbench::NewElementForm& form, FormChecks
         level_ = spin(this, "level", 0, form.level);
         level_->setSpecialValueText("none");
         rows->addRow("Draw Order", level_);
+        // How a level is cleared later.
+        rows->addRow(new QLabel(from_message(checks.msgs.get_msg(m_clear_level)), this));
     }
     if (cls == model::k_points) {
         width_ = spin(this, "width", 0, form.width);

@@ -104,8 +104,10 @@ FontDialog::FontDialog(int mode, const integration::FontRequest& start, Run run,
 
 void FontDialog::paint_cell(QPushButton* cell, const std::string& colour) {
     const QColor c = to_qcolor(colour);
+    // Brightness as the eye sees it: pure yellow is bright, though its lightness is half.
+    const int brightness = (299 * c.red() + 587 * c.green() + 114 * c.blue()) / 1000;
     cell->setStyleSheet(QString("background-color: %1; color: %2;")
-                            .arg(c.name(), c.lightness() > 128 ? QStringLiteral("black") : QStringLiteral("white")));
+                            .arg(c.name(), brightness > 140 ? QStringLiteral("black") : QStringLiteral("white")));
 }
 
 void FontDialog::set_colours(const std::string& day, const std::string& night) {

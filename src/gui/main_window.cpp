@@ -45,6 +45,7 @@
 #include "gui/workbench_menus.h"
 #include "text/text_writer.h"
 #include "workbench/data_folder.h"
+#include "workbench/panel_notes.h"
 #include "workbench/type_key.h"
 
 namespace korvex::gui {
@@ -53,6 +54,7 @@ namespace {
 
 // Message numbers the window itself shows.
 constexpr int m_show_code_panel = 155;
+constexpr int m_return_to_icons = 273;
 constexpr int m_hide_code_panel = 156;
 
 const char* const k_class_keys[5] = {"btnpolygons", "btnpolylines", "btnpois", "btnactiver", ""};
@@ -218,7 +220,13 @@ void MainWindow::build_widgets() {
         class_buttons_[c] = b;
         top->addWidget(b);
     }
-    connect(group, &QButtonGroup::idClicked, this, [this](int c) { show_class(c); });
+    connect(group, &QButtonGroup::idClicked, this, [this](int c) {
+        if (c != s_.curclass && !leave_panel_text()) {
+            class_buttons_[std::clamp(s_.curclass, 0, 4)]->setChecked(true);
+            return;
+        }
+        show_class(c);
+    });
     pages_ = new QComboBox(central);
     pages_->setObjectName("pages");
     pages_->setVisible(false);
@@ -447,6 +455,13 @@ void MainWindow::build_menus() {
     auto* layers_all = new QShortcut(QKeySequence::SelectAll, layers_);
     layers_all->setContext(Qt::WidgetWithChildrenShortcut);
     connect(layers_all, &QShortcut::activated, this, [this] { select_all(); });
+    // Esc ends a Ctrl/Shift selection, as the selection hints say.
+    for (QWidget* view : {static_cast<QWidget*>(grid_), static_cast<QWidget*>(layers_)}) {
+        commands_->add_view_keys(view);
+        auto* esc = new QShortcut(QKeySequence(Qt::Key_Escape), view);
+        esc->setContext(Qt::WidgetWithChildrenShortcut);
+        connect(esc, &QShortcut::activated, this, [this] { clear_selection(); });
+    }
     // Delete is the Edit menu's: in the draw-order view it removes entries.
     auto* ctrl_b = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_B), this);
     connect(ctrl_b, &QShortcut::activated, this, [this] {
@@ -498,6 +513,8 @@ void MainWindow::refresh_counters() {
         class_buttons_[c]->setText(QString("%1 (%2)").arg(name).arg(counts[c]));
         class_buttons_[c]->setChecked(c == s_.curclass);
     }
+    // The count under the grid follows every change, not only loads.
+    report_->setText(QString("%1 elements").arg(s_.pg_n + s_.ln_n + s_.pt_n + s_.ln_nact + s_.pt_nx));
 }
 
 void MainWindow::refresh_top_fields() {
@@ -586,8 +603,7 @@ void MainWindow::enable_open(bool on) {
 void MainWindow::show_apply(bool visible) { apply_->setVisible(visible); }
 
 void MainWindow::paint_report(bool red) {
-    const int32_t total = s_.pg_n + s_.ln_n + s_.pt_n + s_.ln_nact + s_.pt_nx;
-    report_->setText(QString("%1 elements").arg(total));
+    refresh_counters();
     report_->setStyleSheet(red ? "color: red;" : "color: black;");
     if (errors_ && errors_->isVisible()) errors_->show_report(s_.loadrep);
 }
@@ -670,14 +686,22 @@ void MainWindow::fill_panel_for_current() {
     if (cls == model::k_extra_points) local -= s_.pt_n;
     s_.curel = local + 1;
     const std::string code = text::create_code(s_, s_.curel, cls, false);
-    fill_code_panel(text::convert(s_, code));
+    fill_code_panel(workbench::with_panel_notes(text::convert(s_, code), cls));
     session_->set_text_pending(false);
 }
 
 void MainWindow::click_cell(int cell, bool ctrl, bool shift, bool right) {
     if (session_->loading()) return;
+    if (!ctrl && !shift && cell != browser_.current_cell() && !leave_panel_text()) return;
     if (browser_.click(cell, ctrl, shift, right)) fill_panel_for_current();
     model_->marks_changed();
+}
+
+bool MainWindow::leave_panel_text() {
+    if (!session_->text_pending()) return true;
+    if (!prompt_->yes_no(msgs_.get_msg(m_return_to_icons))) return false;
+    session_->set_text_pending(false);
+    return true;
 }
 
 void MainWindow::double_click_cell(int cell, bool ctrl, bool shift) {
@@ -759,6 +783,12 @@ void MainWindow::editor_closed(int result) {
 void MainWindow::select_all() {
     if (session_->loading()) return;
     browser_.select_all();
+    model_->marks_changed();
+}
+
+void MainWindow::clear_selection() {
+    if (session_->loading()) return;
+    browser_.no_multi();
     model_->marks_changed();
 }
 

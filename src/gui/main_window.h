@@ -115,6 +115,9 @@ public:
     void show_class(int cls);
     void set_icon_size(int size) override;
     void click_cell(int cell, bool ctrl, bool shift, bool right = false);
+    // Text typed in the code panel and not applied may be dropped: asks
+    // "Return to ICONS without saving changes?". False: keep it.
+    bool leave_panel_text();
     void double_click_cell(int cell, bool ctrl, bool shift);
     // Opens the icon editor on store rows of the class in view (two or more
     // polygons or lines make a group edit). False when it cannot open.
@@ -122,6 +125,8 @@ public:
     // The editor on show, null when none.
     EditorWindow* icon_editor() const;
     void select_all();
+    // Esc: no cell stays selected (the current one stays current).
+    void clear_selection();
     void search();
     void apply_changes();
     // Makes a store row of the class in view the current element, shows it

@@ -90,8 +90,9 @@ std::string activity_name(const std::string& code) {
 std::vector<std::string> check_form(const model::Store& s, const NewElementForm& f, const integration::Messages& msgs) {
     if (f.cls == model::k_extra_points) return check_id(s, f);
     const std::string digits = typed_digits(f.type);
-    if (!all_of(digits, "ABCDEFabcdef0123456789") || digits.size() > 5) return {"Not a valid hex"};
-    std::vector<std::string> out = chktype(digits, f.cls);
+    // Text that is no type number at all gets the same word as a type out of range.
+    const bool no_number = (!digits.empty() && !all_of(digits, "ABCDEFabcdef0123456789")) || digits.size() > 5;
+    std::vector<std::string> out = no_number ? std::vector<std::string>{"Invalid type."} : chktype(digits, f.cls);
     if (!out.empty()) {
         out.back() += std::string("\r\n") + class_word(f.cls);
         return out;

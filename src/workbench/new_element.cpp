@@ -16,9 +16,12 @@ namespace korvex::workbench {
 namespace {
 
 enum Msg : int {
+    m_no_level_at_0x100 = 135,
     m_default_activities = 198,
     m_no_number = 219,
 };
+
+constexpr int32_t k_type_without_levels = 0x100;
 
 constexpr int32_t k_active_header = 174;
 constexpr int32_t k_extra_header = 164;
@@ -46,8 +49,10 @@ int32_t ElementOps::new_element(int cls) {
 }
 
 int32_t ElementOps::new_polygon() {
-    const std::string t = nwtypnumber(s_, settings_.polygon_seed, model::k_polygons);
-    if (t.empty()) {
+    // Beside the layers the user names the type: no number is proposed.
+    const bool layers = host_.draworder_view();
+    const std::string t = layers ? std::string() : nwtypnumber(s_, settings_.polygon_seed, model::k_polygons);
+    if (t.empty() && !layers) {
         ui_.message(msg(m_no_number));
         return -1;
     }
@@ -68,6 +73,11 @@ int32_t ElementOps::new_polygon() {
         !ui_.yes_no("An empty draworder exists for " + f.type + ". Continue?"))
         return -1;
     standing_level_ = f.level;
+    // Type 0x100 is drawn without a level: the level is dropped, not refused.
+    if ((code >> 8) == k_type_without_levels && f.level > 0) {
+        ui_.message(msg(m_no_level_at_0x100));
+        f.level = 0;
+    }
     const int32_t row = addpolygon(s_, ui_, as_project(new_polygon_section(f.type, f.text, icon_colours(settings_))),
                                    can_have ? f.level : 0);
     return finish(model::k_polygons, row);

@@ -19,6 +19,7 @@
 #include "typ/encoder.h"
 #include "workbench/draw_order_model.h"
 #include "workbench/load_options.h"
+#include "workbench/panel_notes.h"
 #include "workbench/pending.h"
 #include "workbench/theme.h"
 
@@ -578,12 +579,10 @@ int32_t Session::count_in_view() const {
 // loading guard falls with the build.
 void Session::show_loaded() {
     // "Auto check Draworder Duplicates": a type listed twice keeps its first level.
+    std::string removed;
     if (settings_.no_duplicate_check == 0) {
-        const std::string removed = typ::find_duplicates(s_, ui_, true);
-        if (!removed.empty()) {
-            refresh_levels(s_);
-            ui_.message("Found and removed duplicates :\r\n\r\n" + removed);
-        }
+        removed = typ::find_duplicates(s_, ui_, true);
+        if (!removed.empty()) refresh_levels(s_);
     }
     if (count_in_view() > k_small_icons_above && settings_.icon_size >= 2) {
         settings_.icon_size = 0;
@@ -593,6 +592,8 @@ void Session::show_loaded() {
         view_.rebuild_grid();
     }
     loading_ = false;
+    // Said over the loaded grid, not an empty one.
+    if (!removed.empty()) ui_.message("Found and removed duplicates :\r\n\r\n" + removed);
 }
 
 void Session::paint_report() { view_.paint_report(!s_.loadrep.empty()); }
@@ -629,7 +630,7 @@ bool Session::apply_code_panel(const std::string& panel, bool night) {
     if (cls == model::k_active_lines) row += s_.ln_n;
     if (cls == model::k_extra_points) row += s_.pt_n;
     const bool was_dirty = s_.dirty;
-    const text::PanelApply r = text::parsetext(s_, ui_, panel_to_store(s_, with_crlf(panel)), cls, row, night);
+    const text::PanelApply r = text::parsetext(s_, ui_, panel_to_store(s_, with_crlf(without_panel_notes(panel))), cls, row, night);
     if (!r.caption.empty()) view_.set_status(r.caption);
     if (!r.ok) {
         s_.dirty = was_dirty;

@@ -22,6 +22,7 @@
 #include "gui/main_window.h"
 #include "gui/qt_clipboard.h"
 #include "platform/environment.h"
+#include "workbench/type_key.h"
 
 namespace {
 
@@ -114,6 +115,56 @@ TEST(ElementCommands, CopyDeleteAndPasteByKeys) {
     EXPECT_EQ(f.w->store().pt_typ[3], type);
     EXPECT_EQ(f.w->browser().current_row(), 3);
     EXPECT_TRUE(f.w->code_panel()->toPlainText().startsWith("[_point]"));
+
+    // Ctrl+A selects every cell, Esc drops the selection but not the current cell.
+    f.key(Qt::Key_A, Qt::ControlModifier);
+    EXPECT_EQ(f.w->browser().selected_rows().size(), static_cast<size_t>(points));
+    f.key(Qt::Key_Escape);
+    EXPECT_TRUE(f.w->browser().sel1().empty());
+    EXPECT_EQ(f.w->browser().current_row(), 3);
+}
+
+// A point of the clipboard; its label "Café" in UTF-8 or in the page 1252.
+std::string clip_point(const std::string& type, const std::string& label) {
+    return "krv2\r\n[_point]\r\nType=" + type + "\r\nString1=0x04," + label +
+           "\r\nDayXpm=\"2 2 2 1\" Colormode=0\r\n\"! c #FF0000\"\r\n\"# c #0000FF\"\r\n\"!#\"\r\n\"#!\"\r\n[end]\r\n";
+}
+
+bool has_point(const korvex::model::Store& s, const std::string& type, const std::string& text) {
+    for (int32_t r = 0; r < s.pt_n; ++r)
+        if (wb::row_type_code(s, 2, r) == wb::type_code(type) && s.pt_txt[static_cast<size_t>(r)].find(text) != std::string::npos)
+            return true;
+    return false;
+}
+
+TEST(ElementCommands, PasteEntriesTakeTheirFormOfTheClipboardAndCutAndCopyKeys) {
+    Fixture f;
+    f.w->show_class(2);
+    auto& cmd = f.w->commands();
+    const auto& s = f.w->store();
+    const int32_t points = s.pt_n;
+    f.clipboard.set_text(clip_point("0x6200", "Caf\xE9"));
+    cmd.action("Paste Plain Text")->trigger();
+    EXPECT_TRUE(has_point(s, "0x6200", "Caf\xE9"));
+    f.clipboard.set_unicode_text(clip_point("0x6100", "Caf\xC3\xA9"));
+    cmd.action("Paste UTF-8")->trigger();
+    EXPECT_TRUE(has_point(s, "0x6100", "Caf\xE9"));  // the project's page
+    ASSERT_EQ(s.pt_n, points + 2);
+    cmd.action("Paste Plain Text")->trigger();  // no plain text on the clipboard
+    EXPECT_EQ(f.prompt.messages.back(), "No element to paste");
+    EXPECT_EQ(s.pt_n, points + 2);
+
+    // Ctrl+D copies the current point under a new number; Ctrl+X asks, copies and removes.
+    f.click(0);
+    f.key(Qt::Key_D, Qt::ControlModifier);
+    EXPECT_EQ(s.pt_n, points + 3);
+    const std::string current = s.pt_typ[static_cast<size_t>(f.w->browser().current_row())];
+    f.prompt.script(Answer::yes);
+    f.key(Qt::Key_X, Qt::ControlModifier);
+    EXPECT_EQ(f.prompt.questions.back(), "Reload TYP file to undo changes.\r\n\r\nContinue?");
+    EXPECT_EQ(s.pt_n, points + 2);
+    EXPECT_EQ(f.clipboard.unicode_text().rfind("krv2\r\n" + current.substr(current.size() - 5), 0), 0u)
+        << f.clipboard.unicode_text().substr(0, 20);
 }
 
 TEST(ElementCommands, ACodePanelSelectionIsCopiedAsText) {
@@ -165,8 +216,11 @@ TEST(ElementCommands, ANewButtonShowsItsClassAndTheNewElement) {
               "0x" + f.element_dialogs.shown[0].type.substr(1, 4));
     EXPECT_TRUE(f.w->code_panel()->toPlainText().contains(
         QString::fromStdString("Type=0x" + f.element_dialogs.shown[0].type)));
-    // Insert makes one of the class in view.
+    // Insert makes one of the class in view, but not while a text box has the focus.
     f.key(Qt::Key_Insert);
+    EXPECT_EQ(f.w->store().pg_n, polygons + 2);
+    f.w->code_panel()->setFocus();
+    QTest::keyClick(f.w->code_panel(), Qt::Key_Insert);
     EXPECT_EQ(f.w->store().pg_n, polygons + 2);
 }
 
@@ -196,6 +250,10 @@ TEST(ElementCommands, ANewTypeNumberInTheCodePanelMovesTheElement) {
     f.w->show_class(0);
     f.click(0);
     QString text = f.w->code_panel()->toPlainText();
+    // The panel warns of what a new number does; the warning is no part of the element.
+    EXPECT_TRUE(text.startsWith("[_polygon]\n; Changing type number effects draworder!\n"
+                                "; use Draworder Main Menu option to change draworder\n"))
+        << text.toStdString();
     const int32_t polygons = f.w->store().pg_n;
     text.replace(QRegularExpression("Type=0x[0-9a-fA-F]+"), "Type=0x17f00");
     f.w->code_panel()->setPlainText(text);
@@ -203,6 +261,28 @@ TEST(ElementCommands, ANewTypeNumberInTheCodePanelMovesTheElement) {
     const int32_t row = f.w->browser().current_row();
     EXPECT_EQ(row, polygons - 1);
     EXPECT_EQ(f.w->store().pg_typ[static_cast<size_t>(row)], "0x17F00");
+    EXPECT_EQ(f.w->store().pg_txt[static_cast<size_t>(row)].find("Changing type"), std::string::npos);
+}
+
+TEST(ElementCommands, TextNotAppliedIsOnlyDroppedWhenTheUserSaysSo) {
+    Fixture f;
+    f.w->show_class(2);
+    f.click(1);
+    QPlainTextEdit* panel = f.w->code_panel();
+    panel->setPlainText(panel->toPlainText() + "; typed\n");
+    ASSERT_TRUE(f.w->session().text_pending());
+    f.click(2);  // answered No: the text and the element stay
+    ASSERT_FALSE(f.prompt.questions.empty());
+    EXPECT_EQ(f.prompt.questions.back(), "Return to ICONS without saving changes?");
+    EXPECT_EQ(f.w->browser().current_cell(), 1);
+    EXPECT_TRUE(panel->toPlainText().endsWith("; typed\n"));
+    f.w->findChild<QPushButton*>("class0")->click();
+    EXPECT_EQ(f.w->store().curclass, 2);
+    EXPECT_TRUE(f.w->findChild<QPushButton*>("class2")->isChecked());
+    f.prompt.script(Answer::yes);
+    f.click(2);
+    EXPECT_EQ(f.w->browser().current_cell(), 2);
+    EXPECT_FALSE(f.w->session().text_pending());
 }
 
 TEST(ElementDialogs, PoiSizesRefusesAndStaysOpenUntilTheFormIsFine) {

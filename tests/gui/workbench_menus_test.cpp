@@ -290,6 +290,8 @@ TEST(FontsWindow, TheMenuRunsBothFormsTheListAndTheStringLine) {
         EXPECT_TRUE(d.day_cell()->isVisible());
         EXPECT_FALSE(d.fonts()->isVisible());
         EXPECT_EQ(d.option(1)->text().toStdString(), "Add current Font colours if none exist");
+        // The caption stays readable on the default yellow of the night.
+        EXPECT_TRUE(d.night_cell()->styleSheet().contains("color: black")) << d.night_cell()->styleSheet().toStdString();
         d.class_box(0)->setChecked(false);
         d.class_box(2)->setChecked(true);
         d.select_all()->setChecked(true);

@@ -3,6 +3,7 @@
 // the file's draw order stays as it is.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <unistd.h>
@@ -30,10 +31,22 @@ std::string typ_with_duplicate() {
     return korvex::testing::encode(s, ui);
 }
 
+size_t grid_builds(const RecordingView& view) { return static_cast<size_t>(std::count(view.calls.begin(), view.calls.end(), "grid")); }
+
+// Notes, with each message, how often the grid had been built.
+struct GridWatchingPrompt : platform::ScriptedPrompt {
+    const RecordingView* view = nullptr;
+    std::vector<size_t> grids_before;
+    void message(const std::string& text) override {
+        grids_before.push_back(view ? grid_builds(*view) : 0);
+        ScriptedPrompt::message(text);
+    }
+};
+
 struct Opened {
     model::Store s;
-    platform::ScriptedPrompt ui{platform::Answer::yes};
-    std::vector<std::string> messages;
+    GridWatchingPrompt ui;
+    size_t grids = 0;  // builds of the grid in all
 };
 
 void open(Opened& o, bool auto_check) {
@@ -48,9 +61,12 @@ void open(Opened& o, bool auto_check) {
     platform::RecordingLauncher launcher;
     platform::FixedClock clock{korvex::testing::k_fixed_stamp};
     RecordingView view;
+    o.ui.view = &view;
     Session session{o.s, settings, msgs, o.ui, dialogs, launcher, clock, dir.string(), view};
     session.start();
     EXPECT_TRUE(session.open_path(path));
+    o.grids = grid_builds(view);
+    o.ui.view = nullptr;
     fs::remove_all(dir);
 }
 
@@ -64,6 +80,7 @@ TEST(DrawOrderAfterLoad, DuplicatesGoWhenTheSettingAsks) {
     EXPECT_TRUE(on.s.dirty);
     ASSERT_FALSE(on.ui.messages.empty());
     EXPECT_EQ(on.ui.messages.back(), "Found and removed duplicates :\r\n\r\n0001,3");
+    EXPECT_EQ(on.ui.grids_before.back(), on.grids);  // told over the loaded grid
 
     Opened off;
     open(off, false);

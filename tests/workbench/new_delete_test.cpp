@@ -42,6 +42,16 @@ TEST(NewElement, PolygonTakesTheNextNumberTheDialogsLevelAndItsPlace) {
     EXPECT_EQ(f.ops.new_element(model::k_polygons), -1);
     EXPECT_EQ(f.ui.questions.back(), "An empty draworder exists for 00400. Continue?");
     EXPECT_EQ(f.s.pg_n, 3);
+
+    // Type 0x100 takes no level: the dialog's goes, with a word, and stays standing.
+    f.settings.polygon_seed = "10000";
+    const int32_t row = f.ops.new_element(model::k_polygons);
+    ASSERT_GE(row, 0);
+    ASSERT_FALSE(f.ui.messages.empty());
+    EXPECT_EQ(f.ui.messages.back(), "Polygons &100 do not have draworders.");
+    EXPECT_EQ(f.s.pg_typ[static_cast<size_t>(row)], "0x10000");
+    EXPECT_EQ(f.s.drwlist.find("10000"), std::string::npos);
+    EXPECT_EQ(f.ops.standing_level(), 5);
 }
 
 TEST(NewElement, RefusedAndCancelledFormsChangeNothing) {
@@ -75,6 +85,24 @@ TEST(NewElement, RefusedAndCancelledFormsChangeNothing) {
     EXPECT_FALSE(f.s.dirty);
 }
 
+TEST(NewElement, BesideTheLayersThePolygonsTypeIsTypedNotProposed) {
+    OpsFixture f;
+    f.load(k_polygons, model::k_polygons);
+    f.host.layers = true;
+    f.dialogs.on_poisizes = [](NewElementForm&) { return true; };
+    EXPECT_EQ(f.ops.new_element(model::k_polygons), -1);
+    EXPECT_EQ(f.dialogs.shown.back().type, "");
+    EXPECT_EQ(f.ui.messages.back(), "Invalid type.\r\nPolygon.");
+    EXPECT_EQ(f.s.pg_n, 2);
+    f.dialogs.on_poisizes = [](NewElementForm& form) {
+        form.type = "0x10f00";
+        return true;
+    };
+    const int32_t row = f.ops.new_element(model::k_polygons);
+    ASSERT_EQ(row, 2);
+    EXPECT_EQ(type_code(f.s.pg_typ[2]), 0x10f00);
+}
+
 TEST(NewElement, FormChecksOfEveryClass) {
     OpsFixture f;
     f.load(test::point("0x2f05", "p"));
@@ -84,7 +112,9 @@ TEST(NewElement, FormChecksOfEveryClass) {
     p.level = 255;
     EXPECT_TRUE(check_form(f.s, p, f.msgs).empty());
     p.type = "2g";
-    EXPECT_EQ(check_form(f.s, p, f.msgs), std::vector<std::string>{"Not a valid hex"});
+    EXPECT_EQ(check_form(f.s, p, f.msgs), std::vector<std::string>{"Invalid type.\r\nPolygon."});
+    p.type = "0010051";
+    EXPECT_EQ(check_form(f.s, p, f.msgs), std::vector<std::string>{"Invalid type.\r\nPolygon."});
     NewElementForm pt;
     pt.cls = model::k_points;
     pt.type = "02f05";
