@@ -253,7 +253,9 @@ TEST_P(MkgmapText, OurWrittenTextCompilesCleanlyToTheSame) {
     };
     // The run of all texts complained: this text alone tells whether it was
     // this one.
-    if (!ours(r.written.log).empty()) EXPECT_EQ(ours(mkgmap_all(r.written_sources.at(stem)).log), "");
+    if (!ours(r.written.log).empty()) {
+        EXPECT_EQ(ours(mkgmap_all(r.written_sources.at(stem)).log), "");
+    }
     const std::string& typ = r.written.typ.at(stem);
     ASSERT_FALSE(typ.empty()) << r.written.log;
     EXPECT_EQ(same_meaning(stem + "-written", typ, r.originals.typ.at(stem), unrepresented_languages(r.originals.log, stem),

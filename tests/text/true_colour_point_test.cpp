@@ -46,7 +46,7 @@ TEST(TrueColourPoint, DayPixelsSurviveTextAndTypInEveryShape) {
     const std::string expected = "[_point]\r\nType=0x02f00\r\nDayXpm=\"4 3 0 0\" Colormode=0\r\n" + rows +
                                  ";12345678901234567890123456789012\r\n[end]";
     // Odd width and height, lower-case digits, the head as mkgmap writes it.
-    for (const std::string& head : {"DayXpm=\"4 3 0 0\"", "Xpm=\"4 3 0 0\"", "DayXpm=\"4 3 0 1\""}) {
+    for (const char* head : {"DayXpm=\"4 3 0 0\"", "Xpm=\"4 3 0 0\"", "DayXpm=\"4 3 0 1\""}) {
         std::string lowered = rows;
         for (char& c : lowered) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
         const std::string text = k_head + "[_point]\r\nType=0x2f\r\n" + head + "\r\n" + lowered + "[end]\r\n";
