@@ -116,7 +116,9 @@ void BM_OpenCorpusElements(benchmark::State& state) {
             };
             for (int32_t i = 0; i < s->pg_n; ++i) open(0, i);
             for (int32_t i = 0; i < s->ln_n; ++i) open(1, i);
+            for (int32_t i = 0; i < s->ln_nact; ++i) open(3, s->ln_n + i);
             for (int32_t i = 0; i < s->pt_n; ++i) open(2, i);
+            for (int32_t i = 0; i < s->pt_nx; ++i) open(4, s->pt_n + i);
         }
     }
     state.counters["slowest_ms"] = slowest;

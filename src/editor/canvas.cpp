@@ -1,5 +1,6 @@
 #include "editor/canvas.h"
 
+#include <string>
 #include <unordered_map>
 
 #include "model/store.h"
@@ -29,10 +30,25 @@ void painticon(EditorSession& e) {
 
 void translate(EditorSession& e) {
     if (!e.truecolour && e.ncols() > 0) {
-        // First entry of each colour: equal entries resolve to the lower one.
+        // Each colour met is looked up once: the first entry whose decimal
+        // digits begin with the colour's digits. Equal entries resolve to the
+        // lower one, and so does a colour that is the head of an earlier
+        // entry's digits (the look-up has always been a text search).
+        std::vector<std::string> digits;
+        digits.reserve(static_cast<size_t>(e.ncols()));
+        for (int i = 1; i <= e.ncols(); ++i) digits.push_back(std::to_string(e.palette.colour(i)));
         std::unordered_map<uint32_t, int> entry;
         entry.reserve(static_cast<size_t>(e.ncols()) * 2);
-        for (int i = e.ncols(); i >= 1; --i) entry[e.palette.colour(i)] = i;
+        const auto lookup = [&](uint32_t colour) {
+            const auto hit = entry.find(colour);
+            if (hit != entry.end()) return hit->second;
+            const std::string d = std::to_string(colour);
+            int found = 0;
+            for (size_t i = 0; i < digits.size() && found == 0; ++i)
+                if (digits[i].compare(0, d.size(), d) == 0) found = static_cast<int>(i) + 1;
+            entry.emplace(colour, found);
+            return found;
+        };
         const bool follow_previous = e.curclass < 4;
         std::vector<uint32_t>& px = e.surface.pixels();
         std::vector<uint8_t>& idx = e.pixels.values();
@@ -44,8 +60,7 @@ void translate(EditorSession& e) {
             if (px[i] == last_colour) {
                 found = last_entry;
             } else {
-                const auto hit = entry.find(px[i]);
-                found = hit == entry.end() ? 0 : hit->second;
+                found = lookup(px[i]);
                 last_colour = px[i];
                 last_entry = found;
             }

@@ -8,6 +8,7 @@
 #include "editor/element_commit.h"
 #include "editor/label_panel.h"
 #include "editor/palette_edit.h"
+#include "typ/draw_order.h"
 #include "workbench/sort_rows.h"
 #include "workbench/type_range.h"
 
@@ -56,6 +57,33 @@ bool type_exists(const model::Store& s, int cls, int32_t self, long value) {
     return false;
 }
 
+// The polygon's new code stands in the draw order as a placeholder: an
+// entry whose type no other polygon has.
+bool is_placeholder(const model::Store& s, int32_t self, const std::string& code) {
+    bool can_have = true;
+    const std::string wanted = typ::drw_code_of(code, can_have);
+    for (int32_t i = 0; i < s.pg_n; ++i) {
+        if (i == self) continue;
+        bool c = true;
+        if (typ::polygon_drw_code(s, i, c) == wanted) return false;
+    }
+    const std::string& list = s.drwlist;
+    size_t p = 0;
+    while (p < list.size()) {
+        while (p < list.size() && list[p] == ' ') ++p;
+        size_t end = list.find(' ', p);
+        if (end == std::string::npos) end = list.size();
+        const std::string tok = list.substr(p, end - p);
+        const size_t comma = tok.find(',');
+        if (comma != std::string::npos) {
+            bool c = true;
+            if (typ::drw_code_of(tok.substr(0, comma), c) == wanted) return true;
+        }
+        p = end;
+    }
+    return false;
+}
+
 bool labels_differ(const LabelState& a, const LabelState& b) {
     if (a.labels.size() != b.labels.size()) return true;
     for (size_t i = 0; i < a.labels.size(); ++i)
@@ -90,6 +118,7 @@ std::string change_note(const EditorSession& e, const std::string& code) {
         else
             note += "Changed dimensions\r\n";
     }
+    if (type_changed && (c1 & (ch_ncols | ch_mode | ch_dimensions))) note += from_to;
     if (c1 & ch_night) note += "Edited night version\r\n";
     if (c2 & ch_language) note += "Edited Language\r\n";
     if (c2 & ch_text) note += "Edited text\r\n";
@@ -125,29 +154,44 @@ ApplyOutcome apply(model::Store& s, EditorSession& e, platform::Prompt& ui, cons
     e.subtype_field = upper_trim(e.subtype_field);
     if (e.subtype_field.empty() || hex_value(e.subtype_field) == 0) e.subtype_field = "00";
     const int cls = e.store_class();
-    const long type_v = hex_value(e.type_field), sub_v = hex_value(e.subtype_field);
-    if (cls != model::k_extra_points) {
+    const long type_v = e.type_field.empty() ? 0 : hex_value(e.type_field), sub_v = hex_value(e.subtype_field);
+    if (cls == model::k_extra_points) {
+        // An extended type is hex digits only; the box takes the focus.
+        if (type_v < 0 || e.type_field.empty()) {
+            out.focus = "type";
+            return out;
+        }
+    } else {
         if (sub_v < 0 || sub_v >= 0x20) {
             ui.message("Choose subtype : 0 - &1F");
             return out;
         }
         const bool same = code_value(type_code(e)) == code_value(e.oldtype);
-        if (type_v < 0 || (!same && !workbench::chktype("0x" + type_code(e), cls).empty())) {
+        if (type_v < 0 || (!same && !e.type_field.empty() && !workbench::chktype("0x" + type_code(e), cls).empty())) {
             ui.message("Unknow type");
             return out;
         }
     }
     const std::string code = type_code(e);
     const bool changed_type = code_value(code) != code_value(e.oldtype);
-    if (!e.is_group() && changed_type && cls != model::k_extra_points && type_exists(s, cls, e.row, code_value(code))) {
-        ui.message("Type exists.");
-        return out;
+    // A group takes only what the group edit may change: the checks of one
+    // element's type, draw order and size do not concern it.
+    if (e.curclass == k_line_group && !ch7transp(e, ui)) return out;
+    if (!e.is_group()) {
+        if (changed_type && cls != model::k_extra_points && type_exists(s, cls, e.row, code_value(code))) {
+            ui.message("Type exists.");
+            return out;
+        }
+        if (cls == model::k_points && type_v == 0) {
+            ui.message("Select range: 1 - 7F or 100 - 17F");
+            return out;
+        }
+        if (type_v == 0 && e.type_field.find('0') == std::string::npos) {
+            ui.message("Invalid type.");
+            return out;
+        }
     }
-    if (cls == model::k_points && type_v == 0) {
-        ui.message("Select range: 1 - 7F or 100 - 17F");
-        return out;
-    }
-    if (cls == model::k_polygons) {
+    if (cls == model::k_polygons && !e.is_group()) {
         const int level = std::atoi(e.draworder.c_str());
         if (sub_v >= 0x20) {
             ui.message("SubTypes must be between 0 and 1F.");
@@ -158,8 +202,11 @@ ApplyOutcome apply(model::Store& s, EditorSession& e, platform::Prompt& ui, cons
             return out;
         }
         const bool transparent = e.palette.first_transparent(e.transparentcolour) != 0;
-        if (type_v != 0x100 && e.draworder.empty() && transparent && e.ncols() == 2 && !e.is_group()) {
-            if (!ui.yes_no("Polygons with no draworder AND transparency are not recommended. Continue anyway?")) return out;
+        if (type_v != 0x100 && e.draworder.empty() && transparent && e.ncols() == 2) {
+            if (!ui.yes_no("Polygons with no draworder AND transparency are not recommended. Continue anyway?")) {
+                out.focus = "draworder";
+                return out;
+            }
         }
         if (type_v == 0x100 && level > 0) {
             ui.message("Polygons &100 do not have draworders.");
@@ -169,8 +216,11 @@ ApplyOutcome apply(model::Store& s, EditorSession& e, platform::Prompt& ui, cons
             ui.message("One colour polygons can't have transparency.Add an extra colour.");
             return out;
         }
+        if (changed_type && is_placeholder(s, e.row, code) &&
+            !ui.yes_no("Draworder will replace existing placeholder.\r\nContinue?"))
+            return out;
     }
-    if (cls == model::k_lines || cls == model::k_active_lines) {
+    if ((cls == model::k_lines || cls == model::k_active_lines) && !e.is_group()) {
         if (e.solid) {
             const int H = e.lwidth, B = e.border;
             if (H < 1) {
@@ -179,6 +229,10 @@ ApplyOutcome apply(model::Store& s, EditorSession& e, platform::Prompt& ui, cons
             }
             if (H < 0 || B < 0 || 2 * B + H >= 32) {
                 ui.message("lwidth( + 2 x Border can't be more than 31");
+                return out;
+            }
+            if (H == 0 && B >= 1) {
+                ui.message("No border with line height=0");
                 return out;
             }
         } else if (e.height < 1 || e.height > 32) {
@@ -201,7 +255,6 @@ ApplyOutcome apply(model::Store& s, EditorSession& e, platform::Prompt& ui, cons
             }
         }
     }
-    if (e.curclass == k_line_group && !ch7transp(e, ui)) return out;
 
     // ---- commit ----
     const std::vector<int32_t> rows = e.is_group() ? e.group : std::vector<int32_t>{e.row};
@@ -226,18 +279,37 @@ ApplyOutcome apply(model::Store& s, EditorSession& e, platform::Prompt& ui, cons
     const bool anything = p.type || p.labels || p.fonts || p.widths || p.orient || p.picture || level_changed;
 
     if (anything) {
+        // A line group's second colour is the border: a solid member without
+        // one keeps its colours.
+        const auto borderless = [&](int32_t r) {
+            return e.curclass == k_line_group && s.ln_bord[static_cast<size_t>(r)] == 0 &&
+                   s.ln_xpm[static_cast<size_t>(r)].find("\"0 0 ") != std::string::npos;
+        };
+        bool members_colours = p.picture;
+        if (p.picture && e.curclass == k_line_group && e.solid && borderless(rows.front())) {
+            ui.message("Cannot apply border colours for all. No border found");
+            members_colours = false;
+        }
+        int left_out = 0;
         for (size_t k = 0; k < rows.size(); ++k) {
             Patch pk = p;
             if (k > 0) {
                 // Members take colours, labels, draw order and fonts only.
                 pk.picture = false;
-                pk.colours_only = p.picture;
+                pk.colours_only = members_colours;
                 pk.type = false;
+                pk.widths = false;
+                pk.orient = false;
+                if (members_colours && borderless(rows[k])) {
+                    pk.colours_only = false;
+                    ++left_out;
+                }
             }
             if (pk.type || pk.labels || pk.fonts || pk.widths || pk.orient || pk.picture || pk.colours_only)
                 reparse(s, ui, cls, rows[k], patched_section(s, e, cls, rows[k], pk));
             if (cls == model::k_polygons && (level_changed || p.type)) set_level(s, rows[k], e.draworder);
         }
+        if (left_out > 0) ui.message("Could not update border colours for " + std::to_string(left_out) + " highways.");
     }
     out.committed = true;
     out.type_changed = p.type;

@@ -19,6 +19,7 @@ struct ApplyOutcome {
     bool drawdirty = false;  // the draw order list changed
     int32_t row = -1;        // the element's store row afterwards: a new type moves it among its class
     std::string note;        // the change note for the log, "" when nothing changed
+    std::string focus;       // a refused field that takes the focus: "type", "draworder"; "" for none
 };
 
 // What the form holds beyond the working copy.

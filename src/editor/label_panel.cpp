@@ -313,4 +313,14 @@ bool adcvs(EditorSession& e, char side, platform::Prompt& ui) {
     return true;
 }
 
+bool add_canvas(EditorSession& e, const std::string& answer, platform::Prompt& ui) {
+    if (answer.size() > 1 && answer[0] == 'M') {
+        for (size_t i = 1; i < answer.size(); ++i)
+            if (!std::isdigit(static_cast<unsigned char>(answer[i]))) return false;
+        return adb(e, std::atoi(answer.c_str() + 1), ui);
+    }
+    if (answer == "L" || answer == "R" || answer == "U" || answer == "D") return adcvs(e, answer[0], ui);
+    return false;
+}
+
 }  // namespace korvex::editor

@@ -71,5 +71,8 @@ bool adb(EditorSession& e, int margin, platform::Prompt& ui);
 // adcvs: doubles the canvas on side "L", "R", "U" or "D", the picture at the
 // far side. "Please add a transparent color", "Too big >", "Deselect night bitmap.".
 bool adcvs(EditorSession& e, char side, platform::Prompt& ui);
+// The add-canvas dialog's answer: "M" and a margin runs adb, a side letter
+// adcvs; anything else does nothing.
+bool add_canvas(EditorSession& e, const std::string& answer, platform::Prompt& ui);
 
 }  // namespace korvex::editor

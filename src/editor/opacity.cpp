@@ -36,17 +36,6 @@ uint32_t distinct_colour(const Palette& p, uint32_t c) {
 
 int moplev(int level) { return std::clamp(level, 0, k_max_level); }
 
-bool chk1col(EditorSession& e, platform::Prompt& ui) {
-    if (e.truecolour || !e.palette.has_duplicates()) return true;
-    if (!ui.yes_no("Fix identical colours?")) return false;
-    save_curpalette(e);
-    fixcols(e.palette);
-    painticon(e);
-    e.eddirty = true;
-    e.changes1 |= ch_colour;
-    return true;
-}
-
 bool opacity_press_allowed(EditorSession& e, platform::Prompt& ui) {
     if (!e.alpha || e.truecolour || !e.palette.has_duplicates()) return true;
     ui.message("Palette contains identical colours!\r\nCannot continue.");

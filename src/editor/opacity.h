@@ -21,18 +21,13 @@ constexpr int k_max_level = 15;
 // moplev: a level of the chooser, cut to 0..15.
 int moplev(int level);
 
-// chk1col: a palette with two equal colours cannot take opacity (the
-// surface could not tell their pixels apart). "Fix identical colours?": yes
-// runs fixcols and repaints; no leaves the palette. True when all colours
-// differ afterwards.
-bool chk1col(EditorSession& e, platform::Prompt& ui);
-
 // A press of a tool in opacity mode on a palette with equal colours is
 // dropped with "Palette contains identical colours!" and "Cannot continue.",
 // and chk1col offers the repair. True when the press may go on.
 bool opacity_press_allowed(EditorSession& e, platform::Prompt& ui);
 
-// opaval, the opacity tick. On (points only): chk1col must pass; pixels of
+// opaval, the opacity tick. On (points only): chk1col (palette_edit.h)
+// must pass; pixels of
 // the transparent colour get level 15, the others 0, and so do the colours;
 // colormode 32; "With Opacity (colormode 32) only 'pink opacity tools' can
 // be used.". Off: "This will clear your opacity levels. Are you sure?"; the

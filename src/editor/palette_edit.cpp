@@ -24,9 +24,13 @@ std::string getcurcol(const Palette& p) {
     return out;
 }
 
-int add_colour(EditorSession& e, platform::Prompt& ui, uint32_t default1, uint32_t default2) {
+int add_colour(EditorSession& e, platform::Prompt& ui, uint32_t default1, uint32_t default2, bool opacity_panel) {
     if (e.fn013() || e.is_group()) {
         ui.message("Only two colours allowed.");
+        return 0;
+    }
+    if (opacity_panel) {
+        ui.message("With Opacity (colormode 32) only 'pink opacity tools' can be used.");
         return 0;
     }
     if (e.ncols() >= k_max_colours) {
@@ -87,22 +91,34 @@ int trimcols(EditorSession& e, platform::Prompt& ui, bool opacity_panel) {
         ui.message("No colours to trim");
         return 0;
     }
-    std::vector<bool> used(static_cast<size_t>(e.ncols()), false);
-    for (uint8_t v : e.pixels.values())
-        if (v < used.size()) used[v] = true;
-    std::vector<int> new_index(used.size(), 0);
+    // The colours in use, in the order met from the last row up; the
+    // transparent entry, when in use, keeps its place among them.
+    const uint32_t marker = e.transparentcolour;
     Palette kept;
-    for (size_t i = 0; i < used.size(); ++i) {
-        if (!used[i]) continue;
-        new_index[i] = kept.ncols();
-        kept.colours.push_back(e.palette.colours[i]);
-        if (i < e.palette.alpha.size()) kept.alpha.push_back(e.palette.alpha[i]);
+    bool marker_used = false;
+    for (int y = e.height - 1; y >= 0; --y)
+        for (int x = 0; x < e.width; ++x) {
+            const uint32_t c = e.palette.colour(e.pixels.at(x, y) + 1);
+            if (c == marker) {
+                marker_used = true;
+                continue;
+            }
+            if (kept.first_of(c) == 0) kept.colours.push_back(c);
+        }
+    if (marker_used) {
+        const int at = std::min(e.palette.first_transparent(marker) - 1, kept.ncols());
+        kept.colours.insert(kept.colours.begin() + at, marker);
     }
     const int removed = e.ncols() - kept.ncols();
     if (removed == 0) {
         ui.message("No usused colours found.");
         return 0;
     }
+    if (!e.palette.alpha.empty()) {
+        for (uint32_t c : kept.colours) kept.alpha.push_back(e.palette.alpha[static_cast<size_t>(e.palette.first_of(c) - 1)]);
+    }
+    std::vector<int> new_index(static_cast<size_t>(e.ncols()), 0);
+    for (int i = 1; i <= e.ncols(); ++i) new_index[static_cast<size_t>(i - 1)] = std::max(kept.first_of(e.palette.colour(i)) - 1, 0);
     for (uint8_t& v : e.pixels.values()) v = static_cast<uint8_t>(v < new_index.size() ? new_index[v] : 0);
     e.palette = kept;
     e.curcol = -1;
@@ -127,15 +143,43 @@ void fixcols(Palette& p) {
     }
 }
 
+bool chk1col(EditorSession& e, platform::Prompt& ui) {
+    if (!e.palette.has_duplicates()) return true;
+    if (!ui.yes_no("Fix identical colours?")) return false;
+    save_curpalette(e);
+    fixcols(e.palette);
+    e.changes1 |= ch_colour;
+    e.eddirty = true;
+    painticon(e);
+    return true;
+}
+
+void switch_transparent_marker(EditorSession& e, uint32_t marker) {
+    const uint32_t old = e.transparentcolour;
+    if (old == marker) return;
+    for (Palette* p : {&e.palette, &e.nightpal})
+        for (uint32_t& c : p->colours)
+            if (c == old) c = marker;
+    e.transparentcolour = marker;
+    if (e.truecolour) {
+        for (uint32_t& c : e.surface.pixels())
+            if (c == old) c = marker;
+    } else {
+        painticon(e);
+    }
+}
+
 namespace {
 
-int brightness(uint32_t c) { return static_cast<int>(red_of(c) + green_of(c) + blue_of(c)); }
+// Colours compare as their numbers (red in the low byte), as the
+// threshold's bounds are numbers of that order.
+int64_t brightness(uint32_t c) { return c & 0xFFFFFF; }
 
 }  // namespace
 
 void twocols(EditorSession& e) {
     if (e.ncols() < 2) return;
-    int lo = 1 << 30, hi = -1;
+    int64_t lo = 1LL << 30, hi = -1;
     for (uint32_t c : e.surface.pixels()) {
         // White and near black stay out of the range.
         if (c == 0xFFFFFF || c < 1052689) continue;
@@ -143,7 +187,7 @@ void twocols(EditorSession& e) {
         hi = std::max(hi, brightness(c));
     }
     if (hi < 0) lo = hi = 0;
-    const int mid = (lo + hi) / 2;
+    const int64_t mid = (lo + hi) / 2;
     for (int y = 0; y < e.height; ++y)
         for (int x = 0; x < e.width; ++x) e.pixels.set(x, y, brightness(e.surface.at(x, y)) > mid ? 1 : 0);
     e.eddirty = true;

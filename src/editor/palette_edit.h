@@ -20,8 +20,9 @@ std::string getcurcol(const Palette& p);
 // taken), or while the palette stays below three entries the default colour
 // of the new entry's number. The new entry becomes curcol. Refusals:
 // "Maximum Colours = 254", "Only two colours allowed." for polygons and
-// lines. Returns the new entry, 0 when refused.
-int add_colour(EditorSession& e, platform::Prompt& ui, uint32_t default1, uint32_t default2);
+// lines, "With Opacity (colormode 32) only 'pink opacity tools' can be
+// used." with the opacity panel on. Returns the new entry, 0 when refused.
+int add_colour(EditorSession& e, platform::Prompt& ui, uint32_t default1, uint32_t default2, bool opacity_panel = false);
 
 // Deletes entry (from 1): its pixels take the entry before it (entry 2 when
 // it is the first), the entries above move down. Refuses a true-colour icon
@@ -29,8 +30,9 @@ int add_colour(EditorSession& e, platform::Prompt& ui, uint32_t default1, uint32
 // and the last entry. The history starts again.
 bool removecol(EditorSession& e, int entry, platform::Prompt& ui, bool opacity_panel = false);
 
-// Removes entries no pixel uses, keeping the order of the rest (a used
-// transparent entry keeps its place among them). "No colours to trim" for
+// Removes entries no pixel uses: the colours in use are ordered as met from
+// the last row up (equal entries merge); a used transparent entry keeps its
+// place among them. "No colours to trim" for
 // fewer than two; "No usused colours found." when none goes; else
 // "Unused colours have been removed.". Group edits and opacity mode are
 // left alone. Returns the number removed.
@@ -40,8 +42,17 @@ int trimcols(EditorSession& e, platform::Prompt& ui, bool opacity_panel = false)
 // pass white) until all differ.
 void fixcols(Palette& p);
 
-// Two colours: pixels brighter than the middle of the darkest and
-// brightest colour in use become entry 2, the others entry 1.
+// chk1col: with two equal entries, "Fix identical colours?"; yes runs
+// fixcols. False when equal entries remain (the caller turns opacity off).
+bool chk1col(EditorSession& e, platform::Prompt& ui);
+
+// The transparency marker becomes marker: entries holding the old one take
+// the new one, so they stay transparent.
+void switch_transparent_marker(EditorSession& e, uint32_t marker);
+
+// Two colours: pixels whose colour, as a number, lies above the middle of
+// the lowest and highest colour in use (white and colours below 0x101011
+// left out of that range) become entry 2, the others entry 1.
 void twocols(EditorSession& e);
 
 // The transparency rule of the class, for a request to make entry

@@ -97,12 +97,19 @@ std::vector<std::string> point_picture_lines(const PointPicture& picture, const 
     }
     const int n = p.palette.ncols();
     const int cpp = n >= model::cpp_limit ? 2 : 1;
-    out.push_back(key + "\"" + size + " " + std::to_string(n) + " " + std::to_string(cpp) + "\"" + tail);
-    const std::vector<std::string> colours = point_colour_lines(p, marker);
+    // A picture of one colour is written as two: "$" white and unused, the
+    // pixels "%" in the colour.
+    const bool one_colour = n == 1;
+    out.push_back(key + "\"" + size + " " + std::to_string(one_colour ? 2 : n) + " " + std::to_string(cpp) + "\"" + tail);
+    std::vector<std::string> colours = point_colour_lines(p, marker);
+    if (one_colour) {
+        colours[0][1] = '%';
+        colours.insert(colours.begin(), "\"$ c #FFFFFF\"" + std::string(p.alpha ? " alpha=0" : ""));
+    }
     out.insert(out.end(), colours.begin(), colours.end());
     for (int y = 0; y < height; ++y) {
         std::string row = "\"";
-        for (int x = 0; x < width; ++x) row += point_symbol(p.pixels.at(x, y), n);
+        for (int x = 0; x < width; ++x) row += one_colour ? std::string("%") : point_symbol(p.pixels.at(x, y), n);
         out.push_back(row + "\"");
     }
     return out;

@@ -48,6 +48,8 @@ bool ToolEngine::set_tool(int tool) {
     reset_states();
     if (!frame_tool(tool)) frame_ = {};
     e_.tool = static_cast<int16_t>(tool);
+    // A palette change can no longer be taken back by Ctrl+Z.
+    e_.lastpalok = false;
     return true;
 }
 

@@ -119,9 +119,12 @@ void CanvasWidget::mousePressEvent(QMouseEvent* ev) {
     pixel_of(ev->position().toPoint(), x, y);
     level_at_press_ = e_.undo.level();
     const bool was_dirty = e_.eddirty;
+    const int cols[2] = {e_.curcol, e_.curcol2};
     tools_.press(x, y, ev->button() == Qt::RightButton);
     update();
-    if (e_.undo.level() != level_at_press_ || e_.eddirty != was_dirty) emit edited();
+    // The picker changes the buttons' colours: the palette shows them.
+    if (e_.undo.level() != level_at_press_ || e_.eddirty != was_dirty || cols[0] != e_.curcol || cols[1] != e_.curcol2)
+        emit edited();
 }
 
 void CanvasWidget::mouseMoveEvent(QMouseEvent* ev) {

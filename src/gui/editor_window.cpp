@@ -2,7 +2,6 @@
 
 #include <QCheckBox>
 #include <QCloseEvent>
-#include <QColorDialog>
 #include <QComboBox>
 #include <QFontComboBox>
 #include <QSignalBlocker>
@@ -20,10 +19,13 @@
 #include <QVBoxLayout>
 
 #include "editor/canvas.h"
+#include "editor/label_panel.h"
 #include "editor/palette_edit.h"
 #include "editor/palette_file.h"
 #include "editor/palette_map.h"
+#include "gui/canvas_dialog.h"
 #include "gui/canvas_widget.h"
+#include "gui/colour_dialog.h"
 #include "gui/label_panel.h"
 #include "gui/palette_widget.h"
 #include "gui/qt_prompt.h"
@@ -36,8 +38,6 @@ namespace {
 
 const char* k_palette_filter = "Palette files (*.tpal)";
 
-QColor qcolour(uint32_t c) { return QColor(static_cast<int>(c & 0xFF), static_cast<int>((c >> 8) & 0xFF), static_cast<int>((c >> 16) & 0xFF)); }
-uint32_t from_q(const QColor& c) { return editor::rgb(static_cast<uint32_t>(c.red()), static_cast<uint32_t>(c.green()), static_cast<uint32_t>(c.blue())); }
 
 struct ToolDef {
     int tool;
@@ -74,6 +74,7 @@ EditorWindow::EditorWindow(model::Store& s, editor::EditorSession working_copy, 
     setObjectName("IconEditor");
     setWindowTitle(QString::fromStdString(editor_caption(e_)));
     setModal(true);
+    if (!env_.pick_colour) env_.pick_colour = [this](uint32_t c) { return cmcolor(c, ui_, this); };
     build();
     refresh_palette();
     if (!env_.palette_folder.empty()) editor::ensure_standard_palettes(env_.palette_folder);
@@ -262,6 +263,13 @@ void EditorWindow::build() {
         size->addWidget(width_);
         size->addWidget(new QLabel("x"));
         size->addWidget(height_);
+        if (!e_.truecolour) {
+            auto* canvas = new QPushButton("Canvas...");
+            canvas->setObjectName("add_canvas");
+            canvas->setToolTip("Add a transparent margin, or double the width or height");
+            connect(canvas, &QPushButton::clicked, this, [this] { add_canvas(ask_canvas(this)); });
+            size->addWidget(canvas);
+        }
         form->addRow("Size", size);
         if (e_.truecolour) form->addRow(new QLabel("True colour icon"));
     }
@@ -290,6 +298,10 @@ void EditorWindow::build() {
     pal_buttons->addWidget(transp);
     pal_buttons->addWidget(clear);
     pal->addLayout(pal_buttons);
+    magenta_ = new QCheckBox("Transparent Colour Magenta");
+    magenta_->setChecked(e_.transparentcolour == editor::k_transparent_magenta);
+    pal->addWidget(magenta_);
+    connect(magenta_, &QCheckBox::toggled, this, [this](bool on) { set_magenta(on); });
     const bool palette_edits = !e_.truecolour;
     add->setEnabled(palette_edits && !e_.fn013() && !e_.is_group());
     del->setEnabled(palette_edits && !e_.fn013() && !e_.is_group());
@@ -368,6 +380,7 @@ void EditorWindow::build() {
     auto* label_box = new QGroupBox("Labels");
     auto* lb = new QVBoxLayout(label_box);
     labels_ = new LabelPanel(e_, ui_, s_.codepage);
+    labels_->set_colour_picker(env_.pick_colour);
     lb->addWidget(labels_);
     side->addWidget(label_box);
     side->addStretch(1);
@@ -526,16 +539,33 @@ void EditorWindow::fill_chooser(editor::ChooserMode mode, bool ask) {
     chooser_->set_colours(editor::parse_tpal(chooser_text_));
 }
 
+void EditorWindow::set_magenta(bool on) {
+    editor::switch_transparent_marker(e_, on ? editor::k_transparent_magenta : editor::k_transparent_grey);
+    if (env_.magenta) *env_.magenta = on;
+    if (magenta_->isChecked() != on) {
+        const QSignalBlocker block(magenta_);
+        magenta_->setChecked(on);
+    }
+    refresh_after_edit();
+}
+
+bool EditorWindow::add_canvas(const std::string& answer) {
+    if (answer.empty() || !editor::add_canvas(e_, answer, ui_)) return false;
+    canvas_->set_zoom(canvas_->zoom());
+    refresh_after_edit();
+    return true;
+}
+
 void EditorWindow::apply_chooser() {
     if (editor::apply_palette(e_, chooser_text_, tools_.has_frame(), ui_)) refresh_after_edit();
 }
 
 void EditorWindow::edit_colour(int entry) {
     if (!e_.palette.valid(entry)) return;
-    const QColor picked = QColorDialog::getColor(qcolour(e_.palette.colour(entry)), this, "Colour");
-    if (!picked.isValid()) return;
+    const int64_t picked = env_.pick_colour(e_.palette.colour(entry));
+    if (picked < 0) return;
     editor::save_curpalette(e_);
-    e_.palette.set(entry, from_q(picked));
+    e_.palette.set(entry, static_cast<uint32_t>(picked));
     e_.changes1 |= editor::ch_colour;
     e_.eddirty = true;
     editor::painticon(e_);

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <QDialog>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -38,6 +39,11 @@ struct EditorEnvironment {
     std::string* custom_palette = nullptr;  // the last custom palette's path, kept for the session
     uint32_t default_colour1 = 0xFFFFFF, default_colour2 = 0;  // of new entries
     platform::FileDialog* dialogs = nullptr;
+    // The "Transparent Colour Magenta" setting, which the editor's tick
+    // changes too; null keeps the choice to the editor.
+    bool* magenta = nullptr;
+    // The colour dialog: the colour picked, -1 for cancel (cmcolor when empty).
+    std::function<int64_t(uint32_t)> pick_colour;
 };
 
 class EditorWindow : public QDialog {
@@ -67,6 +73,11 @@ public:
     bool apply_clicked();
     void cancel_clicked();
     void apply_chooser();
+    // The "Transparent Colour Magenta" tick: magenta or light grey marks transparency.
+    void set_magenta(bool on);
+    // The add-canvas dialog's answer ("M" and a margin, or a side letter).
+    bool add_canvas(const std::string& answer);
+    QCheckBox* magenta_tick() const { return magenta_; }
 
 protected:
     void keyPressEvent(QKeyEvent* ev) override;
@@ -119,6 +130,7 @@ private:
     QSpinBox* repeat_x_ = nullptr;
     QSpinBox* repeat_y_ = nullptr;
     QCheckBox* grid_ = nullptr;
+    QCheckBox* magenta_ = nullptr;
     QLabel* position_ = nullptr;
     QLabel* level_ = nullptr;
     QPushButton* apply_ = nullptr;

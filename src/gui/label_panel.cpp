@@ -3,7 +3,6 @@
 #include <QCheckBox>
 #include <QClipboard>
 #include <QGuiApplication>
-#include <QColorDialog>
 #include <QComboBox>
 #include <QFormLayout>
 #include <QHBoxLayout>
@@ -16,6 +15,8 @@
 
 #include "editor/label_panel.h"
 #include "editor/palette_file.h"
+#include "gui/colour_dialog.h"
+#include "gui/preferences_dialog.h"
 #include "gui/qt_prompt.h"
 
 namespace korvex::gui {
@@ -23,7 +24,6 @@ namespace korvex::gui {
 namespace {
 
 QColor qcolour(uint32_t c) { return QColor(static_cast<int>(c & 0xFF), static_cast<int>((c >> 8) & 0xFF), static_cast<int>((c >> 16) & 0xFF)); }
-uint32_t from_q(const QColor& c) { return editor::rgb(static_cast<uint32_t>(c.red()), static_cast<uint32_t>(c.green()), static_cast<uint32_t>(c.blue())); }
 
 void paint_button(QPushButton* b, uint32_t c) {
     const QColor fg = editor::chktxt4(editor::hex6(c)) ? Qt::white : Qt::black;
@@ -39,12 +39,12 @@ LabelPanel::LabelPanel(editor::EditorSession& e, platform::Prompt& ui, int file_
     form->setContentsMargins(0, 0, 0, 0);
     auto* lang_row = new QHBoxLayout;
     languages_ = new QComboBox;
-    new_language_ = new QSpinBox;
-    new_language_->setRange(0, 255);
-    new_language_->setDisplayIntegerBase(16);
-    new_language_->setPrefix("0x");
+    new_language_ = new QComboBox;
+    new_language_->setObjectName("new_language");
+    for (const char* name : label_languages()) new_language_->addItem(name);
+    new_language_->setCurrentIndex(4);
     auto* add = new QPushButton("Add");
-    add->setToolTip("Add a label in the language of the number beside");
+    add->setToolTip("Add a label in the language beside");
     lang_row->addWidget(languages_, 1);
     lang_row->addWidget(new_language_);
     lang_row->addWidget(add);
@@ -110,7 +110,7 @@ LabelPanel::LabelPanel(editor::EditorSession& e, platform::Prompt& ui, int file_
     });
     connect(add, &QPushButton::clicked, this, [this] {
         store_shown();
-        e_.labels.labels.push_back({0, new_language_->value(), ""});
+        e_.labels.labels.push_back({0, new_language_->currentIndex(), ""});
         e_.changes2 |= editor::ch_language;
         fill_languages();
         languages_->setCurrentIndex(languages_->count() - 1);
@@ -166,7 +166,8 @@ void LabelPanel::fill_languages() {
     filling_ = true;
     languages_->clear();
     for (const editor::LabelSlot& l : e_.labels.labels)
-        languages_->addItem(QString("0x%1").arg(l.language, 2, 16, QChar('0')));
+        languages_->addItem(l.language >= 0 && l.language < k_label_languages ? QString(label_languages()[static_cast<size_t>(l.language)])
+                                                                              : QString("0x%1").arg(l.language, 2, 16, QChar('0')));
     filling_ = false;
 }
 
@@ -213,9 +214,9 @@ void LabelPanel::refresh_sample() {
 
 void LabelPanel::pick_colour(bool night) {
     uint32_t& c = night ? e_.labels.nightlabelcolour : e_.labels.daylabelcolour;
-    const QColor picked = QColorDialog::getColor(qcolour(c), this, night ? "Night label colour" : "Day label colour");
-    if (!picked.isValid()) return;
-    c = from_q(picked);
+    const int64_t picked = pick_ ? pick_(c) : cmcolor(c, ui_, this);
+    if (picked < 0) return;
+    c = static_cast<uint32_t>(picked);
     e_.eddirty = true;
     e_.changes1 |= editor::ch_font_colours;
     paint_button(night ? night_ : day_, c);

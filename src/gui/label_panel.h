@@ -6,6 +6,7 @@
 #pragma once
 
 #include <QWidget>
+#include <functional>
 
 #include "editor/editor_session.h"
 #include "platform/prompt.h"
@@ -31,6 +32,9 @@ public:
     QCheckBox* colours_tick() const { return colours_; }
     // The text shown goes to its slot (Apply calls this first).
     void store_shown();
+    // The colour dialog of the label colours: the colour, or -1 for cancel.
+    void set_colour_picker(std::function<int64_t(uint32_t)> pick) { pick_ = std::move(pick); }
+    QPushButton* colour_button(bool night) const { return night ? night_ : day_; }
 
 signals:
     void changed();
@@ -47,7 +51,7 @@ private:
     int file_codepage_;
     bool filling_ = false;
     QComboBox* languages_ = nullptr;
-    QSpinBox* new_language_ = nullptr;
+    QComboBox* new_language_ = nullptr;
     QPlainTextEdit* text_ = nullptr;
     QComboBox* style_ = nullptr;
     QCheckBox* extended_ = nullptr;
@@ -55,6 +59,7 @@ private:
     QPushButton* day_ = nullptr;
     QPushButton* night_ = nullptr;
     QLabel* sample_ = nullptr;
+    std::function<int64_t(uint32_t)> pick_;
 };
 
 }  // namespace korvex::gui

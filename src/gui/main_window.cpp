@@ -718,7 +718,7 @@ bool MainWindow::open_icon_editor(const std::vector<int32_t>& rows) {
     r.curclass = browser_.cls();
     r.row = rows.front();
     if (rows.size() > 1) r.group = rows;
-    r.transparentcolour = editor::k_transparent_magenta;
+    r.transparentcolour = settings_.magenta_transparency ? editor::k_transparent_magenta : editor::k_transparent_grey;
     if (browser_.cell_of_row(r.row) >= 0 && r.row != browser_.current_row()) browser_.set_current(browser_.cell_of_row(r.row));
     fill_panel_for_current();
     EditorEnvironment env;
@@ -727,6 +727,7 @@ bool MainWindow::open_icon_editor(const std::vector<int32_t>& rows) {
     env.default_colour1 = static_cast<uint32_t>(settings_.icon_colour1) & 0xFFFFFF;
     env.default_colour2 = static_cast<uint32_t>(settings_.icon_colour2) & 0xFFFFFF;
     env.dialogs = services_.dialogs;
+    env.magenta = &settings_.magenta_transparency;
     icon_editor_ = new EditorWindow(s_, editor::open_element(s_, r), *prompt_, env, this);
     icon_editor_->setAttribute(Qt::WA_DeleteOnClose);
     connect(icon_editor_, &QDialog::finished, this, [this](int result) { editor_closed(result); });

@@ -191,6 +191,20 @@ TEST(Tools, EqualPaletteEntriesTranslateToTheFirst) {
     t.press(0, 0, false);
     t.release(0, 0);
     EXPECT_EQ(e.undo.level(), 2);
+
+    // The look-up is by decimal digits, first hit: a colour whose digits
+    // begin an earlier entry's digits resolves to that entry.
+    e.palette.colours = {1234, 12, 99};
+    painticon(e);
+    e.curcol = 2;
+    t.press(1, 0, false);
+    t.release(1, 0);
+    EXPECT_EQ(e.pixels.at(1, 0), 0);
+    EXPECT_EQ(e.surface.at(1, 0), 1234u);
+    e.curcol = 3;
+    t.press(1, 0, false);
+    t.release(1, 0);
+    EXPECT_EQ(e.pixels.at(1, 0), 2);
 }
 
 TEST(Tools, SelectionCopyMoveStampAndCrop) {
@@ -333,6 +347,10 @@ TEST(Undo, PaletteChangeIsTakenBackAndBroughtAgainAndAStrokeEndsThat) {
     t.press(0, 0, false);
     t.release(0, 0);
     EXPECT_FALSE(e.lastpalok);
+    EXPECT_FALSE(load_lastpalette(e));
+    // So does a change of tool.
+    save_curpalette(e);
+    ASSERT_TRUE(t.set_tool(t_fill));
     EXPECT_FALSE(load_lastpalette(e));
 }
 

@@ -6,6 +6,7 @@
 #include "editor/editor_apply.h"
 #include "editor/element_open.h"
 #include "editor/label_panel.h"
+#include "editor/palette_edit.h"
 #include "editor/tools.h"
 #include "text/load_driver.h"
 #include "text/text_writer.h"
@@ -16,12 +17,14 @@ namespace {
 
 const char* k_project =
     "[_id]\nFID=7\nCodePage=1252\n[end]\n"
-    "[_drawOrder]\nType=0x01,1\nType=0x02,2\n[end]\n"
+    "[_drawOrder]\nType=0x01,1\nType=0x02,2\nType=0x03,3\n[end]\n"
     "[_polygon]\nType=0x01\nString1=0x04,Wood\nXpm=\"32 32 2 1\"\n\"0 c #00FF00\"\n\"1 c none\"\n"
     "\"00000000000000000000000000000000\"\n"
     "[end]\n"
     "[_polygon]\nType=0x02\nXpm=\"0 0 1 0\"\n\"0 c #0000FF\"\n[end]\n"
     "[_line]\nType=0x05\nLineWidth=3\nBorderWidth=1\nXpm=\"0 0 2 0\"\n\"0 c #FF0000\"\n\"1 c #000000\"\n[end]\n"
+    "[_line]\nType=0x06\nLineWidth=2\nBorderWidth=0\nXpm=\"0 0 1 0\"\n\"0 c #00FF00\"\n[end]\n"
+    "[_line]\nType=0x07\nLineWidth=2\nBorderWidth=2\nXpm=\"0 0 2 0\"\n\"0 c #0000FF\"\n\"1 c #FFFFFF\"\n[end]\n"
     "[_point]\nType=0x2f\nSubType=0x01\nString1=0x04,Pub\nExtendedLabels=Y\nFontStyle=SmallFont\n"
     "DayXpm=\"4 2 2 1\" Colormode=16\n\"! c #FFFFFF\"\n\"  c none\"\n\"!!  \"\n\"  !!\"\n[end]\n"
     "[_point]\nType=0x30\nDayXpm=\"2 1 1 1\" Colormode=0\n\"! c #000000\"\n\"!!\"\n[end]\n";
@@ -223,6 +226,14 @@ TEST(EditorApply, PointSizeBoxesAndGroups) {
     EXPECT_FALSE(apply(p.s, e, p.ui).committed);
     EXPECT_EQ(p.ui.messages.back(), "Please click resize.");
 
+    // One colour is written as two: "$" white and unused, the pixels "%".
+    EditorSession one = p.open(2, 1);
+    one.eddirty = true;
+    ASSERT_TRUE(apply(p.s, one, p.ui).committed);
+    const std::string code = p.code(2, 1);
+    EXPECT_TRUE(has(code, "\"2 1 2 1\"")) << code;
+    EXPECT_TRUE(has(code, "\"$ c #FFFFFF\"\r\n\"% c #000000\"\r\n\"%%\"")) << code;
+
     // A colour of a polygon group reaches every member; pictures stay each their own.
     OpenRequest r{0, 0, {0, 1}};
     EditorSession g = open_element(p.s, r);
@@ -316,6 +327,92 @@ TEST(LabelPanel, MarginsAndCanvasDoubling) {
     d.has_night_bitmap = true;
     EXPECT_FALSE(adcvs(d, 'R', ui));
     EXPECT_EQ(ui.messages.back(), "Deselect night bitmap.");
+}
+
+TEST(EditorApply, CheckOrderPlaceholderAndTheNote) {
+    Project p;
+    // An empty type box: a point asks for its range, another class calls
+    // the type invalid; an extended type that is no hex number only takes
+    // the focus.
+    EditorSession pt = p.open(2, 1);
+    pt.type_field = "";
+    EXPECT_FALSE(apply(p.s, pt, p.ui).committed);
+    EXPECT_EQ(p.ui.messages.back(), "Select range: 1 - 7F or 100 - 17F");
+    EditorSession pg = p.open(0, 1);
+    pg.type_field = " ";
+    EXPECT_FALSE(apply(p.s, pg, p.ui).committed);
+    EXPECT_EQ(p.ui.messages.back(), "Invalid type.");
+    EditorSession ext = p.open(2, 1);
+    ext.curclass = 4;
+    ext.type_field = "1g";
+    const size_t said = p.ui.messages.size();
+    const ApplyOutcome refused = apply(p.s, ext, p.ui);
+    EXPECT_FALSE(refused.committed);
+    EXPECT_EQ(refused.focus, "type");
+    EXPECT_EQ(p.ui.messages.size(), said);
+
+    // A new type that stands as a placeholder in the draw order asks first.
+    const std::string drw = p.s.drwlist;
+    EditorSession moved = p.open(0, 1);
+    moved.type_field = "03";
+    p.ui.script(platform::Answer::no);
+    EXPECT_FALSE(apply(p.s, moved, p.ui).committed);
+    EXPECT_EQ(p.ui.questions.back(), "Draworder will replace existing placeholder.\r\nContinue?");
+    EXPECT_EQ(p.s.drwlist, drw);
+    EXPECT_EQ(p.s.pg_typ[1], "0x0200");
+
+    // The from-to line comes again after a change of colours or mode.
+    EditorSession e = p.open(2, 1);
+    ASSERT_EQ(add_colour(e, p.ui, 0xFFFFFF, 0), 2);
+    e.type_field = "32";
+    const ApplyOutcome out = apply(p.s, e, p.ui);
+    ASSERT_TRUE(out.committed);
+    const std::string from_to = "From 03000 to 3200\r\n";
+    const size_t first = out.note.find(from_to);
+    ASSERT_NE(first, std::string::npos) << out.note;
+    const size_t again = out.note.find(from_to, first + 1);
+    ASSERT_NE(again, std::string::npos) << out.note;
+    EXPECT_LT(out.note.find("Changed number of colours"), again);
+    EXPECT_LT(out.note.find("Changed type number from 0x03000"), again);
+}
+
+TEST(EditorApply, GroupsTakeOnlyTheirEditsAndReportLinesWithoutBorder) {
+    Project p;
+    // A polygon group skips the checks of one polygon's type and draw order.
+    OpenRequest pr{0, 0, {0, 1}};
+    EditorSession pg = open_element(p.s, pr);
+    pg.subtype_field = "01";  // with a draw order, refused for one polygon
+    pg.palette.set(2, rgb(9, 9, 9));
+    pg.eddirty = true;
+    ASSERT_TRUE(apply(p.s, pg, p.ui).committed);
+    EXPECT_EQ(p.s.pg_typ[0], "0x0100");
+
+    // A line group needs a transparent colour.
+    OpenRequest lr{1, 0, {0, 1, 2}};
+    EditorSession g = open_element(p.s, lr);
+    ASSERT_EQ(g.curclass, k_line_group);
+    g.palette.set(1, rgb(1, 2, 3));
+    g.eddirty = true;
+    EXPECT_FALSE(apply(p.s, g, p.ui).committed);
+    EXPECT_EQ(p.ui.messages.back(), "One colour needs to become tansparent. Please select.");
+    g.palette.set(2, g.transparentcolour);
+    g.lwidth = 9;  // widths are one line's, never the group's
+    ASSERT_TRUE(apply(p.s, g, p.ui).committed);
+    EXPECT_EQ(p.ui.messages.back(), "Could not update border colours for 1 highways.");
+    EXPECT_TRUE(has(p.s.ln_col[0], "#010203")) << p.s.ln_col[0];
+    EXPECT_FALSE(has(p.s.ln_col[1], "#010203")) << p.s.ln_col[1];
+    EXPECT_TRUE(has(p.s.ln_col[2], "#010203")) << p.s.ln_col[2];
+    EXPECT_TRUE(has(p.s.ln_col[2], "none")) << p.s.ln_col[2];
+    EXPECT_EQ(p.s.ln_wid[2], 2);
+
+    // A first line without border: no member takes the colours.
+    OpenRequest nr{1, 1, {1, 2}};
+    EditorSession n = open_element(p.s, nr);
+    n.palette.colours = {rgb(4, 5, 6), n.transparentcolour};
+    n.eddirty = true;
+    ASSERT_TRUE(apply(p.s, n, p.ui).committed);
+    EXPECT_EQ(p.ui.messages.back(), "Cannot apply border colours for all. No border found");
+    EXPECT_FALSE(has(p.s.ln_col[2], "#040506")) << p.s.ln_col[2];
 }
 
 }  // namespace

@@ -49,7 +49,10 @@ void check_file(const std::string& path, bool rewrite_pictures) {
         r.curclass = el.cls;
         r.row = el.row;
         EditorSession e = open_element(s, r);
-        if (rewrite_pictures) e.eddirty = true;
+        // A point of one colour is rewritten as two (the editor's own rule,
+        // pinned by the apply tests): its text could not stay.
+        const bool one_colour_point = (el.cls == 2 || el.cls == 4) && !e.truecolour && e.ncols() == 1;
+        if (rewrite_pictures && !one_colour_point) e.eddirty = true;
         s.dirty = false;
         const ApplyOutcome out = apply(s, e, ui);
         ASSERT_TRUE(out.committed) << path << " class " << el.cls << " row " << el.row

@@ -5,6 +5,7 @@
 #include <filesystem>
 
 #include "editor/canvas.h"
+#include "editor/colour_picker.h"
 #include "editor/palette_edit.h"
 #include "editor/palette_file.h"
 #include "editor/palette_map.h"
@@ -150,8 +151,9 @@ TEST(PaletteEdit, AddRemoveTrimFix) {
     EXPECT_EQ(ui.messages.back(), "No usused colours found.");
     e.pixels.set(1, 0, 0);
     EXPECT_EQ(trimcols(e, ui), 1);
-    EXPECT_EQ(e.palette.colours, (std::vector<uint32_t>{rgb(1, 1, 1), rgb(254, 254, 254)}));
-    EXPECT_EQ(e.pixels.values(), (std::vector<uint8_t>{1, 0, 0}));
+    // The colours left are ordered as met.
+    EXPECT_EQ(e.palette.colours, (std::vector<uint32_t>{rgb(254, 254, 254), rgb(1, 1, 1)}));
+    EXPECT_EQ(e.pixels.values(), (std::vector<uint8_t>{0, 1, 1}));
     EXPECT_EQ(ui.messages.back(), "Unused colours have been removed.");
 
     e.palette.colours.resize(k_max_colours, 7);
@@ -174,6 +176,105 @@ TEST(PaletteEdit, AddRemoveTrimFix) {
     EXPECT_EQ(transparency_refusal(pg, 2), "");
     pg.palette.colours[1] = k_transparent_magenta;
     EXPECT_EQ(transparency_refusal(pg, 2), "Transparency colour exists.");
+}
+
+TEST(PaletteEdit, TrimOrdersFromTheLastRowUpAndKeepsTheTransparentPlace) {
+    platform::ScriptedPrompt ui;
+    EditorSession e;
+    e.curclass = 2;
+    constexpr uint32_t A = 0x0000AA, B = 0x00BB00, C = 0xCC0000, U = 0x123456, T = k_transparent_magenta;
+    e.palette.colours = {A, T, B, U, C, B};
+    resize_picture(e, 2, 3);
+    // Rows: A T / C B / B' A, the second B an equal entry of its own.
+    const uint8_t rows[3][2] = {{0, 1}, {4, 2}, {5, 0}};
+    for (int y = 0; y < 3; ++y)
+        for (int x = 0; x < 2; ++x) e.pixels.set(x, y, rows[y][x]);
+    painticon(e);
+    EXPECT_EQ(trimcols(e, ui), 2);
+    // Met from the last row up: B, A, C; the equal B entries merge; the
+    // transparent entry stays second.
+    EXPECT_EQ(e.palette.colours, (std::vector<uint32_t>{B, T, A, C}));
+    EXPECT_EQ(e.pixels.values(), (std::vector<uint8_t>{2, 1, 3, 0, 0, 2}));
+    EXPECT_EQ(e.surface.at(0, 2), B);
+    EXPECT_EQ(e.undo.level(), 0);
+
+    // Opacity mode and groups are left alone; one colour is refused.
+    EXPECT_EQ(trimcols(e, ui, true), 0);
+    EditorSession one;
+    one.curclass = 2;
+    one.palette.colours = {A};
+    resize_picture(one, 1, 1);
+    EXPECT_EQ(trimcols(one, ui), 0);
+    EXPECT_EQ(ui.messages.back(), "No colours to trim");
+}
+
+TEST(PaletteEdit, TwoColoursIdenticalColoursAndTheMarkerSwitch) {
+    platform::ScriptedPrompt ui;
+    EditorSession e;
+    e.curclass = 2;
+    // Colours compare as numbers, blue the high byte: the range is
+    // 0x200000 .. 0x800000 (white and numbers below 0x101011 left out), its
+    // middle 0x500000; white is above it, 0x0000F0 below.
+    e.palette.colours = {0x200000, 0x800000, 0xFFFFFF, 0x0000F0};
+    resize_picture(e, 4, 1);
+    for (int x = 0; x < 4; ++x) e.pixels.set(x, 0, static_cast<uint8_t>(x));
+    painticon(e);
+    twocols(e);
+    EXPECT_EQ(e.pixels.values(), (std::vector<uint8_t>{0, 1, 1, 0}));
+
+    e.palette.colours = {5, 9, 5};
+    ui.script(platform::Answer::no);
+    EXPECT_FALSE(chk1col(e, ui));
+    EXPECT_EQ(ui.questions.back(), "Fix identical colours?");
+    EXPECT_EQ(e.palette.colours, (std::vector<uint32_t>{5, 9, 5}));
+    EXPECT_TRUE(chk1col(e, ui));
+    EXPECT_EQ(e.palette.colours, (std::vector<uint32_t>{5, 9, 6}));
+    const size_t asked = ui.questions.size();
+    EXPECT_TRUE(chk1col(e, ui));
+    EXPECT_EQ(ui.questions.size(), asked);
+
+    EXPECT_EQ(add_colour(e, ui, 0, 0, true), 0);
+    EXPECT_EQ(ui.messages.back(), "With Opacity (colormode 32) only 'pink opacity tools' can be used.");
+
+    e.palette.colours = {0x0000FF, k_transparent_magenta, k_transparent_grey};
+    e.pixels.fill(1);
+    painticon(e);
+    switch_transparent_marker(e, k_transparent_grey);
+    EXPECT_EQ(e.transparentcolour, k_transparent_grey);
+    EXPECT_EQ(e.palette.colours, (std::vector<uint32_t>{0x0000FF, k_transparent_grey, k_transparent_grey}));
+    EXPECT_EQ(e.surface.at(0, 0), k_transparent_grey);
+    EXPECT_TRUE(e.palette.transparent(2, e.transparentcolour));
+}
+
+TEST(ColourPicker, BoxesSwatchesShadesAndPointers) {
+    EXPECT_EQ(colour_swatches().size(), 24u);
+    EXPECT_STREQ(colour_swatches()[0], "ffff00");
+    EXPECT_STREQ(colour_swatches()[23], "000000");
+    EXPECT_EQ(hex_box_text("1g2Z3a#bc9f"), "123abc");
+    EXPECT_FALSE(hex_box_accepts('x'));
+    std::string warning;
+    EXPECT_EQ(box_value(ColourBox::red, "255", warning), 255);
+    EXPECT_TRUE(warning.empty());
+    EXPECT_EQ(box_value(ColourBox::green, "256", warning), 255);
+    EXPECT_EQ(warning, "Maximum value:255");
+    EXPECT_EQ(box_value(ColourBox::hue, "3a61", warning), 360);
+    EXPECT_EQ(warning, "Maximum value:360");
+    EXPECT_EQ(box_value(ColourBox::saturation, "100", warning), 100);
+    EXPECT_TRUE(warning.empty());
+    EXPECT_EQ(box_value(ColourBox::value, "101", warning), 100);
+    EXPECT_EQ(warning, "Maximum value:100");
+
+    const ShadeBars b = shades(rgb(200, 100, 0));
+    EXPECT_EQ(b.dark[0], rgb(0, 0, 0));
+    EXPECT_EQ(b.dark[64], rgb(100, 50, 0));
+    EXPECT_EQ(b.dark[127], rgb(198, 99, 0));
+    EXPECT_EQ(b.light[0], rgb(200, 100, 0));
+    EXPECT_EQ(b.light[64], rgb(227, 177, 127));
+    EXPECT_EQ(b.light[127], rgb(254, 253, 253));
+
+    const PointerSpots at = find_color(rgb(0, 0, 255));  // hue 240, value 100
+    EXPECT_DOUBLE_EQ(at.hue, 240.0 / 360.0);
+    EXPECT_DOUBLE_EQ(at.value, 2.0);
 }
 
 }  // namespace

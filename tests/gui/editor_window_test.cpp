@@ -2,7 +2,9 @@
 // cell, drawn on with the mouse, keys for undo and redo, Apply and Cancel;
 // the element's text is checked afterwards.
 #include <QApplication>
+#include <QCheckBox>
 #include <QComboBox>
+#include <QTimer>
 #include <QDir>
 #include <QLabel>
 #include <QLineEdit>
@@ -17,12 +19,15 @@
 #include <gtest/gtest.h>
 
 #include "editor/canvas.h"
+#include "gui/canvas_dialog.h"
 #include "gui/canvas_widget.h"
+#include "gui/colour_dialog.h"
 #include "gui/editor_window.h"
 #include "gui/grid_model.h"
 #include "gui/grid_view.h"
 #include "gui/label_panel.h"
 #include "gui/main_window.h"
+#include "gui/palette_widget.h"
 #include "platform/environment.h"
 #include "text/text_writer.h"
 
@@ -267,6 +272,99 @@ TEST(EditorWindow, PolygonDrawOrderAndTheSampleOnScreen) {
         EXPECT_TRUE(ed->grab().save(QString::fromUtf8(out)));
         ed->cancel_clicked();
     }
+}
+
+// Runs fn on the modal dialog of type D that the next step opens.
+template <class D, class Fn>
+void on_dialog(Fn fn) {
+    QTimer::singleShot(0, [fn] {
+        auto* d = qobject_cast<D*>(QApplication::activeModalWidget());
+        ASSERT_NE(d, nullptr);
+        fn(d);
+    });
+}
+
+TEST(EditorWindow, ColourDialogPaletteUndoMarkerAndCanvasReachTheText) {
+    Fixture f;
+    ASSERT_TRUE(f.w->open_file(k_samples + "sample.typ"));
+    const int cell = f.drawable_point();
+    ASSERT_GE(cell, 0);
+    EditorWindow* ed = f.open_cell(2, cell);
+    ASSERT_NE(ed, nullptr);
+    korvex::editor::EditorSession& e = ed->session();
+    const int32_t row = e.row;
+    korvex::gui::PaletteWidget* pal = ed->palette_cells();
+    const uint32_t first = e.palette.colour(1);
+
+    // A double click on the first cell opens the colour dialog; the hex box
+    // keeps only hex digits, a number box warns past its maximum.
+    on_dialog<korvex::gui::ColourDialog>([&](korvex::gui::ColourDialog* d) {
+        QTest::keyClicks(d->number_box(0), "300");
+        EXPECT_EQ(d->number_box(0)->text(), "255");
+        d->hex_box()->clear();
+        QTest::keyClicks(d->hex_box(), "12zab9g0");
+        EXPECT_EQ(d->hex_box()->text(), "12ab90");
+        d->accept();
+    });
+    QTest::mouseDClick(pal, Qt::LeftButton, Qt::NoModifier, pal->cell_rect(0).center());
+    EXPECT_EQ(f.prompt.messages.back(), "Maximum value:255");
+    EXPECT_EQ(e.palette.colour(1), korvex::editor::rgb(0x12, 0xAB, 0x90));
+    // Ctrl+Z takes the palette change back, a second one brings it again.
+    QTest::keyClick(ed, Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(e.palette.colour(1), first);
+    QTest::keyClick(ed, Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(e.palette.colour(1), korvex::editor::rgb(0x12, 0xAB, 0x90));
+    // Cancel in the dialog changes nothing.
+    on_dialog<korvex::gui::ColourDialog>([](korvex::gui::ColourDialog* d) {
+        d->set_colour(0);
+        d->reject();
+    });
+    QTest::mouseDClick(pal, Qt::LeftButton, Qt::NoModifier, pal->cell_rect(0).center());
+    EXPECT_EQ(e.palette.colour(1), korvex::editor::rgb(0x12, 0xAB, 0x90));
+
+    // The picker takes the colour under the pointer for the button pressed.
+    CanvasWidget* c = ed->canvas();
+    QTest::mouseClick(ed->tool_button(korvex::editor::t_picker), Qt::LeftButton);
+    const int entry = e.pixels.at(0, 0) + 1;
+    e.curcol2 = 0;
+    QTest::mouseClick(c, Qt::RightButton, Qt::NoModifier, at(c, 0, 0));
+    EXPECT_EQ(e.curcol2, e.palette.first_of(e.palette.colour(entry)));
+
+    // Add 1 Color, then a transparent margin all round from the canvas dialog.
+    const int w0 = e.width, h0 = e.height;
+    if (e.palette.first_transparent(e.transparentcolour) == 0) {
+        QPushButton* add = nullptr;
+        for (QPushButton* b : ed->findChildren<QPushButton*>())
+            if (b->text() == "Add 1 Color") add = b;
+        ASSERT_NE(add, nullptr);
+        QTest::mouseClick(add, Qt::LeftButton);
+        e.palette.set(e.ncols(), e.transparentcolour);
+    }
+    auto* canvas_button = ed->findChild<QPushButton*>("add_canvas");
+    ASSERT_NE(canvas_button, nullptr);
+    on_dialog<korvex::gui::CanvasDialog>([](korvex::gui::CanvasDialog* d) {
+        d->margin_box()->setValue(1);
+        QTest::mouseClick(d->findChild<QPushButton*>("M"), Qt::LeftButton);
+    });
+    QTest::mouseClick(canvas_button, Qt::LeftButton);
+    EXPECT_EQ(e.width, w0 + 2);
+    EXPECT_EQ(e.height, h0 + 2);
+    EXPECT_EQ(e.palette.colour(e.pixels.at(0, 0) + 1), e.transparentcolour);
+
+    // The marker switch keeps the transparent entry transparent.
+    ed->magenta_tick()->setChecked(false);
+    EXPECT_EQ(e.transparentcolour, korvex::editor::k_transparent_grey);
+    EXPECT_EQ(e.palette.colour(e.pixels.at(0, 0) + 1), korvex::editor::k_transparent_grey);
+    EXPECT_FALSE(f.w->settings().magenta_transparency);
+
+    QTest::mouseClick(ed->apply_button(), Qt::LeftButton);
+    QApplication::processEvents();
+    EXPECT_EQ(f.w->icon_editor(), nullptr);
+    const std::string after = f.element_text(2, row);
+    EXPECT_NE(after.find("c #12AB90\""), std::string::npos) << after;
+    EXPECT_NE(after.find(" c none\""), std::string::npos) << after;
+    EXPECT_NE(after.find("\"" + std::to_string(w0 + 2) + " " + std::to_string(h0 + 2) + " "), std::string::npos) << after;
+    EXPECT_EQ(after.find("F0F0F0"), std::string::npos) << after;
 }
 
 }  // namespace
