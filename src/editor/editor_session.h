@@ -73,6 +73,7 @@ struct EditorSession {
     uint32_t transparentcolour = k_transparent_magenta;
     UndoHistory undo;
     Palette saved_palette;          // the palette before the last palette change, for Ctrl+Z
+    PixelGrid saved_pixels;         // the picture that went with it (a filter changes both)
     bool lastpalok = false;         // Ctrl+Z takes back that palette change
 
     int curcol = -1;                // selected entry from 1; 0 none; negative: none chosen yet

@@ -41,6 +41,10 @@ public:
     // Stamps a floating layer where it lies.
     void commit_layer();
 
+    // A colour adjustment panel is open: the canvas waits for its Apply or
+    // Cancel, and a press only says so.
+    bool panel_open = false;
+
     // Pen width of the line and outline tools, 1 to 10.
     int pen = 1;
     // The text stamp's rendered text; it follows the pointer and a double

@@ -26,6 +26,7 @@
 #include "gui/canvas_dialog.h"
 #include "gui/canvas_widget.h"
 #include "gui/colour_dialog.h"
+#include "gui/editor_filters.h"
 #include "gui/label_panel.h"
 #include "gui/palette_widget.h"
 #include "gui/qt_prompt.h"
@@ -76,6 +77,7 @@ EditorWindow::EditorWindow(model::Store& s, editor::EditorSession working_copy, 
     setModal(true);
     if (!env_.pick_colour) env_.pick_colour = [this](uint32_t c) { return cmcolor(c, ui_, this); };
     build();
+    filters_ = new EditorFilters(*this);
     refresh_palette();
     if (!env_.palette_folder.empty()) editor::ensure_standard_palettes(env_.palette_folder);
     fill_chooser(editor::ChooserMode::c256, false);
@@ -472,6 +474,7 @@ void EditorWindow::choose_tool(int tool) {
 }
 
 void EditorWindow::undo() {
+    if (filters_->panel_open()) return;  // the panel's Cancel takes its colours back
     // A palette change is taken back first; a second Ctrl+Z brings it again.
     if (e_.lastpalok ? editor::load_lastpalette(e_) : editor::undo_step(e_)) refresh_after_edit();
 }
@@ -595,7 +598,9 @@ void EditorWindow::form_to_session() {
 
 bool EditorWindow::apply_clicked() {
     form_to_session();
-    outcome_ = editor::apply(s_, e_, ui_);
+    editor::ApplyForm form;
+    form.filter_panel_open = filters_->panel_open();
+    outcome_ = editor::apply(s_, e_, ui_, form);
     if (width_) {
         width_->setValue(e_.width_box);
         height_->setValue(e_.height_box);

@@ -30,6 +30,7 @@ class QToolButton;
 namespace korvex::gui {
 
 class CanvasWidget;
+class EditorFilters;
 class LabelPanel;
 class PaletteWidget;
 
@@ -63,6 +64,7 @@ public:
     QLabel* position_label() const { return position_; }
     QPushButton* apply_button() const { return apply_; }
     QToolButton* tool_button(int tool) const;
+    EditorFilters* filters() const { return filters_; }
     // What the last Apply committed.
     const editor::ApplyOutcome& outcome() const { return outcome_; }
 
@@ -85,6 +87,7 @@ protected:
     void reject() override;
 
 private:
+    friend class EditorFilters;
     void build();
     void refresh_palette();
     void refresh_after_edit();
@@ -135,6 +138,7 @@ private:
     QLabel* level_ = nullptr;
     QPushButton* apply_ = nullptr;
     std::vector<std::pair<int, QToolButton*>> tool_buttons_;
+    EditorFilters* filters_ = nullptr;
 };
 
 // The caption of the editor for an element: the class word and the type.
