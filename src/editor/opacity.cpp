@@ -34,6 +34,8 @@ uint32_t distinct_colour(const Palette& p, uint32_t c) {
 
 }  // namespace
 
+bool opacity_tool(const EditorSession& e, int tool) { return e.alpha && (tool == t_opacity_fill || tool == t_opacity_pencil); }
+
 int moplev(int level) { return std::clamp(level, 0, k_max_level); }
 
 bool opacity_press_allowed(EditorSession& e, platform::Prompt& ui) {
@@ -129,6 +131,12 @@ bool opacity_plot(EditorSession& e, int x, int y) {
     e.opacity.set(x, y, static_cast<uint8_t>(level));
     e.eddirty = true;
     return true;
+}
+
+bool opacity_press(EditorSession& e, int x, int y) {
+    if (e.tool == t_opacity_fill) return opacity_fill(e, x, y);
+    if (e.tool == t_opacity_pencil) return opacity_plot(e, x, y);
+    return false;
 }
 
 bool opacity_rubber(EditorSession& e, platform::Prompt& ui) {

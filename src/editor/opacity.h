@@ -18,6 +18,12 @@ namespace korvex::editor {
 // The highest level: fully transparent.
 constexpr int k_max_level = 15;
 
+// In opacity mode the slots of the horizontal flip and of the turn hold
+// the two pink opacity tools.
+constexpr int t_opacity_fill = t_flip_h;
+constexpr int t_opacity_pencil = t_rotate;
+bool opacity_tool(const EditorSession& e, int tool);
+
 // moplev: a level of the chooser, cut to 0..15.
 int moplev(int level);
 
@@ -44,6 +50,8 @@ bool set_colour_level(EditorSession& e, int entry, int level);
 // pointer takes it. False when nothing changed.
 bool opacity_fill(EditorSession& e, int x, int y);
 bool opacity_plot(EditorSession& e, int x, int y);
+// The press of the current opacity tool.
+bool opacity_press(EditorSession& e, int x, int y);
 
 // The rubber in opacity mode: it cannot draw, "Set one colour's opacity to
 // 15 (right click on color)" is shown and the pencil is taken instead.
