@@ -26,9 +26,18 @@ void ensure_alpha(Palette& p) {
 
 bool colour_taken(const Palette& p, uint32_t c) { return p.first_of(c) != 0; }
 
-// fixcols' step: up by one, down where up would pass white.
+// The nearest colour that no entry holds: one channel moved by the
+// smallest step, red first, up before down.
 uint32_t distinct_colour(const Palette& p, uint32_t c) {
-    while (colour_taken(p, c)) c = c >= 0xFFFFFF ? c - 1 : c + 1;
+    if (!colour_taken(p, c)) return c;
+    for (int step = 1; step < 256; ++step)
+        for (int shift : {0, 8, 16})
+            for (int sign : {1, -1}) {
+                const int v = static_cast<int>((c >> shift) & 0xFF) + sign * step;
+                if (v < 0 || v > 255) continue;
+                const uint32_t t = (c & ~(0xFFu << shift)) | static_cast<uint32_t>(v) << shift;
+                if (!colour_taken(p, t)) return t;
+            }
     return c;
 }
 
