@@ -1,6 +1,7 @@
 #include "editor/night_option.h"
 
 #include "editor/canvas.h"
+#include "editor/label_panel.h"
 #include "editor/point_pictures.h"
 
 namespace korvex::editor {
@@ -64,7 +65,7 @@ bool set_night(EditorSession& e, bool on, platform::Prompt& ui) {
         else
             e.nightpal = night;
         if (!e.labels.extendedlabels) {
-            e.labels.extendedlabels = true;
+            set_extended_labels(e, true);
             ui.message("Font colours require the extended option ticked.");
         }
         ui.message("To Edit colours Click Edit Night Colours.");
