@@ -15,6 +15,13 @@ bool is_point(const EditorSession& e) { return e.store_class() == 2 || e.store_c
 // A solid polygon keeps its night colour as its second entry.
 bool solid_polygon(const EditorSession& e) { return e.store_class() == 0 && e.solid; }
 
+void mark(EditorSession& e) {
+    e.changes1 |= ch_night;
+    e.eddirty = true;
+}
+
+}  // namespace
+
 void drop_point_night(EditorSession& e) {
     if (e.bmpmode == 2) cmd19(e);
     e.other = {};
@@ -23,13 +30,6 @@ void drop_point_night(EditorSession& e) {
     e.night_shares_day = false;
     e.newbmp = 0;
 }
-
-void mark(EditorSession& e) {
-    e.changes1 |= ch_night;
-    e.eddirty = true;
-}
-
-}  // namespace
 
 bool has_night(const EditorSession& e) { return is_point(e) ? e.bmpmode != 0 : e.hasnight != 0; }
 

@@ -22,6 +22,11 @@ namespace korvex::editor {
 // nothing changed.
 bool set_night(EditorSession& e, bool on, platform::Prompt& ui);
 
+// A point's night picture is dropped: the day picture goes back on the
+// canvas first if the night one is shown. For the flows that cannot keep a
+// night (a resize, a crop).
+void drop_point_night(EditorSession& e);
+
 // Has the element a night version (picture or colours)?
 bool has_night(const EditorSession& e);
 
