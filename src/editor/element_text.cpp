@@ -80,9 +80,17 @@ int xpm_line(const std::vector<std::string>& lines) { return find_key(lines, {"x
 
 int picture_end(const std::vector<std::string>& lines, int xpm) {
     if (xpm < 0) return -1;
-    int i = xpm + 1;
-    while (i < static_cast<int>(lines.size()) && !lines[static_cast<size_t>(i)].empty() && lines[static_cast<size_t>(i)][0] == '"') ++i;
-    return i;
+    // Comment lines may stand among the colour lines and rows (a decoded
+    // file notes the picture's size there): the block runs to its last quoted line.
+    int end = xpm + 1;
+    for (int i = xpm + 1; i < static_cast<int>(lines.size()); ++i) {
+        const std::string& l = lines[static_cast<size_t>(i)];
+        if (!l.empty() && l[0] == '"')
+            end = i + 1;
+        else if (l.empty() || l[0] != ';')
+            break;
+    }
+    return end;
 }
 
 std::string changecode(const std::string& column, const std::string& key, const std::string& newline) {

@@ -6,6 +6,7 @@
 #include <QFontComboBox>
 #include <QSignalBlocker>
 #include <QFormLayout>
+#include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -32,6 +33,7 @@
 #include "gui/palette_widget.h"
 #include "gui/qt_prompt.h"
 #include "gui/qt_text_raster.h"
+#include "gui/tile_preview.h"
 #include "platform/files.h"
 
 namespace korvex::gui {
@@ -83,6 +85,8 @@ EditorWindow::EditorWindow(model::Store& s, editor::EditorSession working_copy, 
     refresh_palette();
     if (!env_.palette_folder.empty()) editor::ensure_standard_palettes(env_.palette_folder);
     fill_chooser(editor::ChooserMode::c256, false);
+    // The keys of the picture work from the start, not those of a text box.
+    canvas_->setFocus(Qt::OtherFocusReason);
 }
 
 EditorWindow::~EditorWindow() = default;
@@ -175,6 +179,16 @@ void EditorWindow::build() {
     grid_ = new QCheckBox("Grid");
     grid_->setChecked(true);
     tools->addWidget(grid_);
+    auto* grid_colour = new QToolButton;
+    grid_colour->setText("Grid colour");
+    grid_colour->setToolTip("The colour of the grid lines");
+    connect(grid_colour, &QToolButton::clicked, this, [this] {
+        const int64_t c = env_.pick_colour(grid_colour_);
+        if (c < 0) return;
+        grid_colour_ = static_cast<uint32_t>(c);
+        canvas_->set_grid_colour(QColor(static_cast<int>(c & 0xFF), static_cast<int>((c >> 8) & 0xFF), static_cast<int>((c >> 16) & 0xFF)));
+    });
+    tools->addWidget(grid_colour);
     auto* zoom_in = new QToolButton;
     zoom_in->setText("Zoom +");
     auto* zoom_out = new QToolButton;
@@ -199,6 +213,8 @@ void EditorWindow::build() {
     status->addWidget(position_, 1);
     status->addWidget(level_);
     middle->addLayout(status);
+    preview_ = new TilePreview(e_);
+    middle->addWidget(preview_, 0, Qt::AlignHCenter);
     root->addLayout(middle, 1);
     connect(grid_, &QCheckBox::toggled, canvas_, &CanvasWidget::set_grid);
     connect(zoom_in, &QToolButton::clicked, this, [this] { canvas_->set_zoom(canvas_->zoom() + std::max(1, canvas_->zoom() / 4)); });
@@ -285,7 +301,7 @@ void EditorWindow::build() {
     palette_->setObjectName("palette");
     palette_->setToolTip("Double Click to change Color ");
     pal->addWidget(palette_);
-    auto* pal_buttons = new QHBoxLayout;
+    auto* pal_buttons = new QGridLayout;
     auto* add = new QPushButton("Add 1 Color");
     auto* del = new QPushButton("Delete");
     auto* trim = new QPushButton("Trim");
@@ -294,10 +310,10 @@ void EditorWindow::build() {
     connect(clear, &QPushButton::clicked, this, [this] {
         if (editor::clearicon(e_, ui_, e_.alpha)) refresh_after_edit();
     });
-    pal_buttons->addWidget(add);
-    pal_buttons->addWidget(del);
-    pal_buttons->addWidget(trim);
-    pal_buttons->addWidget(clear);
+    pal_buttons->addWidget(add, 0, 0);
+    pal_buttons->addWidget(del, 0, 1);
+    pal_buttons->addWidget(trim, 0, 2);
+    pal_buttons->addWidget(clear, 1, 0);
     pal->addLayout(pal_buttons);
     magenta_ = new QCheckBox("Transparent Colour Magenta");
     magenta_->setChecked(e_.transparentcolour == editor::k_transparent_magenta);
@@ -433,6 +449,12 @@ void EditorWindow::refresh_text_mask() {
 
 void EditorWindow::refresh_tool_buttons() {
     for (auto& [t, b] : tool_buttons_) b->setChecked(t == e_.tool);
+    // The pointer tells the tool: a hand picks, a frame tool sizes, the rest draw.
+    const int t = e_.tool;
+    canvas_->setCursor(t == editor::t_picker                                                     ? Qt::PointingHandCursor
+                       : t == editor::t_select || t == editor::t_crop_select || t == editor::t_crop_pending ? Qt::SizeFDiagCursor
+                       : t == editor::t_text                                                     ? Qt::IBeamCursor
+                                                                                                 : Qt::CrossCursor);
     text_panel_->setVisible(e_.tool == editor::t_text);
     const std::string hint = tools_.hint();
     if (!hint.empty()) position_->setText(QString::fromStdString(hint));
@@ -476,6 +498,7 @@ void EditorWindow::refresh_palette() {
 
 void EditorWindow::refresh_after_edit() {
     refresh_palette();
+    preview_->refresh();
     canvas_->picture_changed();
     if (width_ && !width_->hasFocus()) width_->setValue(e_.width);
     if (height_ && !height_->hasFocus()) height_->setValue(e_.height);

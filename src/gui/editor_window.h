@@ -34,6 +34,7 @@ class EditorFilters;
 class EditorVariants;
 class LabelPanel;
 class PaletteWidget;
+class TilePreview;
 
 // What the editor needs of the program around it.
 struct EditorEnvironment {
@@ -110,6 +111,7 @@ private:
     editor::ChooserMode chooser_mode_ = editor::ChooserMode::c256;
     std::string chooser_text_;  // the chooser's palette file text
     bool closing_by_cancel_ = false;
+    uint32_t grid_colour_ = 0xC0C0C0;
 
     CanvasWidget* canvas_ = nullptr;
     QScrollArea* scroll_ = nullptr;
@@ -139,6 +141,7 @@ private:
     QCheckBox* magenta_ = nullptr;
     QLabel* position_ = nullptr;
     QLabel* level_ = nullptr;
+    TilePreview* preview_ = nullptr;
     QPushButton* apply_ = nullptr;
     std::vector<std::pair<int, QToolButton*>> tool_buttons_;
     EditorFilters* filters_ = nullptr;

@@ -46,11 +46,12 @@ LabelPanel::LabelPanel(editor::EditorSession& e, platform::Prompt& ui, int file_
     auto* add = new QPushButton("Add");
     add->setToolTip("Add a label in the language beside");
     lang_row->addWidget(languages_, 1);
-    lang_row->addWidget(new_language_);
-    lang_row->addWidget(add);
     auto* paste = new QPushButton("Pasted UTF-8");
     paste->setToolTip("Paste the clipboard's text as this language's label");
     lang_row->addWidget(paste);
+    auto* add_row = new QHBoxLayout;
+    add_row->addWidget(new_language_, 1);
+    add_row->addWidget(add);
     connect(paste, &QPushButton::clicked, this, [this] {
         const int slot = e_.labels.curlang;
         const int lang = slot >= 0 && static_cast<size_t>(slot) < e_.labels.labels.size() ? e_.labels.labels[static_cast<size_t>(slot)].language : 0;
@@ -62,8 +63,10 @@ LabelPanel::LabelPanel(editor::EditorSession& e, platform::Prompt& ui, int file_
         text_->insertPlainText(from_codepage(bytes, codepage_of(slot)));
     });
     form->addRow("Language", lang_row);
+    form->addRow("New", add_row);
     text_ = new QPlainTextEdit;
-    text_->setMaximumHeight(52);
+    text_->setMinimumHeight(44);
+    text_->setMaximumHeight(60);
     text_->setTabChangesFocus(true);
     form->addRow("Label", text_);
     style_ = new QComboBox;

@@ -732,6 +732,8 @@ bool MainWindow::open_icon_editor(const std::vector<int32_t>& rows) {
     env.magenta = &settings_.magenta_transparency;
     icon_editor_ = new EditorWindow(s_, editor::open_element(s_, r), *prompt_, env, this);
     icon_editor_->setAttribute(Qt::WA_DeleteOnClose);
+    // The editor opens where and as large as it was last closed.
+    if (!editor_geometry_.isEmpty()) icon_editor_->restoreGeometry(editor_geometry_);
     connect(icon_editor_, &QDialog::finished, this, [this](int result) { editor_closed(result); });
     icon_editor_->open();
     return true;
@@ -739,6 +741,7 @@ bool MainWindow::open_icon_editor(const std::vector<int32_t>& rows) {
 
 void MainWindow::editor_closed(int result) {
     if (icon_editor_) {
+        editor_geometry_ = icon_editor_->saveGeometry();
         // The extended points' checks go to the log; a point chosen from the
         // editor's list opens once this editor is gone.
         for (const std::string& line : icon_editor_->variants()->log_lines()) session_->log_line(model::k_extra_points, line);

@@ -213,6 +213,7 @@ private:
     QProgressBar* progress_ = nullptr;
     QPointer<ErrorsWindow> errors_;
     QPointer<EditorWindow> icon_editor_;
+    QByteArray editor_geometry_;  // the icon editor's place and size when last closed
     std::string custom_palette_;  // the last custom palette of the editor, for the session
 
     // menus

@@ -15,11 +15,15 @@ QColor qcolour(uint32_t c) { return QColor(static_cast<int>(c & 0xFF), static_ca
 PaletteWidget::PaletteWidget(QWidget* parent, int cell) : QWidget(parent), cell_(cell) {
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
     setMinimumWidth(cell_ * 4);
+    // A click takes the focus from a text box, so the editor's keys
+    // (Ctrl+Z, Delete) reach the picture again.
+    setFocusPolicy(Qt::ClickFocus);
 }
 
 void PaletteWidget::set_colours(const std::vector<uint32_t>& colours, int64_t marker) {
     colours_ = colours;
     marker_ = marker;
+    setMinimumHeight(heightForWidth(width()));
     updateGeometry();
     update();
 }
@@ -28,6 +32,11 @@ void PaletteWidget::set_levels(std::vector<int> levels) {
     if (levels == levels_) return;
     levels_ = std::move(levels);
     update();
+}
+
+void PaletteWidget::resizeEvent(QResizeEvent*) {
+    // Every cell shows: the rows the width leaves are the height needed.
+    setMinimumHeight(heightForWidth(width()));
 }
 
 void PaletteWidget::set_marks(int primary, int secondary) {

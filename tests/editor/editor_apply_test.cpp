@@ -226,6 +226,14 @@ TEST(EditorApply, PointSizeBoxesAndGroups) {
     EXPECT_FALSE(apply(p.s, e, p.ui).committed);
     EXPECT_EQ(p.ui.messages.back(), "Please click resize.");
 
+    // A new size: the rows behind a comment in the picture go with the old picture.
+    p.s.pt_txt[0] += ";size:4\r\n";  // as a decoded file has it
+    EditorSession grown = p.open(2, 0);
+    ASSERT_TRUE(adb(grown, 1, p.ui));
+    ASSERT_TRUE(apply(p.s, grown, p.ui).committed);
+    EXPECT_EQ(p.s.pt_bmp[0], "%%%%%%\r\n%$$%%%\r\n%%%$$%\r\n%%%%%%\r\n");
+    EXPECT_TRUE(has(p.code(2, 0), "\"6 4 2 1\"")) << p.code(2, 0);
+
     // One colour is written as two: "$" white and unused, the pixels "%".
     EditorSession one = p.open(2, 1);
     one.eddirty = true;

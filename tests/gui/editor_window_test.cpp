@@ -300,6 +300,7 @@ TEST(EditorWindow, ColourDialogPaletteUndoMarkerAndCanvasReachTheText) {
     // A double click on the first cell opens the colour dialog; the hex box
     // keeps only hex digits, a number box warns past its maximum.
     on_dialog<korvex::gui::ColourDialog>([&](korvex::gui::ColourDialog* d) {
+        d->number_box(0)->clear();
         QTest::keyClicks(d->number_box(0), "300");
         EXPECT_EQ(d->number_box(0)->text(), "255");
         d->hex_box()->clear();
@@ -311,6 +312,8 @@ TEST(EditorWindow, ColourDialogPaletteUndoMarkerAndCanvasReachTheText) {
     EXPECT_EQ(f.prompt.messages.back(), "Maximum value:255");
     EXPECT_EQ(e.palette.colour(1), korvex::editor::rgb(0x12, 0xAB, 0x90));
     // Ctrl+Z takes the palette change back, a second one brings it again.
+    ed->activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(ed));
     QTest::keyClick(ed, Qt::Key_Z, Qt::ControlModifier);
     EXPECT_EQ(e.palette.colour(1), first);
     QTest::keyClick(ed, Qt::Key_Z, Qt::ControlModifier);
