@@ -7,6 +7,7 @@
 #include <unordered_map>
 
 #include "editor/canvas.h"
+#include "editor/median_cut.h"
 
 namespace korvex::editor {
 
@@ -51,6 +52,63 @@ std::array<uint8_t, 256> round_up_table(const std::vector<int>& levels) {
 void fit_pixels(EditorSession& e) {
     if (e.pixels.width() != e.width || e.pixels.height() != e.height) e.pixels = PixelGrid(e.width, e.height);
 }
+
+// The palette becomes the colours, by the rules of the class.
+void set_palette(EditorSession& e, std::vector<uint32_t> colours) {
+    if (two_colour_class(e)) {
+        // A polygon or line has its transparent entry second, and always two.
+        const auto m = std::find(colours.begin(), colours.end(), e.transparentcolour);
+        if (m != colours.end()) std::rotate(m, m + 1, colours.end());
+        if (colours.size() == 1) colours.push_back(colours[0] == e.transparentcolour ? 0xFFFFFFu : e.transparentcolour);
+    }
+    const bool opacity = !e.palette.alpha.empty();
+    if (static_cast<int>(colours.size()) != e.ncols()) e.changes1 |= ch_ncols;
+    e.palette.alpha.assign(opacity ? colours.size() : 0, 0);
+    e.palette.colours = std::move(colours);
+    e.truecolour = false;
+    e.eddirty = true;
+    e.curcol = std::min(e.curcol, e.ncols());
+    e.curcol2 = std::min(e.curcol2, e.ncols());
+}
+
+// The palette entry nearest to a colour by the summed squares of the
+// channel differences, the lowest entry on a tie. The entries are kept in
+// order of red, so the search walks out from the colour's red and stops on
+// each side once the red difference alone is worse than the best found.
+class NearestEntry {
+public:
+    explicit NearestEntry(const std::vector<uint32_t>& palette) {
+        by_red_.reserve(palette.size());
+        for (size_t i = 0; i < palette.size(); ++i)
+            by_red_.push_back({static_cast<int>(red_of(palette[i])), static_cast<int>(green_of(palette[i])),
+                               static_cast<int>(blue_of(palette[i])), static_cast<int>(i)});
+        std::stable_sort(by_red_.begin(), by_red_.end(), [](const Item& a, const Item& b) { return a.r < b.r; });
+    }
+
+    uint8_t operator()(uint32_t c) const {
+        const int r = static_cast<int>(red_of(c)), g = static_cast<int>(green_of(c)), b = static_cast<int>(blue_of(c));
+        const auto mid = std::lower_bound(by_red_.begin(), by_red_.end(), r, [](const Item& a, int v) { return a.r < v; });
+        int best = 0, best_sum = 1 << 30;
+        auto consider = [&](const Item& it) {
+            const int dr = it.r - r, dg = it.g - g, db = it.b - b;
+            const int sum = dr * dr + dg * dg + db * db;
+            if (sum < best_sum || (sum == best_sum && it.index < best)) {
+                best_sum = sum;
+                best = it.index;
+            }
+        };
+        for (auto it = mid; it != by_red_.end() && (it->r - r) * (it->r - r) <= best_sum; ++it) consider(*it);
+        for (auto it = mid; it != by_red_.begin() && (std::prev(it)->r - r) * (std::prev(it)->r - r) <= best_sum; --it)
+            consider(*std::prev(it));
+        return static_cast<uint8_t>(best);
+    }
+
+private:
+    struct Item {
+        int r, g, b, index;
+    };
+    std::vector<Item> by_red_;
+};
 
 }  // namespace
 
@@ -176,41 +234,43 @@ ReduceOutcome histogram(EditorSession& e, ReduceMode mode, int target) {
     out.before = distinct_colours(picture);
     const Quantised q = quantise(picture, e.transparentcolour, levelsteps(mode));
     std::vector<uint32_t> chosen = mode == ReduceMode::paste ? choose_by_frequency(q, target, e.transparentcolour) : q.colours;
-
-    const int old_count = e.ncols();
-    e.truecolour = false;
-    if (static_cast<int>(chosen.size()) < k_colour_list_cap) {
-        if (two_colour_class(e)) {
-            // A polygon or line has its transparent entry second, and always two.
-            const auto m = std::find(chosen.begin(), chosen.end(), e.transparentcolour);
-            if (m != chosen.end()) std::rotate(m, m + 1, chosen.end());
-            if (chosen.size() == 1) chosen.push_back(chosen[0] == e.transparentcolour ? 0xFFFFFFu : e.transparentcolour);
-        }
-        const bool opacity = !e.palette.alpha.empty();
-        e.palette.colours = chosen;
-        e.palette.alpha.assign(opacity ? chosen.size() : 0, 0);
+    out.palette_kept = static_cast<int>(chosen.size()) >= k_colour_list_cap;
+    const bool listed = mode != ReduceMode::paste && !out.palette_kept;  // the palette is the colour list
+    if (out.palette_kept && (e.truecolour || e.ncols() == 0)) {
+        // A true-colour icon has no palette that could stay: the picture
+        // takes the most colours a palette holds, by median cut.
+        chosen = median_cut_with_marker(picture, e.transparentcolour, k_max_colours);
+        out.palette_kept = false;
+    }
+    if (out.palette_kept) {
+        e.truecolour = false;
+        e.eddirty = true;
     } else {
-        out.palette_kept = true;
+        set_palette(e, std::move(chosen));
     }
     out.after = e.ncols();
-    if (out.after != old_count) e.changes1 |= ch_ncols;
-    e.eddirty = true;
 
     fit_pixels(e);
     // A point in the colours of the list takes its indexes as they are; in
     // every other case (another class, a chosen subset, the old palette
     // kept) the indexes would not name the right entries, so each pixel
     // takes its nearest entry instead.
-    const bool indexes_fit = e.curclass == 2 && mode != ReduceMode::paste && !out.palette_kept &&
-                             q.indexes.size() == e.pixels.values().size();
+    const bool indexes_fit = e.curclass == 2 && listed && q.indexes.size() == e.pixels.values().size();
     if (indexes_fit) {
         e.pixels.values() = q.indexes;
         painticon(e);
     } else {
         reducecols(e);
     }
-    e.curcol = std::min(e.curcol, e.ncols());
-    e.curcol2 = std::min(e.curcol2, e.ncols());
+    return out;
+}
+
+ReduceOutcome take_palette(EditorSession& e, std::vector<uint32_t> colours) {
+    ReduceOutcome out;
+    out.before = distinct_colours(e.surface);
+    set_palette(e, std::move(colours));
+    out.after = e.ncols();
+    reducecols(e);
     return out;
 }
 
@@ -222,27 +282,7 @@ void reducecols(EditorSession& e) {
     const int n = e.ncols();
     if (n == 0 || (two_colour_class(e) && n < 2)) return;
     fit_pixels(e);
-    std::vector<int> pr(static_cast<size_t>(n)), pg(static_cast<size_t>(n)), pb(static_cast<size_t>(n));
-    for (int i = 0; i < n; ++i) {
-        const uint32_t c = e.palette.colours[static_cast<size_t>(i)];
-        pr[static_cast<size_t>(i)] = static_cast<int>(red_of(c));
-        pg[static_cast<size_t>(i)] = static_cast<int>(green_of(c));
-        pb[static_cast<size_t>(i)] = static_cast<int>(blue_of(c));
-    }
-    auto nearest = [&](uint32_t c) {
-        const int r = static_cast<int>(red_of(c)), g = static_cast<int>(green_of(c)), b = static_cast<int>(blue_of(c));
-        int best = 0, best_sum = 1 << 30;
-        for (int i = 0; i < n; ++i) {
-            const int dr = pr[static_cast<size_t>(i)] - r, dg = pg[static_cast<size_t>(i)] - g, db = pb[static_cast<size_t>(i)] - b;
-            const int sum = dr * dr + dg * dg + db * db;
-            if (sum < best_sum) {
-                best_sum = sum;
-                best = i;
-                if (sum == 0) break;
-            }
-        }
-        return static_cast<uint8_t>(best);
-    };
+    const NearestEntry nearest(e.palette.colours);
     std::unordered_map<uint32_t, uint8_t> known;
     known.reserve(1024);
     uint32_t last_in = 0xFFFFFFFF;

@@ -31,6 +31,9 @@ struct ReduceOutcome {
 // (classes other than points) or painticon (points). `target` is the colour
 // count of the paste mode; 0 means 2.
 //
+// When the colour list reaches its cap the old palette stays and the
+// pixels take its nearest entries; a true-colour icon (or one without
+// entries) has none to keep and takes 254 colours by median cut instead.
 // The icon is a palette icon afterwards (truecolour is cleared). The undo
 // history is left to the caller: the flows that reduce start it again.
 ReduceOutcome histogram(EditorSession& e, ReduceMode mode, int target = 0);
@@ -43,6 +46,11 @@ std::string reduce_status(const ReduceOutcome& r);
 // lowest entry keeps a tie), the surface is repainted in the entry colours
 // and pixeltext rebuilt.
 void reducecols(EditorSession& e);
+
+// The palette becomes colours (a polygon or line always has two, its
+// transparent entry second) and every pixel takes its nearest entry; the
+// icon is a palette icon afterwards.
+ReduceOutcome take_palette(EditorSession& e, std::vector<uint32_t> colours);
 
 // ---- the steps of histogram, for the flows that need one of them ----
 

@@ -4,6 +4,7 @@
 #include <QCheckBox>
 #include <QGridLayout>
 #include <QGroupBox>
+#include <QInputDialog>
 #include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
@@ -15,6 +16,7 @@
 #include "editor/canvas.h"
 #include "editor/colour_count.h"
 #include "editor/image_filters.h"
+#include "editor/median_cut.h"
 #include "editor/palette_file.h"
 #include "editor/patterns.h"
 #include "editor/transforms.h"
@@ -69,6 +71,12 @@ void EditorFilters::build_menu() {
     }));
     group(menu_->addAction("Desaturate", this, [this] {
         if (editor::mdesat(w_.e_)) after_edit();
+    }));
+    group(menu_->addAction("Reduce Colours...", this, [this] {
+        bool ok = false;
+        const int n = QInputDialog::getInt(&w_, "Reduce Colours", "Colours:", std::min(w_.e_.ncols(), editor::k_max_colours), 1,
+                                           editor::k_max_colours, 1, &ok);
+        if (ok) reduce_to(n);
     }));
     menu_->addSeparator();
     menu_->addAction("Flip Horizontal", this, [this] {
@@ -178,6 +186,13 @@ void EditorFilters::after_edit() {
 
 void EditorFilters::run_filter(int code) {
     if (editor::Filter(w_.e_, code, w_.ui_)) after_edit();
+}
+
+void EditorFilters::reduce_to(int target) {
+    const editor::ReduceOutcome r = editor::reduce_colours(w_.e_, target);
+    if (r.after == 0) return;
+    w_.ui_.status(editor::reduce_status(r));
+    after_edit();
 }
 
 void EditorFilters::open_panel() {

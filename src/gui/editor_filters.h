@@ -42,6 +42,8 @@ public:
 
     // The commands of the menu.
     void run_filter(int code);
+    // "Reduce Colours...": median cut to at most target colours.
+    void reduce_to(int target);
     void open_panel();
     void apply_panel();
     void cancel_panel();

@@ -5,6 +5,7 @@
 
 #include "editor/canvas.h"
 #include "editor/colour_reduction.h"
+#include "editor/median_cut.h"
 
 namespace korvex::editor {
 namespace {
@@ -97,6 +98,19 @@ TEST(Quantise, AfterTheCapUnknownColoursTakeIndex65) {
     EXPECT_EQ(e.pixels.at(0, 0), 1);    // black
     EXPECT_EQ(e.pixels.at(19, 14), 0);  // 228,168,0 is nearer white
     EXPECT_EQ(reduce_status(r), "Reducing colours from 300 to 2");
+
+    // A true-colour icon has no palette to keep: 254 colours by median cut.
+    EditorSession t = session(2, 20, 15, px, {});
+    t.truecolour = true;
+    const ReduceOutcome tr = histogram(t, ReduceMode::full);
+    EXPECT_FALSE(tr.palette_kept);
+    EXPECT_FALSE(t.truecolour);
+    EXPECT_EQ(tr.after, k_max_colours);
+    int worst = 0;
+    for (int y = 0; y < 15; ++y)
+        for (int x = 0; x < 20; ++x)
+            worst = std::max(worst, colour_distance(px[static_cast<size_t>(y * 20 + x)], t.surface.at(x, y)));
+    EXPECT_LE(worst, 12);  // no pixel moves further than to a neighbour of the grid
 }
 
 TEST(ChooseByFrequency, SortsMergesAndKeepsFarColours) {
@@ -213,6 +227,33 @@ TEST(Reducecols, NearestEntryLowestOnATieAndNothingForOneColourPolygons) {
     one.pixels.fill(0);
     reducecols(one);
     EXPECT_EQ(one.surface.pixels(), (std::vector<uint32_t>{w, k0}));  // untouched
+}
+
+TEST(MedianCut, SplitsTheWidestRangeAtTheMedianAndKeepsTheMarker) {
+    const uint32_t k = rgb(0, 0, 0), k10 = rgb(10, 0, 0), r200 = rgb(200, 0, 0), r210 = rgb(210, 0, 0);
+    const Raster pic = picture(5, 1, {k, k10, r200, r210, M});
+    EXPECT_EQ(median_cut_palette(pic, M, 2), (std::vector<uint32_t>{rgb(5, 0, 0), rgb(205, 0, 0)}));
+    EXPECT_EQ(median_cut_palette(pic, M, 1), std::vector<uint32_t>{rgb(105, 0, 0)});
+    EXPECT_EQ(median_cut_palette(pic, M, 9), (std::vector<uint32_t>{k, k10, r200, r210}));  // fewer than asked
+
+    EditorSession e = session(2, 5, 1, {k, k10, r200, r210, M}, {k, k10, r200, r210, M});
+    e.pixels.values() = {0, 1, 2, 3, 4};
+    painticon(e);
+    start_history(e);
+    const ReduceOutcome out = reduce_colours(e, 3);
+    EXPECT_EQ(out.before, 5);
+    EXPECT_EQ(e.palette.colours, (std::vector<uint32_t>{rgb(5, 0, 0), rgb(205, 0, 0), M}));
+    EXPECT_EQ(indexes(e), (std::vector<uint32_t>{0, 0, 1, 1, 2}));
+    EXPECT_EQ(e.undo.level(), 0);
+    ASSERT_TRUE(load_lastpalette(e));  // Ctrl+Z
+    EXPECT_EQ(indexes(e), (std::vector<uint32_t>{0, 1, 2, 3, 4}));
+    EXPECT_EQ(e.ncols(), 5);
+
+    // A polygon keeps two entries whatever is asked, the marker second.
+    EditorSession p = session(0, 3, 1, {M, k, k10}, {k, M});
+    reduce_colours(p, 50);
+    EXPECT_EQ(p.palette.colours, (std::vector<uint32_t>{rgb(5, 0, 0), M}));
+    EXPECT_EQ(indexes(p), (std::vector<uint32_t>{1, 0, 0}));
 }
 
 }  // namespace

@@ -15,6 +15,7 @@
 
 #include <gtest/gtest.h>
 
+#include "editor/colour_count.h"
 #include "editor/element_open.h"
 #include "gui/canvas_widget.h"
 #include "gui/editor_filters.h"
@@ -84,6 +85,15 @@ TEST(EditorFilters, AFilterFromTheMenuReachesTheElementOnApply) {
         const uint32_t c = e.palette.colour(i);
         if (c != e.transparentcolour) EXPECT_TRUE(korvex::editor::red_of(c) == korvex::editor::blue_of(c)) << i;
     }
+
+    // The colour count names the rarest entry and blinks it three times.
+    const korvex::editor::Raster shown = e.surface;
+    f.action("Next Rarer Colour")->trigger();
+    EXPECT_TRUE(f.ed->position_label()->text().startsWith("Colour Count: ")) << f.ed->position_label()->text().toStdString();
+    EXPECT_NE(std::find(e.surface.pixels().begin(), e.surface.pixels().end(), korvex::editor::k_blink_colour),
+              e.surface.pixels().end());
+    QTest::qWait(1500);
+    EXPECT_EQ(e.surface, shown);
 
     QTest::mouseClick(f.ed->apply_button(), Qt::LeftButton);
     QApplication::processEvents();
