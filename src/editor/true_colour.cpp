@@ -55,9 +55,7 @@ bool truecol(EditorSession& e, bool on, platform::Prompt& ui) {
         transtruecol(e);
         if (!e.alpha) e.colormode = first_transparent ? 16 : 0;
     } else {
-        // Too many colours for the full reduction: the most frequent ones.
-        const ReduceOutcome r = histogram(e, ReduceMode::full);
-        if (r.palette_kept || e.ncols() == 0) histogram(e, ReduceMode::paste, k_max_colours);
+        histogram(e, ReduceMode::full);
         e.truecolour = false;
         // The levels stay with the pixels; each colour takes its pixels' level.
         if (e.alpha) {
