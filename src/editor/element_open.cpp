@@ -18,37 +18,6 @@ std::string lower(std::string t) {
     return t;
 }
 
-std::vector<std::string> split_rows(const std::string& column) {
-    std::vector<std::string> out;
-    size_t p = 0;
-    while (p < column.size()) {
-        size_t e = column.find('\n', p);
-        if (e == std::string::npos) e = column.size();
-        std::string l = column.substr(p, e - p);
-        if (!l.empty() && l.back() == '\r') l.pop_back();
-        if (!l.empty()) out.push_back(std::move(l));
-        p = e + 1;
-    }
-    return out;
-}
-
-// The numbers of an Xpm line's quoted head: width, height, colours, cpp.
-std::vector<int> head_numbers(const std::string& xpm) {
-    std::vector<int> out;
-    const size_t q = xpm.find('"');
-    if (q == std::string::npos) return out;
-    const size_t e = xpm.find('"', q + 1);
-    const std::string head = xpm.substr(q + 1, e == std::string::npos ? std::string::npos : e - q - 1);
-    size_t p = 0;
-    while (p < head.size() && out.size() < 4) {
-        while (p < head.size() && head[p] == ' ') ++p;
-        size_t s = p;
-        while (p < head.size() && head[p] != ' ') ++p;
-        if (p > s) out.push_back(std::atoi(head.substr(s, p - s).c_str()));
-    }
-    return out;
-}
-
 std::string type_fields_code(const EditorSession& e) {
     std::string sub = e.subtype_field.empty() ? "00" : e.subtype_field;
     if (sub.size() < 2) sub.insert(0, "0");
@@ -72,6 +41,36 @@ void fill_palette(Palette& p, const std::vector<std::string>& lines, size_t from
 }
 
 }  // namespace
+
+std::vector<std::string> split_rows(const std::string& column) {
+    std::vector<std::string> out;
+    size_t p = 0;
+    while (p < column.size()) {
+        size_t e = column.find('\n', p);
+        if (e == std::string::npos) e = column.size();
+        std::string l = column.substr(p, e - p);
+        if (!l.empty() && l.back() == '\r') l.pop_back();
+        if (!l.empty()) out.push_back(std::move(l));
+        p = e + 1;
+    }
+    return out;
+}
+
+std::vector<int> head_numbers(const std::string& xpm) {
+    std::vector<int> out;
+    const size_t q = xpm.find('"');
+    if (q == std::string::npos) return out;
+    const size_t e = xpm.find('"', q + 1);
+    const std::string head = xpm.substr(q + 1, e == std::string::npos ? std::string::npos : e - q - 1);
+    size_t p = 0;
+    while (p < head.size() && out.size() < 4) {
+        while (p < head.size() && head[p] == ' ') ++p;
+        size_t s = p;
+        while (p < head.size() && head[p] != ' ') ++p;
+        if (p > s) out.push_back(std::atoi(head.substr(s, p - s).c_str()));
+    }
+    return out;
+}
 
 std::string fnchkbtns(const EditorSession& e) {
     return std::to_string(e.hasnight) + std::to_string(e.nightcols) + std::to_string(e.orient) + std::to_string(e.solid) +

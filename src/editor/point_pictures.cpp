@@ -15,20 +15,6 @@ std::string lower(std::string t) {
     return t;
 }
 
-std::vector<std::string> split_rows(const std::string& column) {
-    std::vector<std::string> out;
-    size_t p = 0;
-    while (p < column.size()) {
-        size_t e = column.find('\n', p);
-        if (e == std::string::npos) e = column.size();
-        std::string l = column.substr(p, e - p);
-        if (!l.empty() && l.back() == '\r') l.pop_back();
-        if (!l.empty()) out.push_back(std::move(l));
-        p = e + 1;
-    }
-    return out;
-}
-
 // The alpha of a colour line, k_no_alpha without one.
 uint8_t alpha_of_line(const std::string& line) {
     const size_t a = lower(line).find("alpha=");
@@ -49,23 +35,6 @@ void read_symbol_rows(PixelGrid& pixels, const std::string& column, int cpp, int
             pixels.set(x, y, static_cast<uint8_t>(std::clamp(v, 0, last)));
         }
     }
-}
-
-// The numbers of a head's quotes: width, height, colours, cpp.
-std::vector<int> head_numbers(const std::string& xpm) {
-    std::vector<int> out;
-    const size_t q = xpm.find('"');
-    if (q == std::string::npos) return out;
-    const size_t e = xpm.find('"', q + 1);
-    const std::string head = xpm.substr(q + 1, e == std::string::npos ? std::string::npos : e - q - 1);
-    size_t p = 0;
-    while (p < head.size() && out.size() < 4) {
-        while (p < head.size() && head[p] == ' ') ++p;
-        const size_t s = p;
-        while (p < head.size() && head[p] != ' ') ++p;
-        if (p > s) out.push_back(std::atoi(head.substr(s, p - s).c_str()));
-    }
-    return out;
 }
 
 void swap_into(EditorSession& e, PointPicture& p) {

@@ -132,15 +132,6 @@ TEST(Opacity, ToolsAndRightClickSetLevelsCutTo15) {
     EXPECT_FALSE(opacity_tool(plain, t_opacity_fill));
 }
 
-TEST(Opacity, RubberTurnsToThePencil) {
-    Project p;
-    EditorSession e = p.open(2, k_alpha_point);
-    ToolEngine tools(e, p.ui);
-    EXPECT_FALSE(tools.set_tool(t_rubber));
-    EXPECT_EQ(p.ui.messages.back(), "Set one colour's opacity to 15 (right click on color)");
-    EXPECT_EQ(e.tool, t_pencil);
-}
-
 // A colormode 32 point written out: every colour line carries its alpha, a
 // transparent colour is "#000000" with alpha 15, and pixels whose level
 // differs from their colour's get a colour of their own.
