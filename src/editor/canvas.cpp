@@ -3,6 +3,7 @@
 #include <string>
 #include <unordered_map>
 
+#include "editor/point_pictures.h"
 #include "model/store.h"
 
 namespace korvex::editor {
@@ -52,6 +53,7 @@ void translate(EditorSession& e) {
         const bool follow_previous = e.curclass < 4;
         std::vector<uint32_t>& px = e.surface.pixels();
         std::vector<uint8_t>& idx = e.pixels.values();
+        std::vector<uint8_t>& op = e.opacity.values();
         int previous = 0;
         uint32_t last_colour = 0xFFFFFFFF;
         int last_entry = 0;
@@ -67,6 +69,8 @@ void translate(EditorSession& e) {
             if (found == 0 && follow_previous) found = previous;
             if (found == 0) found = 1;
             previous = found;
+            // In opacity mode a pixel drawn in another colour takes that colour's level.
+            if (e.alpha && idx[i] != found - 1 && i < op.size()) op[i] = static_cast<uint8_t>(level_of(e.palette, found, e.transparentcolour));
             idx[i] = static_cast<uint8_t>(found - 1);
             px[i] = e.palette.colour(found);
         }

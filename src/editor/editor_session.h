@@ -38,6 +38,24 @@ enum Tool : int16_t {
     t_filled_rectangle = 14, t_crop_select = 15, t_crop_pending = 16, t_rubber = 20,
 };
 
+// One of a point's two pictures with what belongs to it alone. The picture
+// on the canvas lives in the session's own fields; the other one (the night
+// picture while the day is edited, the day picture while the night is)
+// waits here until cmd19 swaps them.
+struct PointPicture {
+    Palette palette;
+    PixelGrid pixels;               // [x][y] palette index from 0
+    PixelGrid opacity;              // [x][y] opacity level 0..15, opacity mode only
+    Raster surface;                 // the colours; the data of a true-colour picture
+    bool truecolour = false;
+    bool alpha = false;             // opacity mode (colormode 32): levels per pixel and colour
+    uint8_t colormode = 0;          // 0, 16 or 32 as the head states it
+    int transp_entry = 0;           // the entry last made transparent by the tick, 0 for none
+    uint32_t transp_colour = 0;     // its colour before, for the way back to solid
+
+    bool empty() const { return pixels.empty() && surface.empty(); }
+};
+
 struct EditorSession {
     // ---- what is edited ----
     int curclass = 0;               // 0..4, or 5 / 7 for a group
@@ -74,9 +92,17 @@ struct EditorSession {
     uint8_t orient = 0;             // UseOrientation
     uint8_t newbmp = 0;             // a new night bitmap waits to be confirmed
     bool solid = false;             // polygon or line without bitmap: colours only
-    bool alpha = false;             // point colours carry opacity
+    bool alpha = false;             // opacity mode: the point's colours carry levels (colormode 32)
     bool has_night_bitmap = false;  // point with a night picture
-    Palette nightpal;               // polygon or line night colours; point night palette
+    Palette nightpal;               // polygon or line night colours
+
+    // ---- night and opacity variants of a point ----
+    uint8_t colormode = 0;          // of the picture on the canvas: 0, 16 or 32
+    int oplevel = 15;               // the level of the opacity chooser and tools
+    int transp_entry = 0;           // entry last made transparent by the tick (0 none)
+    uint32_t transp_colour = 0;     // and its colour before
+    PointPicture other;             // the picture off the canvas: night in bmpmode 1, day in bmpmode 2
+    bool night_shares_day = false;  // the night record has no colours of its own and shows the day pixels
 
     // ---- fields of the form ----
     std::string type_field;         // up to three hex digits

@@ -9,6 +9,7 @@
 #include "editor/editor_apply.h"
 #include "editor/element_text.h"
 #include "editor/label_panel.h"
+#include "editor/point_pictures.h"
 #include "text/point_reader.h"
 #include "text/polygon_line_reader.h"
 #include "text/text_writer.h"
@@ -25,6 +26,27 @@ std::string upper_trim(std::string t) {
     t.erase(0, p);
     std::transform(t.begin(), t.end(), t.begin(), [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
     return t;
+}
+
+// The night picture behind the day one: written from the working copy,
+// added when it is new, gone when the night was dropped. A night that shows
+// the day pixels keeps its lines while it still does.
+void patch_night(std::vector<std::string>& lines, const EditorSession& e) {
+    const int n = find_key(lines, {"nightxpm="});
+    const int end = picture_end(lines, n);
+    if (n >= 0 && e.night_shares_day && e.bmpmode != 0) {
+        const PointPicture day = day_picture(e), night = night_picture(e);
+        if (day.palette == night.palette && day.pixels == night.pixels && day.surface == night.surface) return;
+    }
+    const std::vector<std::string> block = night_lines(e, n >= 0 ? lines[static_cast<size_t>(n)] : std::string());
+    int at = n;
+    if (n >= 0) {
+        lines.erase(lines.begin() + n, lines.begin() + end);
+    } else {
+        const int x = xpm_line(lines);
+        at = x < 0 ? static_cast<int>(lines.size()) : picture_end(lines, x);
+    }
+    lines.insert(lines.begin() + at, block.begin(), block.end());
 }
 
 }  // namespace
@@ -74,6 +96,7 @@ std::string patched_section(model::Store& s, const EditorSession& e, int cls, in
             lines.erase(lines.begin() + x, lines.begin() + end);
             lines.insert(lines.begin() + x, block.begin(), block.end());
         }
+        if (p.picture && (cls == model::k_points || cls == model::k_extra_points)) patch_night(lines, e);
     }
     const auto before_xpm = [&]() {
         const int x = xpm_line(lines);

@@ -6,6 +6,7 @@
 #include "editor/canvas.h"
 #include "editor/label_panel.h"
 #include "editor/palette_file.h"
+#include "editor/point_pictures.h"
 #include "typ/draw_order.h"
 
 namespace korvex::editor {
@@ -15,37 +16,6 @@ namespace {
 std::string lower(std::string t) {
     std::transform(t.begin(), t.end(), t.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
     return t;
-}
-
-std::vector<std::string> split_rows(const std::string& column) {
-    std::vector<std::string> out;
-    size_t p = 0;
-    while (p < column.size()) {
-        size_t e = column.find('\n', p);
-        if (e == std::string::npos) e = column.size();
-        std::string l = column.substr(p, e - p);
-        if (!l.empty() && l.back() == '\r') l.pop_back();
-        if (!l.empty()) out.push_back(std::move(l));
-        p = e + 1;
-    }
-    return out;
-}
-
-// The numbers of an Xpm line's quoted head: width, height, colours, cpp.
-std::vector<int> head_numbers(const std::string& xpm) {
-    std::vector<int> out;
-    const size_t q = xpm.find('"');
-    if (q == std::string::npos) return out;
-    const size_t e = xpm.find('"', q + 1);
-    const std::string head = xpm.substr(q + 1, e == std::string::npos ? std::string::npos : e - q - 1);
-    size_t p = 0;
-    while (p < head.size() && out.size() < 4) {
-        while (p < head.size() && head[p] == ' ') ++p;
-        size_t s = p;
-        while (p < head.size() && head[p] != ' ') ++p;
-        if (p > s) out.push_back(std::atoi(head.substr(s, p - s).c_str()));
-    }
-    return out;
 }
 
 std::string type_fields_code(const EditorSession& e) {
@@ -62,36 +32,45 @@ void read_bit_rows(EditorSession& e, const std::string& column) {
             e.pixels.set(x, y, rows[static_cast<size_t>(y)][static_cast<size_t>(x)] == '1' ? 1 : 0);
 }
 
-// Point rows in canonical symbols into pixels.
-void read_symbol_rows(EditorSession& e, const std::string& column, int cpp) {
-    const std::vector<std::string> rows = split_rows(column);
-    const int last = std::max(e.ncols() - 1, 0);
-    for (int y = 0; y < e.height && static_cast<size_t>(y) < rows.size(); ++y) {
-        const std::string& row = rows[static_cast<size_t>(y)];
-        for (int x = 0; x < e.width; ++x) {
-            const size_t at = static_cast<size_t>(x) * static_cast<size_t>(cpp);
-            if (at + static_cast<size_t>(cpp) > row.size()) break;
-            int v = cpp == 2 ? (static_cast<unsigned char>(row[at]) - 36) * 16 + (static_cast<unsigned char>(row[at + 1]) - 36)
-                             : static_cast<unsigned char>(row[at]) - 36;
-            e.pixels.set(x, y, static_cast<uint8_t>(std::clamp(v, 0, last)));
-        }
-    }
-}
-
-void fill_palette(Palette& p, const std::vector<std::string>& lines, size_t from, size_t count, uint32_t marker,
-                  std::vector<uint8_t>* alpha) {
+void fill_palette(Palette& p, const std::vector<std::string>& lines, size_t from, size_t count, uint32_t marker) {
     for (size_t i = from; i < lines.size() && i < from + count; ++i) {
         uint32_t c = 0;
         colour_of_line(lines[i], marker, c);
         p.colours.push_back(c);
-        if (alpha) {
-            const size_t a = lower(lines[i]).find("alpha=");
-            alpha->push_back(a == std::string::npos ? k_no_alpha : static_cast<uint8_t>(std::clamp(std::atoi(lines[i].c_str() + a + 6), 0, 255)));
-        }
     }
 }
 
 }  // namespace
+
+std::vector<std::string> split_rows(const std::string& column) {
+    std::vector<std::string> out;
+    size_t p = 0;
+    while (p < column.size()) {
+        size_t e = column.find('\n', p);
+        if (e == std::string::npos) e = column.size();
+        std::string l = column.substr(p, e - p);
+        if (!l.empty() && l.back() == '\r') l.pop_back();
+        if (!l.empty()) out.push_back(std::move(l));
+        p = e + 1;
+    }
+    return out;
+}
+
+std::vector<int> head_numbers(const std::string& xpm) {
+    std::vector<int> out;
+    const size_t q = xpm.find('"');
+    if (q == std::string::npos) return out;
+    const size_t e = xpm.find('"', q + 1);
+    const std::string head = xpm.substr(q + 1, e == std::string::npos ? std::string::npos : e - q - 1);
+    size_t p = 0;
+    while (p < head.size() && out.size() < 4) {
+        while (p < head.size() && head[p] == ' ') ++p;
+        size_t s = p;
+        while (p < head.size() && head[p] != ' ') ++p;
+        if (p > s) out.push_back(std::atoi(head.substr(s, p - s).c_str()));
+    }
+    return out;
+}
 
 std::string fnchkbtns(const EditorSession& e) {
     return std::to_string(e.hasnight) + std::to_string(e.nightcols) + std::to_string(e.orient) + std::to_string(e.solid) +
@@ -202,8 +181,8 @@ EditorSession open_element(const model::Store& s, const OpenRequest& r) {
     if (cls == 0 || cls == 1 || cls == 3) {
         e.solid = w == 0 || h == 0;
         const size_t day = lines.size() >= 2 ? 2 : lines.size();
-        fill_palette(e.palette, lines, 0, day, e.transparentcolour, nullptr);
-        if (lines.size() > 2) fill_palette(e.nightpal, lines, 2, lines.size() - 2, e.transparentcolour, nullptr);
+        fill_palette(e.palette, lines, 0, day, e.transparentcolour);
+        if (lines.size() > 2) fill_palette(e.nightpal, lines, 2, lines.size() - 2, e.transparentcolour);
         e.hasnight = cls == 0 ? (s.pg_mode[row] > 7 && lines.size() > 2) || (s.pg_mode[row] == 7) : lines.size() >= 3;
         if (cls == 0) e.nightcols = s.pg_mode[row];
         if (cls != 0) {
@@ -223,25 +202,19 @@ EditorSession open_element(const model::Store& s, const OpenRequest& r) {
             read_bit_rows(e, bmp);
         }
     } else {
-        e.has_night_bitmap = !s.pt_nbmp[row].empty() || lower(col).find("nightxpm=") != std::string::npos;
-        e.bmpmode = e.has_night_bitmap ? 1 : 0;
-        e.alpha = lower(col).find("alpha=") != std::string::npos;
+        // The day picture goes on the canvas; a night picture waits beside it.
         const int count = head.size() > 2 ? head[2] : 0;
-        e.truecolour = count == 0 && w > 0 && h > 0;
-        resize_picture(e, w, h);
-        if (e.truecolour) {
-            // No palette: the colour lines are the pixels, in row order.
-            for (size_t i = 0; i < lines.size() && w > 0; ++i) {
-                uint32_t c = 0;
-                if (colour_of_line(lines[i], e.transparentcolour, c))
-                    e.surface.set(static_cast<int>(i % static_cast<size_t>(w)), static_cast<int>(i / static_cast<size_t>(w)), c);
-            }
-        } else {
-            std::vector<uint8_t> alpha;
-            fill_palette(e.palette, lines, 0, lines.size(), e.transparentcolour, &alpha);
-            if (e.alpha) e.palette.alpha = alpha;
-            read_symbol_rows(e, bmp, std::max(cpp, 1) > 1 || e.ncols() >= model::cpp_limit ? 2 : 1);
-        }
+        e.width = std::max(w, 0);
+        e.height = std::max(h, 0);
+        PointPicture day = read_point_picture(lines, bmp, std::max(cpp, 1), e.width, e.height, count == 0 && w > 0 && h > 0,
+                                              head_colormode(xpm), e.transparentcolour);
+        bool shares = false;
+        PointPicture night;
+        e.has_night_bitmap = get_nght(s, e.row, e.width, e.height, e.transparentcolour, day, night, shares);
+        e.night_shares_day = shares;
+        e.bmpmode = e.has_night_bitmap ? 1 : 0;
+        if (e.has_night_bitmap) e.other = std::move(night);
+        put_on_canvas(e, std::move(day));
         e.width_box = w;
         e.height_box = h;
     }

@@ -34,6 +34,11 @@ bool colour_of_line(const std::string& line, uint32_t marker, uint32_t& colour);
 // part follows one).
 std::vector<std::string> colour_lines(const std::string& column);
 
+// The non-empty lines of a column, CR LF or LF ended.
+std::vector<std::string> split_rows(const std::string& column);
+// The numbers of an Xpm line's quoted head: width, height, colours, cpp.
+std::vector<int> head_numbers(const std::string& xpm);
+
 // The type fields of a type text ("0x2A07", "02A07", "0x10f03", "0x13"):
 // three digits of type at most, and two of subtype.
 void split_type(std::string code, std::string& type, std::string& subtype);

@@ -5,6 +5,8 @@
 
 #include "editor/canvas.h"
 #include "editor/palette_file.h"
+#include "editor/point_picture_text.h"
+#include "editor/point_pictures.h"
 #include "model/store.h"
 
 namespace korvex::editor {
@@ -111,15 +113,7 @@ std::vector<std::string> colour_block(const EditorSession& e) {
     std::vector<std::string> out;
     const int cls = e.store_class();
     const uint32_t m = e.transparentcolour;
-    if (cls == model::k_points || cls == model::k_extra_points) {
-        for (int i = 1; i <= e.ncols(); ++i) {
-            std::string l = "\"" + point_symbol(i - 1, e.ncols()) + " c " + colour_value(e.palette, i, m) + "\"";
-            if (e.alpha && static_cast<size_t>(i - 1) < e.palette.alpha.size() && e.palette.alpha[static_cast<size_t>(i - 1)] != k_no_alpha)
-                l += " alpha=" + std::to_string(e.palette.alpha[static_cast<size_t>(i - 1)]);
-            out.push_back(std::move(l));
-        }
-        return out;
-    }
+    if (cls == model::k_points || cls == model::k_extra_points) return point_colour_lines(canvas_picture(e), m);
     int k = 0;
     for (int i = 1; i <= e.ncols(); ++i) out.push_back("\"" + std::to_string(k++) + " c " + colour_value(e.palette, i, m) + "\"");
     for (int i = 1; i <= e.nightpal.ncols(); ++i)
@@ -133,59 +127,18 @@ std::vector<std::string> picture_lines(const EditorSession& e, const std::string
     const int cls = e.store_class();
     const bool point = cls == model::k_points || cls == model::k_extra_points;
     const int n = e.ncols() + (point ? 0 : e.nightpal.ncols());
+    if (point) return point_picture_lines(day_picture(e), old_xpm, e.width, e.height, e.transparentcolour);
     std::string head;
-    if (point && e.truecolour) {
-        // No colour table: each pixel is "#RRGGBB" in its row.
-        std::vector<std::string> out{key + "\"" + std::to_string(e.width) + " " + std::to_string(e.height) + " 0 0\""};
-        for (int y = 0; y < e.height; ++y) {
-            std::string row = "\"";
-            for (int x = 0; x < e.width; ++x) row += "#" + hex6(e.surface.at(x, y));
-            out.push_back(row + "\"");
-        }
-        return out;
-    }
-    // A point of one colour is written as two: "$" white and unused, the
-    // pixels "%" in the colour.
-    const bool one_colour = point && e.ncols() == 1;
-    if (point) {
-        const int cpp = e.ncols() >= model::cpp_limit ? 2 : 1;
-        const bool none = e.palette.first_transparent(e.transparentcolour) != 0;
-        // The colour mode stays as written unless transparency came or went.
-        const size_t close = q == std::string::npos ? std::string::npos : old_xpm.find('"', q + 1);
-        std::string tail = close == std::string::npos ? std::string() : old_xpm.substr(close + 1);
-        std::string low = tail;
-        std::transform(low.begin(), low.end(), low.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-        const size_t m = low.find("colormode=");
-        if (m == std::string::npos) {
-            tail = " Colormode=" + std::to_string(e.alpha ? 32 : none ? 16 : 0);
-        } else {
-            const int old_mode = std::atoi(low.c_str() + m + 10);
-            int mode = old_mode;
-            if (old_mode == 16 && !none && !e.alpha) mode = 0;
-            if (old_mode == 0 && none) mode = 16;
-            if (mode != old_mode) {
-                size_t e2 = m + 10;
-                while (e2 < tail.size() && std::isdigit(static_cast<unsigned char>(tail[e2]))) ++e2;
-                tail.replace(m + 10, e2 - m - 10, std::to_string(mode));
-            }
-        }
-        head = key + "\"" + std::to_string(e.width) + " " + std::to_string(e.height) + " " + std::to_string(one_colour ? 2 : n) + " " +
-               std::to_string(cpp) + "\"" + tail;
-    } else if (e.solid || e.width == 0) {
+    if (e.solid || e.width == 0) {
         head = key + "\"0 0 " + std::to_string(n) + " 0\"";
     } else {
         head = key + "\"32 " + std::to_string(e.height) + " " + std::to_string(n) + " 1\"";
     }
     std::vector<std::string> out{head};
-    std::vector<std::string> colours = colour_block(e);
-    std::string rows = point || !(e.solid || e.width == 0) ? pixel_rows(e) : std::string();
-    if (one_colour && !colours.empty()) {
-        colours[0][1] = '%';
-        colours.insert(colours.begin(), "\"$ c #FFFFFF\"");
-        std::replace(rows.begin(), rows.end(), '$', '%');
-    }
+    const std::vector<std::string> colours = colour_block(e);
     out.insert(out.end(), colours.begin(), colours.end());
-    if (!rows.empty()) {
+    if (!(e.solid || e.width == 0)) {
+        const std::string rows = pixel_rows(e);
         size_t p = 0;
         while (p < rows.size()) {
             const size_t end = rows.find("\r\n", p);
@@ -194,6 +147,12 @@ std::vector<std::string> picture_lines(const EditorSession& e, const std::string
         }
     }
     return out;
+}
+
+std::vector<std::string> night_lines(const EditorSession& e, const std::string& old_head) {
+    if (e.bmpmode == 0) return {};
+    return point_picture_lines(night_picture(e), old_head.empty() ? std::string("NightXpm=") : old_head, e.width, e.height,
+                               e.transparentcolour);
 }
 
 }  // namespace korvex::editor

@@ -34,6 +34,9 @@ std::string changecode(const std::string& column, const std::string& key, const 
 // The day picture of the working copy as section lines: the Xpm line (its
 // key as in old_xpm), colour lines, quoted rows.
 std::vector<std::string> picture_lines(const EditorSession& e, const std::string& old_xpm);
+// A point's night picture: the NightXpm= line (its tail as in old_head),
+// colour lines and rows; none for a point without night.
+std::vector<std::string> night_lines(const EditorSession& e, const std::string& old_head);
 // The colour lines only, for a member of a group.
 std::vector<std::string> colour_block(const EditorSession& e);
 

@@ -4,6 +4,7 @@
 
 #include "editor/canvas.h"
 #include "editor/flood_fill.h"
+#include "editor/opacity.h"
 #include "editor/shapes.h"
 #include "editor/text_stamp.h"
 #include "editor/transforms.h"
@@ -29,6 +30,14 @@ void ToolEngine::reset_states() {
 }
 
 bool ToolEngine::set_tool(int tool) {
+    if (opacity_tool(e_, tool)) {
+        if (!layer_.empty()) commit_layer();
+        reset_states();
+        frame_ = {};
+        e_.tool = static_cast<int16_t>(tool);
+        return true;
+    }
+    if (tool == t_rubber && opacity_rubber(e_, ui_)) return false;
     // Rotation says why it is refused; the other size tools are simply off.
     if (e_.fn013() && tool == t_rotate) return rotate(e_, has_frame(), ui_);
     if (e_.fn013() && size_tool(tool)) return false;
@@ -89,6 +98,14 @@ void ToolEngine::press(int x, int y, bool right) {
     if (e_.width <= 0 || e_.height <= 0) return;
     right_ = right;
     const int t = e_.tool;
+    if (e_.alpha) {
+        if (!opacity_press_allowed(e_, ui_)) return;
+        if (opacity_tool(e_, t)) {
+            opacity_stroke_ = t == t_opacity_pencil;
+            opacity_press(e_, x, y);
+            return;
+        }
+    }
     if (frame_tool(t)) {
         if (!layer_.empty()) {
             if (layer_.picture.inside(x - layer_.x, y - layer_.y)) {
@@ -153,6 +170,10 @@ void ToolEngine::press(int x, int y, bool right) {
 void ToolEngine::move(int x, int y) {
     hover_x_ = x;
     hover_y_ = y;
+    if (opacity_stroke_) {
+        opacity_plot(e_, x, y);
+        return;
+    }
     if (drawing_) {
         if (x == last_x_ && y == last_y_) return;
         // A fast pointer skips pixels: the stroke joins them.
@@ -186,6 +207,11 @@ void ToolEngine::move(int x, int y) {
 }
 
 void ToolEngine::release(int x, int y) {
+    if (opacity_stroke_) {
+        opacity_plot(e_, x, y);
+        opacity_stroke_ = false;
+        return;
+    }
     if (drawing_) {
         move(x, y);
         drawing_ = false;

@@ -78,6 +78,7 @@ private:
     EditorSession& e_;
     platform::Prompt& ui_;
     bool drawing_ = false;     // pencil or rubber held
+    bool opacity_stroke_ = false;  // the opacity pencil held
     bool right_ = false;
     int last_x_ = -1, last_y_ = -1;
     int anchor_x_ = -1, anchor_y_ = -1;  // line, ellipse, rectangle

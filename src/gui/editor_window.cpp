@@ -28,6 +28,7 @@
 #include "gui/canvas_widget.h"
 #include "gui/colour_dialog.h"
 #include "gui/editor_filters.h"
+#include "gui/editor_variants.h"
 #include "gui/label_panel.h"
 #include "gui/palette_widget.h"
 #include "gui/qt_prompt.h"
@@ -80,6 +81,7 @@ EditorWindow::EditorWindow(model::Store& s, editor::EditorSession working_copy, 
     if (!env_.pick_colour) env_.pick_colour = [this](uint32_t c) { return cmcolor(c, ui_, this); };
     build();
     filters_ = new EditorFilters(*this);
+    variants_ = new EditorVariants(*this);
     refresh_palette();
     if (!env_.palette_folder.empty()) editor::ensure_standard_palettes(env_.palette_folder);
     fill_chooser(editor::ChooserMode::c256, false);
@@ -306,15 +308,12 @@ void EditorWindow::build() {
     auto* clear = new QPushButton("Clear");
     clear->setToolTip("Clear the whole icon with the first colour");
     connect(clear, &QPushButton::clicked, this, [this] {
-        if (editor::clearicon(e_, ui_)) refresh_after_edit();
+        if (editor::clearicon(e_, ui_, e_.alpha)) refresh_after_edit();
     });
-    auto* transp = new QPushButton("Transparent");
-    transp->setToolTip("Make the first colour's entry the transparent one");
     pal_buttons->addWidget(add, 0, 0);
     pal_buttons->addWidget(del, 0, 1);
     pal_buttons->addWidget(trim, 0, 2);
-    pal_buttons->addWidget(transp, 1, 0);
-    pal_buttons->addWidget(clear, 1, 1);
+    pal_buttons->addWidget(clear, 1, 0);
     pal->addLayout(pal_buttons);
     magenta_ = new QCheckBox("Transparent Colour Magenta");
     magenta_->setChecked(e_.transparentcolour == editor::k_transparent_magenta);
@@ -325,30 +324,16 @@ void EditorWindow::build() {
     del->setEnabled(palette_edits && !e_.fn013() && !e_.is_group());
     trim->setEnabled(palette_edits && !e_.fn013() && !e_.is_group());
     connect(add, &QPushButton::clicked, this, [this] {
-        if (editor::add_colour(e_, ui_, env_.default_colour1, env_.default_colour2)) refresh_after_edit();
+        if (editor::add_colour(e_, ui_, env_.default_colour1, env_.default_colour2, e_.alpha)) refresh_after_edit();
     });
     connect(del, &QPushButton::clicked, this, [this] {
-        if (editor::removecol(e_, e_.curcol, ui_)) refresh_after_edit();
+        if (variants_->before_palette_change() && editor::removecol(e_, e_.curcol, ui_, e_.alpha)) refresh_after_edit();
     });
     connect(trim, &QPushButton::clicked, this, [this] {
-        if (ui_.yes_no("Remove unused colours?") && editor::trimcols(e_, ui_)) refresh_after_edit();
-    });
-    connect(transp, &QPushButton::clicked, this, [this] {
-        if (!e_.palette.valid(e_.curcol)) return;
-        if (e_.palette.transparent(e_.curcol, e_.transparentcolour)) return;
-        const std::string why = editor::transparency_refusal(e_, e_.curcol);
-        if (!why.empty()) {
-            ui_.message(why);
-            return;
-        }
-        editor::save_curpalette(e_);
-        e_.palette.set(e_.curcol, e_.transparentcolour);
-        e_.changes1 |= editor::ch_colour;
-        e_.eddirty = true;
-        editor::painticon(e_);
-        refresh_after_edit();
+        if (ui_.yes_no("Remove unused colours?") && editor::trimcols(e_, ui_, e_.alpha)) refresh_after_edit();
     });
     connect(palette_, &PaletteWidget::clicked, this, [this](int i, bool right) {
+        if (variants_->palette_click(i, right)) return;
         (right ? e_.curcol2 : e_.curcol) = i + 1;
         refresh_palette();
     });
@@ -508,6 +493,7 @@ void EditorWindow::redo() {
 void EditorWindow::refresh_palette() {
     palette_->set_colours(e_.palette.colours, e_.transparentcolour);
     palette_->set_marks(e_.curcol - 1, e_.curcol2 - 1);
+    if (variants_) variants_->refresh();
 }
 
 void EditorWindow::refresh_after_edit() {
@@ -623,6 +609,7 @@ bool EditorWindow::apply_clicked() {
     form_to_session();
     editor::ApplyForm form;
     form.filter_panel_open = filters_->panel_open();
+    variants_->before_apply();
     outcome_ = editor::apply(s_, e_, ui_, form);
     if (width_) {
         width_->setValue(e_.width_box);

@@ -31,6 +31,7 @@ namespace korvex::gui {
 
 class CanvasWidget;
 class EditorFilters;
+class EditorVariants;
 class LabelPanel;
 class PaletteWidget;
 class TilePreview;
@@ -66,6 +67,7 @@ public:
     QPushButton* apply_button() const { return apply_; }
     QToolButton* tool_button(int tool) const;
     EditorFilters* filters() const { return filters_; }
+    EditorVariants* variants() const { return variants_; }
     // What the last Apply committed.
     const editor::ApplyOutcome& outcome() const { return outcome_; }
 
@@ -89,6 +91,7 @@ protected:
 
 private:
     friend class EditorFilters;
+    friend class EditorVariants;
     void build();
     void refresh_palette();
     void refresh_after_edit();
@@ -142,6 +145,7 @@ private:
     QPushButton* apply_ = nullptr;
     std::vector<std::pair<int, QToolButton*>> tool_buttons_;
     EditorFilters* filters_ = nullptr;
+    EditorVariants* variants_ = nullptr;
 };
 
 // The caption of the editor for an element: the class word and the type.

@@ -24,11 +24,13 @@
 #include <QShortcut>
 #include <QSplitter>
 #include <QStatusBar>
+#include <QTimer>
 #include <QToolButton>
 #include <QUrl>
 #include <QVBoxLayout>
 
 #include "gui/cell_delegate.h"
+#include "gui/editor_variants.h"
 #include "gui/editor_window.h"
 #include "editor/element_open.h"
 #include "gui/draworder_view.h"
@@ -762,7 +764,18 @@ bool MainWindow::open_icon_editor(const std::vector<int32_t>& rows) {
 }
 
 void MainWindow::editor_closed(int result) {
-    if (icon_editor_) editor_geometry_ = icon_editor_->saveGeometry();
+    if (icon_editor_) {
+        editor_geometry_ = icon_editor_->saveGeometry();
+        // The extended points' checks go to the log; a point chosen from the
+        // editor's list opens once this editor is gone.
+        for (const std::string& line : icon_editor_->variants()->log_lines()) session_->log_line(model::k_extra_points, line);
+        const int32_t next = icon_editor_->variants()->next_row();
+        if (next >= 0)
+            QTimer::singleShot(0, this, [this, next] {
+                if (icon_editor_ && !icon_editor_->isVisible()) icon_editor_.clear();
+                open_icon_editor({next});
+            });
+    }
     if (!icon_editor_ || result != QDialog::Accepted) return;
     const editor::ApplyOutcome& out = icon_editor_->outcome();
     const int cls = icon_editor_->session().store_class();

@@ -28,6 +28,12 @@ void PaletteWidget::set_colours(const std::vector<uint32_t>& colours, int64_t ma
     update();
 }
 
+void PaletteWidget::set_levels(std::vector<int> levels) {
+    if (levels == levels_) return;
+    levels_ = std::move(levels);
+    update();
+}
+
 void PaletteWidget::resizeEvent(QResizeEvent*) {
     // Every cell shows: the rows the width leaves are the height needed.
     setMinimumHeight(heightForWidth(width()));
@@ -70,6 +76,17 @@ void PaletteWidget::paintEvent(QPaintEvent*) {
         if (marker_ >= 0 && c == static_cast<uint32_t>(marker_)) {
             p.setPen(Qt::black);
             p.drawText(r, Qt::AlignCenter, "T");
+        }
+        if (static_cast<size_t>(i) < levels_.size()) {
+            // The level in the lower corner, on a plate that any colour shows.
+            QFont f = p.font();
+            f.setPixelSize(std::max(7, cell_ / 3));
+            p.setFont(f);
+            const QString t = QString::number(levels_[static_cast<size_t>(i)]);
+            const QRect plate(r.right() - f.pixelSize() - 3, r.bottom() - f.pixelSize() - 1, f.pixelSize() + 3, f.pixelSize() + 1);
+            p.fillRect(plate, QColor(0xFF, 0xB6, 0xD9));
+            p.setPen(Qt::black);
+            p.drawText(plate, Qt::AlignCenter, t);
         }
         if (i == secondary_) {
             p.setPen(QPen(Qt::blue, 2, Qt::DashLine));

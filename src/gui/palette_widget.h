@@ -16,6 +16,8 @@ public:
     // Colours red in the low byte; marker is the transparency colour (its
     // cells show "T"), -1 for none.
     void set_colours(const std::vector<uint32_t>& colours, int64_t marker = -1);
+    // A level under each cell (opacity mode), none when empty.
+    void set_levels(std::vector<int> levels);
     // Frames around the cells of the two buttons' colours (-1 for none).
     void set_marks(int primary, int secondary);
     int count() const { return static_cast<int>(colours_.size()); }
@@ -40,6 +42,7 @@ private:
     int columns(int width) const;
     std::vector<uint32_t> colours_;
     int64_t marker_ = -1;
+    std::vector<int> levels_;
     int primary_ = -1, secondary_ = -1;
     int cell_;
 };
