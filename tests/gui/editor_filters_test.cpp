@@ -83,7 +83,9 @@ TEST(EditorFilters, AFilterFromTheMenuReachesTheElementOnApply) {
     for (uint8_t v : e.pixels.values()) ASSERT_LT(v, e.ncols());
     for (int i = 1; i <= e.ncols(); ++i) {
         const uint32_t c = e.palette.colour(i);
-        if (c != e.transparentcolour) EXPECT_TRUE(korvex::editor::red_of(c) == korvex::editor::blue_of(c)) << i;
+        if (c != e.transparentcolour) {
+            EXPECT_EQ(korvex::editor::red_of(c), korvex::editor::blue_of(c)) << i;
+        }
     }
 
     // The colour count names the rarest entry and blinks it three times.
