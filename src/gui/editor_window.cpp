@@ -12,6 +12,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenuBar>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QShortcut>
@@ -24,6 +25,7 @@
 #include "editor/palette_file.h"
 #include "editor/palette_map.h"
 #include "gui/canvas_widget.h"
+#include "gui/editor_image.h"
 #include "gui/label_panel.h"
 #include "gui/palette_widget.h"
 #include "gui/qt_prompt.h"
@@ -74,6 +76,7 @@ EditorWindow::EditorWindow(model::Store& s, editor::EditorSession working_copy, 
     setObjectName("IconEditor");
     setWindowTitle(QString::fromStdString(editor_caption(e_)));
     setModal(true);
+    image_ = new EditorImage(*this);
     build();
     refresh_palette();
     if (!env_.palette_folder.empty()) editor::ensure_standard_palettes(env_.palette_folder);
@@ -84,6 +87,7 @@ EditorWindow::~EditorWindow() = default;
 
 void EditorWindow::build() {
     auto* root = new QHBoxLayout(this);
+    root->setMenuBar(image_->menu_bar());
 
     // ---- tools ----
     auto* tools = new QVBoxLayout;
@@ -245,6 +249,7 @@ void EditorWindow::build() {
         orient_ = new QCheckBox("Use orientation");
         orient_->setChecked(e_.orient != 0);
         form->addRow(orient_);
+        image_->add_line_height(form);
     }
     if (cls == 2 || cls == 4) {
         width_ = new QSpinBox;
@@ -253,16 +258,12 @@ void EditorWindow::build() {
         height_->setRange(0, 255);
         width_->setValue(e_.width);
         height_->setValue(e_.height);
-        // A new size is made by the resize of the image tools; here it shows.
-        width_->setReadOnly(true);
-        height_->setReadOnly(true);
-        width_->setButtonSymbols(QAbstractSpinBox::NoButtons);
-        height_->setButtonSymbols(QAbstractSpinBox::NoButtons);
         auto* size = new QHBoxLayout;
         size->addWidget(width_);
         size->addWidget(new QLabel("x"));
         size->addWidget(height_);
         form->addRow("Size", size);
+        image_->add_point_size(form, width_, height_);
         if (e_.truecolour) form->addRow(new QLabel("True colour icon"));
     }
     side->addWidget(form_box);
@@ -403,9 +404,6 @@ void EditorWindow::build() {
         refresh_tool_buttons();
         canvas_->update();
     });
-    key(QKeySequence(Qt::CTRL | Qt::Key_C), [this] {
-        if (tools_.copy_selection()) canvas_->update();
-    });
     key(QKeySequence(Qt::Key_Delete), [this] {
         if (tools_.clear_selection()) refresh_after_edit();
     });
@@ -478,6 +476,7 @@ void EditorWindow::refresh_after_edit() {
     if (width_ && !width_->hasFocus()) width_->setValue(e_.width);
     if (height_ && !height_->hasFocus()) height_->setValue(e_.height);
     level_->setText(QString("Undo level %1").arg(e_.undo.level()));
+    image_->refresh();
 }
 
 void EditorWindow::show_position(int x, int y) {
@@ -564,8 +563,10 @@ void EditorWindow::form_to_session() {
 }
 
 bool EditorWindow::apply_clicked() {
+    // A pasted picture still floating is part of what the user sees.
+    tools_.commit_layer();
     form_to_session();
-    outcome_ = editor::apply(s_, e_, ui_);
+    outcome_ = editor::apply(s_, e_, ui_, image_->apply_form());
     if (width_) {
         width_->setValue(e_.width_box);
         height_->setValue(e_.height_box);

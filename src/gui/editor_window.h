@@ -13,7 +13,9 @@
 #include "editor/standard_palettes.h"
 #include "editor/tools.h"
 #include "model/store.h"
+#include "platform/clipboard.h"
 #include "platform/file_dialog.h"
+#include "platform/images.h"
 #include "platform/prompt.h"
 
 class QCheckBox;
@@ -29,6 +31,7 @@ class QToolButton;
 namespace korvex::gui {
 
 class CanvasWidget;
+class EditorImage;
 class LabelPanel;
 class PaletteWidget;
 
@@ -38,6 +41,9 @@ struct EditorEnvironment {
     std::string* custom_palette = nullptr;  // the last custom palette's path, kept for the session
     uint32_t default_colour1 = 0xFFFFFF, default_colour2 = 0;  // of new entries
     platform::FileDialog* dialogs = nullptr;
+    platform::Clipboard* clipboard = nullptr;   // the desktop's when none
+    platform::ImageCodec* images = nullptr;     // Qt's readers when none
+    std::string* pastedfile = nullptr;          // the last imported file, kept for the session
 };
 
 class EditorWindow : public QDialog {
@@ -57,6 +63,7 @@ public:
     QLabel* position_label() const { return position_; }
     QPushButton* apply_button() const { return apply_; }
     QToolButton* tool_button(int tool) const;
+    EditorImage* image() const { return image_; }
     // What the last Apply committed.
     const editor::ApplyOutcome& outcome() const { return outcome_; }
 
@@ -74,6 +81,7 @@ protected:
     void reject() override;
 
 private:
+    friend class EditorImage;
     void build();
     void refresh_palette();
     void refresh_after_edit();
@@ -123,6 +131,7 @@ private:
     QLabel* level_ = nullptr;
     QPushButton* apply_ = nullptr;
     std::vector<std::pair<int, QToolButton*>> tool_buttons_;
+    EditorImage* image_ = nullptr;
 };
 
 // The caption of the editor for an element: the class word and the type.

@@ -727,6 +727,8 @@ bool MainWindow::open_icon_editor(const std::vector<int32_t>& rows) {
     env.default_colour1 = static_cast<uint32_t>(settings_.icon_colour1) & 0xFFFFFF;
     env.default_colour2 = static_cast<uint32_t>(settings_.icon_colour2) & 0xFFFFFF;
     env.dialogs = services_.dialogs;
+    env.clipboard = &clipboard();
+    env.pastedfile = &pasted_file_;
     icon_editor_ = new EditorWindow(s_, editor::open_element(s_, r), *prompt_, env, this);
     icon_editor_->setAttribute(Qt::WA_DeleteOnClose);
     connect(icon_editor_, &QDialog::finished, this, [this](int result) { editor_closed(result); });

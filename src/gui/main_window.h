@@ -214,6 +214,7 @@ private:
     QPointer<ErrorsWindow> errors_;
     QPointer<EditorWindow> icon_editor_;
     std::string custom_palette_;  // the last custom palette of the editor, for the session
+    std::string pasted_file_;     // the last picture imported in the editor, for the session
 
     // menus
     std::vector<QMenu*> top_menus_;
