@@ -146,13 +146,22 @@ bool clearicon(EditorSession& e, platform::Prompt& ui, bool opacity_panel) {
 
 void save_curpalette(EditorSession& e) {
     e.saved_palette = e.palette;
+    e.saved_pixels = e.pixels;
     e.lastpalok = true;
 }
 
 bool load_lastpalette(EditorSession& e) {
-    if (!e.lastpalok || e.saved_palette.ncols() != e.palette.ncols()) return false;
+    if (!e.lastpalok) return false;
+    // The picture kept with the palette comes back with it; its indexes
+    // name the kept palette's entries, so the history starts from it.
+    const bool with_picture = !e.saved_pixels.empty() && e.saved_pixels.width() == e.pixels.width() &&
+                              e.saved_pixels.height() == e.pixels.height();
+    if (!with_picture && e.saved_palette.ncols() != e.palette.ncols()) return false;
+    const bool picture_differs = with_picture && e.saved_pixels != e.pixels;
     std::swap(e.saved_palette, e.palette);
+    if (with_picture) std::swap(e.saved_pixels, e.pixels);
     painticon(e);
+    if (picture_differs) start_history(e);
     e.eddirty = true;
     return true;
 }

@@ -47,10 +47,10 @@ std::string point_symbol(int n, int ncols);
 // starts again from the cleared picture.
 bool clearicon(EditorSession& e, platform::Prompt& ui, bool opacity_panel = false);
 
-// Before a palette change: the palette is kept so that Ctrl+Z can take the
-// change back (save_curpalette). load_lastpalette swaps the kept and the
-// current palette, so a second Ctrl+Z brings the change again; false when
-// nothing is kept.
+// Before a palette change: the palette and the picture are kept so that
+// Ctrl+Z can take the change back (save_curpalette). load_lastpalette swaps
+// the kept and the current ones, so a second Ctrl+Z brings the change
+// again; false when nothing is kept.
 void save_curpalette(EditorSession& e);
 bool load_lastpalette(EditorSession& e);
 

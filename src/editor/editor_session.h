@@ -56,6 +56,7 @@ struct EditorSession {
     uint32_t transparentcolour = k_transparent_magenta;
     UndoHistory undo;
     Palette saved_palette;          // the palette before the last palette change, for Ctrl+Z
+    PixelGrid saved_pixels;         // the picture that went with it (a filter changes both)
     bool lastpalok = false;         // Ctrl+Z takes back that palette change
     SizeUndo sizeundo;              // the picture before and after the last change of size
 

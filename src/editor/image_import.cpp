@@ -5,7 +5,6 @@
 #include <unordered_set>
 
 #include "editor/canvas.h"
-#include "editor/colour_reduction.h"
 #include "editor/image_raster.h"
 #include "editor/palette_edit.h"
 #include "editor/point_size.h"
@@ -126,7 +125,8 @@ bool import_picture(EditorSession& e, ToolEngine& tools, platform::Prompt& ui, c
     }
     savebmp(e, 0);
     if (!pasteinto_p4(e, ui, picture)) return false;
-    pasteloadedpic(e, picture, opt);
+    const ReduceOutcome reduced = pasteloadedpic(e, picture, opt);
+    if (reduced.before > 0) ui.status(reduce_status(reduced));
     if (e.curclass == k_line_group) ch7transp(e, ui);
     if (!e.truecolour) e.curcol = -1;
     e.eddirty = true;
@@ -159,8 +159,8 @@ bool pasteinto_p4(EditorSession& e, platform::Prompt& ui, const platform::Image&
     return false;
 }
 
-void pasteloadedpic(EditorSession& e, const platform::Image& picture, const PasteOptions& opt) {
-    if (e.width <= 0 || e.height <= 0) return;
+ReduceOutcome pasteloadedpic(EditorSession& e, const platform::Image& picture, const PasteOptions& opt) {
+    if (e.width <= 0 || e.height <= 0) return {};
     const bool transparent = is_point(e) || e.palette.first_transparent(e.transparentcolour) != 0;
     const uint32_t background = transparent ? e.transparentcolour : 0xFFFFFF;
     int pw = e.width, ph = e.height;
@@ -172,12 +172,9 @@ void pasteloadedpic(EditorSession& e, const platform::Image& picture, const Past
             canvas.set(x, y, over(fitted.argb[static_cast<size_t>(y) * static_cast<size_t>(pw) + static_cast<size_t>(x)], background,
                                   e.transparentcolour));
     e.surface = std::move(canvas);
-    if (e.truecolour) return;
-    if (is_point(e))
-        histogram(e, ReduceMode::full);
-    else
-        histogram(e, ReduceMode::paste, 2);
+    if (e.truecolour) return {};
     e.changes1 |= ch_ncols;
+    return is_point(e) ? histogram(e, ReduceMode::full) : histogram(e, ReduceMode::paste, 2);
 }
 
 bool paste_into_selection(EditorSession& e, ToolEngine& tools, platform::Prompt& ui, const platform::Image& picture,
@@ -234,7 +231,8 @@ bool pastebut(EditorSession& e, ToolEngine& tools, platform::Prompt& ui, platfor
     if (!chkbmp(e, ui)) return false;
     savebmp(e, 0);
     if (!pasteinto_p4(e, ui, *picture)) return false;
-    pasteloadedpic(e, *picture, opt);
+    const ReduceOutcome reduced = pasteloadedpic(e, *picture, opt);
+    if (reduced.before > 0) ui.status(reduce_status(reduced));
     e.eddirty = true;
     e.changes2 |= ch_imported;
     // A true-colour paste is one step of the history; a new palette starts it again.

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "editor/colour_reduction.h"
 #include "editor/editor_session.h"
 #include "editor/tools.h"
 #include "platform/clipboard.h"
@@ -58,8 +59,8 @@ bool pasteinto_p4(EditorSession& e, platform::Prompt& ui, const platform::Image&
 // the transparent marker where the element can show it (points, and a
 // palette with a transparent entry), else white. A palette icon then takes
 // the palette histogram derives: all its colours for a point, two for a
-// polygon or line.
-void pasteloadedpic(EditorSession& e, const platform::Image& picture, const PasteOptions& opt = {});
+// polygon or line; what it did is returned (nothing for true colour).
+ReduceOutcome pasteloadedpic(EditorSession& e, const platform::Image& picture, const PasteOptions& opt = {});
 
 // The picture stretched into the selection frame, over what lies there, as
 // a floating layer. A palette icon must hold its colours: a polygon or line

@@ -7,6 +7,7 @@
 #include "editor/point_size.h"
 #include "editor/shapes.h"
 #include "editor/text_stamp.h"
+#include "editor/transforms.h"
 
 namespace korvex::editor {
 
@@ -29,7 +30,12 @@ void ToolEngine::reset_states() {
 }
 
 bool ToolEngine::set_tool(int tool) {
+    // Rotation says why it is refused; the other size tools are simply off.
+    if (e_.fn013() && tool == t_rotate) return rotate(e_, has_frame(), ui_);
     if (e_.fn013() && size_tool(tool)) return false;
+    // Flips and the turn are applied at once; the tool stays.
+    if (tool == t_flip_h || tool == t_flip_v) return flip(e_, tool == t_flip_h ? 0 : 1, has_frame(), ui_);
+    if (tool == t_rotate) return rotate(e_, has_frame(), ui_);
     if (tool == t_text && !can_add_text(e_, ui_)) return false;
     if (repeat && (tool == t_pencil || tool == t_rubber) && (step_x <= 0 || step_y <= 0)) {
         ui_.message("Please select value > 0");
@@ -75,6 +81,10 @@ bool ToolEngine::refuse_press() {
 }
 
 void ToolEngine::press(int x, int y, bool right) {
+    if (panel_open) {
+        ui_.message("Click Apply or Cancel.");
+        return;
+    }
     if (e_.width <= 0 || e_.height <= 0) return;
     right_ = right;
     const int t = e_.tool;
@@ -232,6 +242,7 @@ void ToolEngine::plot(int x, int y, uint32_t colour) {
 }
 
 void ToolEngine::double_click(int x, int y) {
+    if (panel_open) return;
     if (e_.tool == t_text) {
         uint32_t colour = 0;
         if (text_.width > 0 && colour_of(false, colour)) {

@@ -47,6 +47,10 @@ public:
 
     // The opacity panel is open: a crop is refused.
     bool opacity_mode = false;
+    // A colour adjustment panel is open: the canvas waits for its Apply or
+    // Cancel, and a press only says so.
+    bool panel_open = false;
+
     // Pen width of the line and outline tools, 1 to 10.
     int pen = 1;
     // The text stamp's rendered text; it follows the pointer and a double

@@ -25,6 +25,7 @@
 #include "editor/palette_file.h"
 #include "editor/palette_map.h"
 #include "gui/canvas_widget.h"
+#include "gui/editor_filters.h"
 #include "gui/editor_image.h"
 #include "gui/label_panel.h"
 #include "gui/palette_widget.h"
@@ -78,6 +79,7 @@ EditorWindow::EditorWindow(model::Store& s, editor::EditorSession working_copy, 
     setModal(true);
     image_ = new EditorImage(*this);
     build();
+    filters_ = new EditorFilters(*this);
     refresh_palette();
     if (!env_.palette_folder.empty()) editor::ensure_standard_palettes(env_.palette_folder);
     fill_chooser(editor::ChooserMode::c256, false);
@@ -457,6 +459,7 @@ void EditorWindow::choose_tool(int tool) {
 }
 
 void EditorWindow::undo() {
+    if (filters_->panel_open()) return;  // the panel's Cancel takes its colours back
     // A palette change is taken back first; a second Ctrl+Z brings it again.
     if (e_.lastpalok ? editor::load_lastpalette(e_) : editor::undo_step(e_)) refresh_after_edit();
 }
@@ -566,7 +569,9 @@ bool EditorWindow::apply_clicked() {
     // A pasted picture still floating is part of what the user sees.
     tools_.commit_layer();
     form_to_session();
-    outcome_ = editor::apply(s_, e_, ui_, image_->apply_form());
+    editor::ApplyForm form = image_->apply_form();
+    form.filter_panel_open = filters_->panel_open();
+    outcome_ = editor::apply(s_, e_, ui_, form);
     if (width_) {
         width_->setValue(e_.width_box);
         height_->setValue(e_.height_box);

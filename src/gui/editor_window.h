@@ -32,6 +32,7 @@ namespace korvex::gui {
 
 class CanvasWidget;
 class EditorImage;
+class EditorFilters;
 class LabelPanel;
 class PaletteWidget;
 
@@ -64,6 +65,7 @@ public:
     QPushButton* apply_button() const { return apply_; }
     QToolButton* tool_button(int tool) const;
     EditorImage* image() const { return image_; }
+    EditorFilters* filters() const { return filters_; }
     // What the last Apply committed.
     const editor::ApplyOutcome& outcome() const { return outcome_; }
 
@@ -82,6 +84,7 @@ protected:
 
 private:
     friend class EditorImage;
+    friend class EditorFilters;
     void build();
     void refresh_palette();
     void refresh_after_edit();
@@ -132,6 +135,7 @@ private:
     QPushButton* apply_ = nullptr;
     std::vector<std::pair<int, QToolButton*>> tool_buttons_;
     EditorImage* image_ = nullptr;
+    EditorFilters* filters_ = nullptr;
 };
 
 // The caption of the editor for an element: the class word and the type.

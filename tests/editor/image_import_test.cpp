@@ -180,6 +180,54 @@ TEST(ImageImport, AlphaLiesOverTheBackgroundAndMagentaIsTransparency) {
     EXPECT_EQ(e.surface.at(0, 2), rgb(0, 0, 255));
 }
 
+TEST(ImageImport, APaletteIconTakesThePicturesColoursThroughTheReduction) {
+    TempDir tmp;
+    platform::BmpImageCodec codec;
+    platform::ScriptedPrompt ui;
+    platform::ScriptedFileDialog dialogs;
+    // 32 x 32: the left half black, the right half white, one row red-ish.
+    platform::Image pic = filled(32, 32, 0xFFFFFFFF);
+    for (int y = 0; y < 32; ++y)
+        for (int x = 0; x < 16; ++x) pic.argb[static_cast<size_t>(y * 32 + x)] = 0xFF000000;
+    ASSERT_TRUE(codec.write_bmp(tmp.file("half.bmp"), pic));
+
+    // A polygon without bitmap takes one first, then two colours, no question of RGB.
+    EditorSession pg = polygon();
+    pg.solid = true;
+    resize_picture(pg, 0, 0);
+    ToolEngine tools(pg, ui);
+    std::string last;
+    dialogs.script(tmp.file("half.bmp"));
+    ASSERT_TRUE(import_file(pg, tools, ui, dialogs, codec, last));
+    EXPECT_EQ(ui.questions, (std::vector<std::string>{"Convert to Bitmap?"}));
+    EXPECT_FALSE(pg.solid);
+    EXPECT_FALSE(pg.truecolour);
+    EXPECT_EQ(pg.ncols(), 2);
+    EXPECT_EQ(pg.palette.colour(pg.pixels.at(0, 0) + 1), K);
+    EXPECT_EQ(pg.palette.colour(pg.pixels.at(15, 31) + 1), K);
+    EXPECT_EQ(pg.palette.colour(pg.pixels.at(16, 0) + 1), W);
+    EXPECT_EQ(pg.palette.colour(pg.pixels.at(31, 31) + 1), W);
+    EXPECT_EQ(pg.undo.level(), 0);
+    EXPECT_EQ(pg.curcol, -1);  // the next stroke picks its colour first
+
+    // A palette point pasted over as a whole takes the picture's size and colours.
+    platform::MemoryClipboard clip;
+    clip.set_image(image(3, 3, {red, green, blue, blue, red, green, green, blue, red}));
+    EditorSession e = point(2, 2);
+    ToolEngine pt(e, ui);
+    ASSERT_TRUE(pastebut(e, pt, ui, clip, false));
+    EXPECT_FALSE(e.truecolour);
+    EXPECT_EQ(e.width * 10 + e.height, 33);
+    EXPECT_EQ(e.ncols(), 3);
+    EXPECT_EQ(e.surface.at(0, 0), rgb(255, 0, 0));
+    EXPECT_EQ(e.surface.at(1, 2), rgb(0, 0, 255));
+    EXPECT_EQ(e.palette.colour(e.pixels.at(2, 1) + 1), rgb(0, 255, 0));
+    ASSERT_FALSE(ui.statuses.empty());
+    EXPECT_EQ(ui.statuses.back().rfind("Reducing colours from ", 0), 0u);
+    ASSERT_TRUE(size_undo_step(e, 0));
+    EXPECT_EQ(e.width * 10 + e.height, 22);
+}
+
 TEST(ImagePaste, IntoASelectionThePaletteMustHoldTheColours) {
     platform::ScriptedPrompt ui;
     platform::MemoryClipboard clip;
