@@ -191,6 +191,12 @@ bool convert_to_bitmap(EditorSession& e, platform::Prompt& ui) {
     const int h = 2 * e.border + e.lwidth;
     if (h < 1 || h > 32) return false;
     if (!ui.yes_no("Using this tool you will not be able to alter border or line heights.\r\nContinue?")) return false;
+    return line_bitmap(e);
+}
+
+bool line_bitmap(EditorSession& e) {
+    const int h = 2 * e.border + e.lwidth;
+    if (!e.solid || h < 1 || h > 32) return false;
     if (e.palette.ncols() < 2) e.palette.colours.resize(2, e.transparentcolour);
     e.solid = false;
     resize_picture(e, 32, h);

@@ -60,6 +60,8 @@ bool load_lastpalette(EditorSession& e);
 // bitmap is 32 wide and 2 x border + lwidth( high: border rows in the
 // second colour (transparent when the line has none), the line between.
 bool convert_to_bitmap(EditorSession& e, platform::Prompt& ui);
+// The conversion itself, without the question.
+bool line_bitmap(EditorSession& e);
 
 // Cuts the picture to the frame (a point's crop); the history starts again.
 void crop_picture(EditorSession& e, const Rect& frame);

@@ -8,6 +8,7 @@
 #include "editor/element_commit.h"
 #include "editor/label_panel.h"
 #include "editor/palette_edit.h"
+#include "editor/point_size.h"
 #include "typ/draw_order.h"
 #include "workbench/sort_rows.h"
 #include "workbench/type_range.h"
@@ -251,6 +252,8 @@ ApplyOutcome apply(model::Store& s, EditorSession& e, platform::Prompt& ui, cons
                 e.height_box = e.height;
             } else if (!form.resize_open) {
                 ui.message("Please click resize.");
+                return out;
+            } else if (!resize_point(e, ui, e.width_box, e.height_box, form.stretch)) {
                 return out;
             }
         }

@@ -26,6 +26,7 @@ struct ApplyOutcome {
 struct ApplyForm {
     bool filter_panel_open = false;  // a filter's Apply or Cancel is pending
     bool resize_open = false;        // the resize frame of a point is open
+    bool stretch = true;             // its resize stretches the picture (else pads it)
 };
 
 // Runs every check and commits. On a refusal nothing in the store changed

@@ -13,6 +13,7 @@
 #include "editor/palette.h"
 #include "editor/pixel_grid.h"
 #include "editor/raster.h"
+#include "editor/size_undo.h"
 #include "editor/undo_history.h"
 
 namespace korvex::editor {
@@ -75,6 +76,7 @@ struct EditorSession {
     Palette saved_palette;          // the palette before the last palette change, for Ctrl+Z
     PixelGrid saved_pixels;         // the picture that went with it (a filter changes both)
     bool lastpalok = false;         // Ctrl+Z takes back that palette change
+    SizeUndo sizeundo;              // the picture before and after the last change of size
 
     int curcol = -1;                // selected entry from 1; 0 none; negative: none chosen yet
     int curcol2 = -1;               // entry of the right button

@@ -5,6 +5,7 @@
 #include "editor/canvas.h"
 #include "editor/flood_fill.h"
 #include "editor/opacity.h"
+#include "editor/point_size.h"
 #include "editor/shapes.h"
 #include "editor/text_stamp.h"
 #include "editor/transforms.h"
@@ -283,7 +284,7 @@ void ToolEngine::double_click(int x, int y) {
         return;
     }
     if (e_.tool == t_crop_pending && frame_.contains(x, y)) {
-        crop_picture(e_, frame_);
+        if (!crop(e_, ui_, frame_, opacity_mode)) return;
         frame_ = {};
         e_.tool = t_crop_select;
     }
@@ -322,11 +323,26 @@ void ToolEngine::select_all() {
     frame_ = {0, 0, e_.width, e_.height};
 }
 
-bool ToolEngine::copy_selection() {
+bool ToolEngine::copy_selection(bool cut) {
     if (frame_.empty()) return false;
     if (!layer_.empty()) commit_layer();
     layer_ = lift(e_.surface, frame_);
+    if (cut) {
+        uint32_t background = e_.transparentcolour;
+        if (!e_.truecolour && e_.palette.first_transparent(e_.transparentcolour) == 0)
+            background = e_.palette.colour(e_.palette.valid(e_.curcol) ? e_.curcol : 1);
+        fill_rect(e_.surface, frame_, background);
+        finish();
+    }
     return true;
+}
+
+void ToolEngine::float_layer(FloatingLayer layer) {
+    if (!layer_.empty()) commit_layer();
+    reset_states();
+    if (!frame_tool(e_.tool)) e_.tool = t_select;
+    frame_ = {layer.x, layer.y, layer.picture.width(), layer.picture.height()};
+    layer_ = std::move(layer);
 }
 
 bool ToolEngine::clear_selection() {

@@ -34,13 +34,19 @@ public:
 
     // Ctrl+A: a frame around the whole picture.
     void select_all();
-    // Ctrl+C: lifts the framed part into a floating layer. False without a frame.
-    bool copy_selection();
+    // Ctrl+C: lifts the framed part into a floating layer; Ctrl+X (cut)
+    // leaves the background of the class behind: the transparent entry if
+    // the palette has one, else the current colour. False without a frame.
+    bool copy_selection(bool cut = false);
+    // A pasted picture floats at (layer.x, layer.y) until it is stamped.
+    void float_layer(FloatingLayer layer);
     // Delete: the framed part takes the second colour. False without a frame.
     bool clear_selection();
     // Stamps a floating layer where it lies.
     void commit_layer();
 
+    // The opacity panel is open: a crop is refused.
+    bool opacity_mode = false;
     // A colour adjustment panel is open: the canvas waits for its Apply or
     // Cancel, and a press only says so.
     bool panel_open = false;

@@ -12,6 +12,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenuBar>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QShortcut>
@@ -29,6 +30,7 @@
 #include "gui/colour_dialog.h"
 #include "gui/editor_filters.h"
 #include "gui/editor_variants.h"
+#include "gui/editor_image.h"
 #include "gui/label_panel.h"
 #include "gui/palette_widget.h"
 #include "gui/qt_prompt.h"
@@ -79,6 +81,7 @@ EditorWindow::EditorWindow(model::Store& s, editor::EditorSession working_copy, 
     setWindowTitle(QString::fromStdString(editor_caption(e_)));
     setModal(true);
     if (!env_.pick_colour) env_.pick_colour = [this](uint32_t c) { return cmcolor(c, ui_, this); };
+    image_ = new EditorImage(*this);
     build();
     filters_ = new EditorFilters(*this);
     variants_ = new EditorVariants(*this);
@@ -93,6 +96,7 @@ EditorWindow::~EditorWindow() = default;
 
 void EditorWindow::build() {
     auto* root = new QHBoxLayout(this);
+    root->setMenuBar(image_->menu_bar());
 
     // ---- tools ----
     auto* tools = new QVBoxLayout;
@@ -266,6 +270,7 @@ void EditorWindow::build() {
         orient_ = new QCheckBox("Use orientation");
         orient_->setChecked(e_.orient != 0);
         form->addRow(orient_);
+        image_->add_line_height(form);
     }
     if (cls == 2 || cls == 4) {
         width_ = new QSpinBox;
@@ -274,11 +279,6 @@ void EditorWindow::build() {
         height_->setRange(0, 255);
         width_->setValue(e_.width);
         height_->setValue(e_.height);
-        // A new size is made by the resize of the image tools; here it shows.
-        width_->setReadOnly(true);
-        height_->setReadOnly(true);
-        width_->setButtonSymbols(QAbstractSpinBox::NoButtons);
-        height_->setButtonSymbols(QAbstractSpinBox::NoButtons);
         auto* size = new QHBoxLayout;
         size->addWidget(width_);
         size->addWidget(new QLabel("x"));
@@ -291,6 +291,7 @@ void EditorWindow::build() {
             size->addWidget(canvas);
         }
         form->addRow("Size", size);
+        image_->add_point_size(form, width_, height_);
         if (e_.truecolour) form->addRow(new QLabel("True colour icon"));
     }
     side->addWidget(form_box);
@@ -419,9 +420,6 @@ void EditorWindow::build() {
         refresh_tool_buttons();
         canvas_->update();
     });
-    key(QKeySequence(Qt::CTRL | Qt::Key_C), [this] {
-        if (tools_.copy_selection()) canvas_->update();
-    });
     key(QKeySequence(Qt::Key_Delete), [this] {
         if (tools_.clear_selection()) refresh_after_edit();
     });
@@ -503,6 +501,7 @@ void EditorWindow::refresh_after_edit() {
     if (width_ && !width_->hasFocus()) width_->setValue(e_.width);
     if (height_ && !height_->hasFocus()) height_->setValue(e_.height);
     level_->setText(QString("Undo level %1").arg(e_.undo.level()));
+    image_->refresh();
 }
 
 void EditorWindow::show_position(int x, int y) {
@@ -606,8 +605,10 @@ void EditorWindow::form_to_session() {
 }
 
 bool EditorWindow::apply_clicked() {
+    // A pasted picture still floating is part of what the user sees.
+    tools_.commit_layer();
     form_to_session();
-    editor::ApplyForm form;
+    editor::ApplyForm form = image_->apply_form();
     form.filter_panel_open = filters_->panel_open();
     variants_->before_apply();
     outcome_ = editor::apply(s_, e_, ui_, form);

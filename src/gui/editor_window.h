@@ -14,7 +14,9 @@
 #include "editor/standard_palettes.h"
 #include "editor/tools.h"
 #include "model/store.h"
+#include "platform/clipboard.h"
 #include "platform/file_dialog.h"
+#include "platform/images.h"
 #include "platform/prompt.h"
 
 class QCheckBox;
@@ -30,6 +32,7 @@ class QToolButton;
 namespace korvex::gui {
 
 class CanvasWidget;
+class EditorImage;
 class EditorFilters;
 class EditorVariants;
 class LabelPanel;
@@ -47,6 +50,9 @@ struct EditorEnvironment {
     bool* magenta = nullptr;
     // The colour dialog: the colour picked, -1 for cancel (cmcolor when empty).
     std::function<int64_t(uint32_t)> pick_colour;
+    platform::Clipboard* clipboard = nullptr;   // the desktop's when none
+    platform::ImageCodec* images = nullptr;     // Qt's readers when none
+    std::string* pastedfile = nullptr;          // the last imported file, kept for the session
 };
 
 class EditorWindow : public QDialog {
@@ -66,6 +72,7 @@ public:
     QLabel* position_label() const { return position_; }
     QPushButton* apply_button() const { return apply_; }
     QToolButton* tool_button(int tool) const;
+    EditorImage* image() const { return image_; }
     EditorFilters* filters() const { return filters_; }
     EditorVariants* variants() const { return variants_; }
     // What the last Apply committed.
@@ -90,6 +97,7 @@ protected:
     void reject() override;
 
 private:
+    friend class EditorImage;
     friend class EditorFilters;
     friend class EditorVariants;
     void build();
@@ -144,6 +152,7 @@ private:
     TilePreview* preview_ = nullptr;
     QPushButton* apply_ = nullptr;
     std::vector<std::pair<int, QToolButton*>> tool_buttons_;
+    EditorImage* image_ = nullptr;
     EditorFilters* filters_ = nullptr;
     EditorVariants* variants_ = nullptr;
 };

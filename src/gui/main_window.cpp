@@ -754,6 +754,8 @@ bool MainWindow::open_icon_editor(const std::vector<int32_t>& rows) {
     env.default_colour2 = static_cast<uint32_t>(settings_.icon_colour2) & 0xFFFFFF;
     env.dialogs = services_.dialogs;
     env.magenta = &settings_.magenta_transparency;
+    env.clipboard = &clipboard();
+    env.pastedfile = &pasted_file_;
     icon_editor_ = new EditorWindow(s_, editor::open_element(s_, r), *prompt_, env, this);
     icon_editor_->setAttribute(Qt::WA_DeleteOnClose);
     // The editor opens where and as large as it was last closed.

@@ -220,6 +220,7 @@ private:
     QPointer<EditorWindow> icon_editor_;
     QByteArray editor_geometry_;  // the icon editor's place and size when last closed
     std::string custom_palette_;  // the last custom palette of the editor, for the session
+    std::string pasted_file_;     // the last picture imported in the editor, for the session
 
     // menus
     std::vector<QMenu*> top_menus_;

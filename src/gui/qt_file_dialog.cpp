@@ -8,7 +8,14 @@ namespace korvex::gui {
 
 QString qt_filters(const std::vector<std::string>& filters) {
     QStringList list;
-    for (const auto& f : filters) list << from_message(f);
+    for (const auto& f : filters) {
+        // Qt wants the patterns of a filter apart by blanks and the filter
+        // ending in its bracket: "(*.png;*.gif;)" becomes "(*.png *.gif )".
+        QString q = from_message(f).trimmed();
+        const qsizetype open = q.lastIndexOf(QLatin1Char('('));
+        if (open >= 0) q = q.left(open) + q.mid(open).replace(QLatin1Char(';'), QLatin1Char(' '));
+        list << q;
+    }
     return list.join(QStringLiteral(";;"));
 }
 

@@ -1,0 +1,226 @@
+// Changes of a bitmap's size and the icon out of the editor as a file: a
+// point resized (stretched, padded, to no bitmap) with its size undo, its
+// night bitmap asked about first, the crop, a line's height, the icon saved
+// as a BMP, and an imported picture through Apply into a TYP file and back.
+#include "editor/bitmap_save.h"
+#include "editor/editor_apply.h"
+#include "editor/element_open.h"
+#include "editor/image_import.h"
+#include "editor/image_raster.h"
+#include "editor/point_size.h"
+#include "image_fixtures.h"
+#include "platform/clock.h"
+#include "platform/files.h"
+#include "text/load_driver.h"
+#include "typ/decoder.h"
+#include "typ/encoder.h"
+
+namespace korvex::editor {
+namespace {
+
+using namespace fixtures;
+
+TEST(PointSize, StretchPadRefusalsAndTheSizeUndo) {
+    platform::ScriptedPrompt ui;
+    EditorSession e = point(2, 2, {W, K});
+    EXPECT_FALSE(resize_point(e, ui, 129, 4, true));
+    EXPECT_EQ(ui.messages.back(), "maximum length=128");
+    EXPECT_FALSE(resize_point(e, ui, 0, 4, true));
+    EXPECT_EQ(ui.messages.back(), "Please enter valid bitmap sizes (1 - 128)");
+    ASSERT_TRUE(resize_point(e, ui, 2, 2, true));
+    EXPECT_FALSE(e.eddirty);  // nothing was refused or changed so far
+
+    // Stretched, each pixel repeated; an odd size takes the nearest.
+    ASSERT_TRUE(resize_point(e, ui, 4, 3, true));
+    EXPECT_EQ(rows_of(e), "1100\n1100\n0011\n");
+    EXPECT_EQ(e.width_box * 10 + e.height_box, 43);
+    ASSERT_TRUE(size_undo_step(e, 0));
+    EXPECT_EQ(rows_of(e), "10\n01\n");
+    EXPECT_EQ(e.undo.level(), 1);
+    ASSERT_TRUE(size_undo_step(e, 1));
+    EXPECT_EQ(rows_of(e), "1100\n1100\n0011\n");
+
+    // Padded: a palette without transparency gains the entry; an entry no
+    // pixel uses any more goes.
+    EditorSession p = point(2, 2, {W, K, 0x0000FF});
+    ASSERT_TRUE(resize_point(p, ui, 3, 1, false));
+    EXPECT_EQ(p.palette.colours, (std::vector<uint32_t>{W, K, M}));
+    EXPECT_EQ(rows_of(p), "102\n");
+    EXPECT_EQ(p.surface.pixels(), (std::vector<uint32_t>{K, W, M}));
+}
+
+TEST(PointSize, NoBitmapAndTheNightBitmapAskFirst) {
+    platform::ScriptedPrompt ui;
+    EditorSession e = point(2, 2);
+    ui.script(platform::Answer::no);
+    EXPECT_FALSE(resize_point(e, ui, 0, 0, true));
+    EXPECT_EQ(ui.questions.back(), "This may cause problems on Mapsource & some devices.\r\nBitmap will be removed.\r\nContinue?");
+    EXPECT_EQ(e.width, 2);
+    ASSERT_TRUE(resize_point(e, ui, 0, 0, true));
+    EXPECT_EQ(e.width * 10 + e.height + e.ncols() * 100, 300);  // the palette stays
+
+    EditorSession n = point(2, 2);
+    n.has_night_bitmap = true;
+    n.bmpmode = 1;
+    ui.script(platform::Answer::no);
+    EXPECT_FALSE(resize_point(n, ui, 3, 3, true));
+    EXPECT_EQ(ui.questions.back(), "Points with night bmp cannot be resized.\r\nContinue?");
+    EXPECT_EQ(n.width, 2);
+    ASSERT_TRUE(resize_point(n, ui, 3, 3, true));
+    EXPECT_EQ(n.has_night_bitmap * 10 + n.bmpmode, 0);
+    EXPECT_EQ(n.width, 3);
+    // A night bitmap not yet confirmed asks only "Continue?".
+    EditorSession pending = point(2, 2);
+    pending.newbmp = 1;
+    ASSERT_TRUE(resize_point(pending, ui, 1, 1, true));
+    EXPECT_EQ(ui.questions.back(), "Continue?");
+    // A true-colour icon with a night bitmap is refused.
+    EditorSession tc = point(2, 2);
+    tc.truecolour = true;
+    tc.newbmp = 1;
+    EXPECT_FALSE(resize_point(tc, ui, 3, 3, true));
+    EXPECT_EQ(ui.messages.back(), "Convert to 256 Colours first.");
+    EXPECT_EQ(tc.width, 2);
+}
+
+TEST(Crop, ToTheFrameWithItsRefusals) {
+    platform::ScriptedPrompt ui;
+    EditorSession e = point(3, 2);
+    ToolEngine t(e, ui);
+    ASSERT_TRUE(t.set_tool(t_crop_select));
+    t.press(1, 1, false);
+    t.release(1, 1);
+    t.opacity_mode = true;
+    t.double_click(1, 1);
+    EXPECT_EQ(ui.messages.back(), "Untick Opacity first.");
+    t.opacity_mode = false;
+    e.has_night_bitmap = true;
+    ui.script(platform::Answer::no);
+    t.double_click(1, 1);
+    EXPECT_EQ(ui.questions.back(), "Night bmp will be cropped as well: Continue?");
+    EXPECT_EQ(e.width, 3);
+    // One cell is a picture of its own.
+    t.double_click(1, 1);
+    EXPECT_EQ(rows_of(e), "1\n");
+    EXPECT_EQ(t.tool(), t_crop_select);
+    ASSERT_TRUE(size_undo_step(e, 0));
+    EXPECT_EQ(rows_of(e), "100\n010\n");
+    // The whole picture as the frame changes nothing.
+    EditorSession f = point(3, 2);
+    ASSERT_TRUE(crop(f, ui, Rect{0, 0, 3, 2}, false));
+    EXPECT_FALSE(f.eddirty);
+}
+
+TEST(LineBitmap, TheHeightChangesTheWidthStays32) {
+    platform::ScriptedPrompt ui;
+    EditorSession ln;
+    ln.curclass = 1;
+    ln.solid = true;
+    ln.lwidth = 2;
+    ln.border = 1;
+    ASSERT_TRUE(chkbmp(ln, ui));
+    EXPECT_EQ(ui.questions.back(), "Convert to Bitmap?");
+    EXPECT_EQ(ln.width * 100 + ln.height, 3204);
+    ln.pixels.set(31, 1, 1);
+    ASSERT_TRUE(changebmp(ln, ui, 6));
+    EXPECT_EQ(ln.width * 100 + ln.height, 3206);
+    EXPECT_EQ(ln.pixels.at(31, 1) * 10 + ln.pixels.at(0, 5), 10);  // new rows take the first entry
+    for (int h : {0, 33}) {
+        EXPECT_FALSE(changebmp(ln, ui, h));
+        EXPECT_EQ(ui.messages.back(), "Please enter a valid size between 1 & 32.");
+    }
+    ASSERT_TRUE(changebmp(ln, ui, 1));
+    EXPECT_EQ(ln.width * 100 + ln.height, 3201);
+}
+
+TEST(SaveBitmap, TrueSizeMagentaTransparencyAndAnExistingFile) {
+    TempDir tmp;
+    platform::ScriptedPrompt ui;
+    platform::ScriptedFileDialog dialogs;
+    platform::BmpImageCodec codec;
+    EditorSession e = point(3, 2);
+    e.pixels.set(2, 1, 2);
+    painticon(e);
+    dialogs.script(tmp.file("icon"));
+    ASSERT_TRUE(savepoi(e, ui, dialogs, codec));
+    EXPECT_EQ(ui.messages.back(), "Caution. Transparency will show as magenta.");
+    EXPECT_EQ(dialogs.calls.back().filters, "Bitmap files (*.bmp)");
+    EXPECT_EQ(codec.read(tmp.file("icon.bmp")).image.argb,
+              (std::vector<uint32_t>{0xFF000000, 0xFFFFFFFF, 0xFFFFFFFF, 0xFFFFFFFF, 0xFF000000, 0xFFFF11FF}));
+
+    // An existing file stays unless the user agrees; a failed write names the file.
+    const std::string existing = tmp.file("old.BMP");
+    ASSERT_TRUE(platform::write_file_atomic(existing, "keep"));
+    dialogs.script(existing);
+    ui.script(platform::Answer::no);
+    EXPECT_FALSE(savepoi(e, ui, dialogs, codec));
+    EXPECT_EQ(ui.questions.back(), "File exists.\r\nReplace this file?");
+    EXPECT_EQ(platform::read_file(existing).value_or(""), "keep");
+    const std::string nowhere = tmp.file("missing/icon.bmp");
+    dialogs.script(nowhere);
+    EXPECT_FALSE(savepoi(e, ui, dialogs, codec));
+    EXPECT_EQ(ui.messages.back().rfind(nowhere + "\r\n", 0), 0u) << ui.messages.back();
+}
+
+struct Project {
+    model::Store s;
+    platform::ScriptedPrompt ui;
+    Project() {
+        model::newproject(s);
+        EXPECT_TRUE(text::load_txt(s, ui, "t.txt",
+                                   "[_id]\nFID=7\nCodePage=1252\n[end]\n"
+                                   "[_point]\nType=0x2f\nSubType=0x01\nDayXpm=\"4 2 2 1\" Colormode=0\n\"! c #FFFFFF\"\n"
+                                   "\"# c #000000\"\n\"!!##\"\n\"##!!\"\n[end]\n",
+                                   false, true));
+    }
+    EditorSession open() { return open_element(s, OpenRequest{2, 0, {}, k_transparent_magenta}); }
+};
+
+TEST(PointSize, ApplyResizesThroughTheOpenFrame) {
+    Project p;
+    EditorSession e = p.open();
+    const std::string row = p.s.pt_bmp[0].substr(0, 4);
+    e.width_box = 8;
+    e.height_box = 4;
+    EXPECT_FALSE(apply(p.s, e, p.ui).committed);
+    EXPECT_EQ(p.ui.messages.back(), "Please click resize.");
+    ApplyForm form;
+    form.resize_open = true;
+    ASSERT_TRUE(apply(p.s, e, p.ui, form).committed);
+    EXPECT_NE(p.s.pt_xpm[0].find("\"8 4 "), std::string::npos) << p.s.pt_xpm[0];
+    const std::string doubled = {row[0], row[0], row[1], row[1], row[2], row[2], row[3], row[3]};
+    EXPECT_EQ(p.s.pt_bmp[0].substr(0, 20), doubled + "\r\n" + doubled + "\r\n");
+}
+
+TEST(ImportRoundTrip, ABmpFileThroughApplyIntoTypAndBack) {
+    TempDir tmp;
+    Project p;
+    platform::BmpImageCodec codec;
+    const uint32_t colours[] = {red, green, blue, 0xFF123456, 0xFFFFFFFF};
+    platform::Image pic{5, 3, {}};
+    for (int i = 0; i < 15; ++i) pic.argb.push_back(colours[i * 7 % 5]);
+    ASSERT_TRUE(codec.write_bmp(tmp.file("in.bmp"), pic));
+    EditorSession e = p.open();
+    ToolEngine tools(e, p.ui);
+    platform::ScriptedFileDialog dialogs;
+    dialogs.script(tmp.file("in.bmp"));
+    std::string last;
+    ASSERT_TRUE(import_file(e, tools, p.ui, dialogs, codec, last));
+    ASSERT_TRUE(apply(p.s, e, p.ui).committed);
+
+    platform::FixedClock clock({2024, 5, 17, 13, 45, 30});
+    ASSERT_TRUE(typ::save_typ(p.s, p.ui, clock, false));
+    const std::string bytes = p.s.curf;
+    model::newproject(p.s);
+    typ::open_typ_bytes(p.s, p.ui, bytes, "/test/file.typ");
+    const EditorSession back = p.open();
+    ASSERT_EQ(back.width * 10 + back.height, 53);
+    for (int i = 0; i < 15; ++i) {
+        const int x = i % 5, y = i / 5;
+        const uint32_t c = back.truecolour ? back.surface.at(x, y) : back.palette.colour(back.pixels.at(x, y) + 1);
+        EXPECT_EQ(c, colour_of_argb(pic.argb[static_cast<size_t>(i)])) << x << "," << y;
+    }
+}
+
+}  // namespace
+}  // namespace korvex::editor
