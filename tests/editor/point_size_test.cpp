@@ -41,11 +41,12 @@ TEST(PointSize, StretchPadRefusalsAndTheSizeUndo) {
     EXPECT_EQ(rows_of(e), "1100\n1100\n0011\n");
 
     // Padded: a palette without transparency gains the entry; an entry no
-    // pixel uses any more goes.
+    // pixel uses any more goes; the trim orders the colours as met from the
+    // last row up.
     EditorSession p = point(2, 2, {W, K, 0x0000FF});
     ASSERT_TRUE(resize_point(p, ui, 3, 1, false));
-    EXPECT_EQ(p.palette.colours, (std::vector<uint32_t>{W, K, M}));
-    EXPECT_EQ(rows_of(p), "102\n");
+    EXPECT_EQ(p.palette.colours, (std::vector<uint32_t>{K, W, M}));
+    EXPECT_EQ(rows_of(p), "012\n");
     EXPECT_EQ(p.surface.pixels(), (std::vector<uint32_t>{K, W, M}));
 }
 
