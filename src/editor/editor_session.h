@@ -12,6 +12,7 @@
 #include "editor/label_state.h"
 #include "editor/palette.h"
 #include "editor/pixel_grid.h"
+#include "editor/point_picture.h"
 #include "editor/raster.h"
 #include "editor/size_undo.h"
 #include "editor/undo_history.h"
@@ -37,24 +38,6 @@ enum Tool : int16_t {
     t_pencil = 0, t_picker = 1, t_fill = 2, t_add_colour = 3, t_line = 4, t_ellipse = 5, t_rectangle = 6,
     t_select = 7, t_text = 8, t_flip_h = 9, t_flip_v = 10, t_rotate = 11, t_filled_ellipse = 13,
     t_filled_rectangle = 14, t_crop_select = 15, t_crop_pending = 16, t_rubber = 20,
-};
-
-// One of a point's two pictures with what belongs to it alone. The picture
-// on the canvas lives in the session's own fields; the other one (the night
-// picture while the day is edited, the day picture while the night is)
-// waits here until cmd19 swaps them.
-struct PointPicture {
-    Palette palette;
-    PixelGrid pixels;               // [x][y] palette index from 0
-    PixelGrid opacity;              // [x][y] opacity level 0..15, opacity mode only
-    Raster surface;                 // the colours; the data of a true-colour picture
-    bool truecolour = false;
-    bool alpha = false;             // opacity mode (colormode 32): levels per pixel and colour
-    uint8_t colormode = 0;          // 0, 16 or 32 as the head states it
-    int transp_entry = 0;           // the entry last made transparent by the tick, 0 for none
-    uint32_t transp_colour = 0;     // its colour before, for the way back to solid
-
-    bool empty() const { return pixels.empty() && surface.empty(); }
 };
 
 struct EditorSession {

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "editor/canvas.h"
+#include "editor/night_option.h"
 #include "editor/palette_edit.h"
 #include "editor/image_raster.h"
 
@@ -33,11 +34,25 @@ void size_changed(EditorSession& e) {
 }
 
 void drop_night(EditorSession& e) {
-    e.has_night_bitmap = false;
-    e.newbmp = 0;
-    e.bmpmode = 0;
-    e.nightpal = {};
+    drop_point_night(e);
     e.changes1 |= ch_night;
+}
+
+// The night picture of a point takes the same frame as the day one, so both
+// keep one size.
+void crop_other(PointPicture& p, const Rect& f) {
+    if (p.empty()) return;
+    PixelGrid idx(f.w, f.h), op(f.w, f.h);
+    Raster surface(f.w, f.h);
+    for (int y = 0; y < f.h; ++y)
+        for (int x = 0; x < f.w; ++x) {
+            idx.set(x, y, p.pixels.at(f.x + x, f.y + y));
+            op.set(x, y, p.opacity.at(f.x + x, f.y + y));
+            surface.set(x, y, p.surface.at(f.x + x, f.y + y));
+        }
+    if (!p.pixels.empty()) p.pixels = std::move(idx);
+    if (!p.opacity.empty()) p.opacity = std::move(op);
+    if (!p.surface.empty()) p.surface = std::move(surface);
 }
 
 bool valid_side(int v) { return v >= 1 && v <= k_max_point_side; }
@@ -54,6 +69,9 @@ void savebmp(EditorSession& e, int n) {
     s.pixels = e.pixels;
     s.opacity = e.opacity;
     s.surface = e.surface;
+    s.other = e.other;
+    s.bmpmode = e.bmpmode;
+    s.has_night_bitmap = e.has_night_bitmap;
 }
 
 bool size_undo_step(EditorSession& e, int n) {
@@ -66,6 +84,9 @@ bool size_undo_step(EditorSession& e, int n) {
     e.pixels = s.pixels;
     e.opacity = s.opacity;
     e.surface = s.surface;
+    e.other = s.other;
+    e.bmpmode = s.bmpmode;
+    e.has_night_bitmap = s.has_night_bitmap;
     if (!e.truecolour) painticon(e);
     trim_quietly(e);
     if (!e.palette.valid(e.curcol)) e.curcol = e.ncols() >= 1 ? 1 : -1;
@@ -150,6 +171,11 @@ void procnobitmap(EditorSession& e) {
 }
 
 bool resize_point(EditorSession& e, platform::Prompt& ui, int width, int height, bool stretch) {
+    // Levels are kept a pixel; a stretch would have to invent them.
+    if (e.alpha && (width != e.width || height != e.height)) {
+        ui.message("Untick Opacity first.");
+        return false;
+    }
     if (width > k_max_point_side || height > k_max_point_side) {
         ui.message("maximum length=128");
         return false;
@@ -202,6 +228,7 @@ bool crop(EditorSession& e, platform::Prompt& ui, const Rect& frame, bool opacit
     if (f == Rect{0, 0, e.width, e.height}) return true;
     savebmp(e, 0);
     crop_picture(e, f);
+    crop_other(e.other, f);
     savebmp(e, 1);
     return true;
 }

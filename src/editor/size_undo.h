@@ -8,6 +8,7 @@
 
 #include "editor/palette.h"
 #include "editor/pixel_grid.h"
+#include "editor/point_picture.h"
 #include "editor/raster.h"
 
 namespace korvex::editor {
@@ -19,6 +20,9 @@ struct SizeSnapshot {
     Palette palette;
     PixelGrid pixels, opacity;
     Raster surface;  // the data of a true-colour icon
+    PointPicture other;  // a point's picture off the canvas (its night or day)
+    uint8_t bmpmode = 0;
+    bool has_night_bitmap = false;
 };
 
 struct SizeUndo {

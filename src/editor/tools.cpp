@@ -284,7 +284,7 @@ void ToolEngine::double_click(int x, int y) {
         return;
     }
     if (e_.tool == t_crop_pending && frame_.contains(x, y)) {
-        if (!crop(e_, ui_, frame_, opacity_mode)) return;
+        if (!crop(e_, ui_, frame_, e_.alpha)) return;
         frame_ = {};
         e_.tool = t_crop_select;
     }

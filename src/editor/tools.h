@@ -45,8 +45,6 @@ public:
     // Stamps a floating layer where it lies.
     void commit_layer();
 
-    // The opacity panel is open: a crop is refused.
-    bool opacity_mode = false;
     // A colour adjustment panel is open: the canvas waits for its Apply or
     // Cancel, and a press only says so.
     bool panel_open = false;

@@ -119,6 +119,26 @@ TEST(NightOption, APointsNightStartsAsTheDayAndGoesAfterTheQuestion) {
     EXPECT_EQ(p.s.pt_nbmp[k_plain_point], "");
 }
 
+// A point with a night picture that changes size loses the night after
+// its question, in the element's text as on the canvas; No keeps both.
+TEST(NightPicture, AResizeAnsweredYesDropsTheNightFromTheText) {
+    Project p;
+    EditorSession e = p.open(2, k_night_point);
+    const std::string before = p.code(2, k_night_point);
+    ASSERT_TRUE(has(before, "NightXpm"));
+    e.width_box = e.width + 1;
+    ApplyForm form;
+    form.resize_open = true;
+    p.ui.script(Answer::no);
+    EXPECT_FALSE(apply(p.s, e, p.ui, form).committed);
+    EXPECT_EQ(p.ui.questions.back(), "Points with night bmp cannot be resized.\r\nContinue?");
+    EXPECT_EQ(p.code(2, k_night_point), before);
+    p.ui.script(Answer::yes);
+    ASSERT_TRUE(apply(p.s, e, p.ui, form).committed);
+    EXPECT_FALSE(has(p.code(2, k_night_point), "NightXpm"));
+    EXPECT_EQ(p.s.pt_nbmp[k_night_point], "");
+}
+
 TEST(NightOption, ALineOrPolygonTakesNightColoursWithExtendedLabels) {
     Project p;
     EditorSession line = p.open(1, 0);

@@ -7,6 +7,7 @@
 #include "editor/element_open.h"
 #include "editor/image_import.h"
 #include "editor/image_raster.h"
+#include "editor/point_pictures.h"
 #include "editor/point_size.h"
 #include "image_fixtures.h"
 #include "platform/clock.h"
@@ -70,6 +71,24 @@ TEST(PointSize, NoBitmapAndTheNightBitmapAskFirst) {
     ASSERT_TRUE(resize_point(n, ui, 3, 3, true));
     EXPECT_EQ(n.has_night_bitmap * 10 + n.bmpmode, 0);
     EXPECT_EQ(n.width, 3);
+    // A night on the canvas gives way to the day picture, which is resized.
+    EditorSession on = point(2, 2);
+    on.has_night_bitmap = true;
+    on.bmpmode = 1;
+    on.other.palette = on.palette;
+    on.other.pixels = PixelGrid(2, 2, 1);
+    cmd19(on);
+    ASSERT_EQ(on.bmpmode, 2);
+    ASSERT_TRUE(resize_point(on, ui, 4, 4, true));
+    EXPECT_EQ(rows_of(on), "1100\n1100\n0011\n0011\n");
+    EXPECT_TRUE(on.other.empty());
+    EXPECT_EQ(on.bmpmode, 0);
+    // Opacity levels are kept a pixel: the size waits for the tick to go.
+    EditorSession levels = point(2, 2);
+    levels.alpha = true;
+    EXPECT_FALSE(resize_point(levels, ui, 3, 3, true));
+    EXPECT_EQ(ui.messages.back(), "Untick Opacity first.");
+    EXPECT_TRUE(resize_point(levels, ui, 2, 2, true));
     // A night bitmap not yet confirmed asks only "Continue?".
     EditorSession pending = point(2, 2);
     pending.newbmp = 1;
@@ -91,11 +110,17 @@ TEST(Crop, ToTheFrameWithItsRefusals) {
     ASSERT_TRUE(t.set_tool(t_crop_select));
     t.press(1, 1, false);
     t.release(1, 1);
-    t.opacity_mode = true;
+    e.alpha = true;
     t.double_click(1, 1);
     EXPECT_EQ(ui.messages.back(), "Untick Opacity first.");
-    t.opacity_mode = false;
+    e.alpha = false;
+    // A night picture of its own takes the same frame.
     e.has_night_bitmap = true;
+    e.bmpmode = 1;
+    e.other.palette = e.palette;
+    e.other.pixels = PixelGrid(3, 2);
+    e.other.pixels.set(1, 1, 1);
+    e.other.pixels.set(2, 1, 1);
     ui.script(platform::Answer::no);
     t.double_click(1, 1);
     EXPECT_EQ(ui.questions.back(), "Night bmp will be cropped as well: Continue?");
@@ -103,9 +128,12 @@ TEST(Crop, ToTheFrameWithItsRefusals) {
     // One cell is a picture of its own.
     t.double_click(1, 1);
     EXPECT_EQ(rows_of(e), "1\n");
+    EXPECT_EQ(e.other.pixels, PixelGrid(1, 1, 1));
     EXPECT_EQ(t.tool(), t_crop_select);
     ASSERT_TRUE(size_undo_step(e, 0));
     EXPECT_EQ(rows_of(e), "100\n010\n");
+    EXPECT_EQ(e.other.pixels.width() * 10 + e.other.pixels.height(), 32);
+    EXPECT_EQ(e.other.pixels.at(2, 1), 1);
     // The whole picture as the frame changes nothing.
     EditorSession f = point(3, 2);
     ASSERT_TRUE(crop(f, ui, Rect{0, 0, 3, 2}, false));
