@@ -385,7 +385,12 @@ void MainWindow::build_menus() {
     clear_recent_ = add(recent, "mclr", "Clear Recent", [this] { session_->clear_recent(); });
     open_actions_.push_back(recent->menuAction());
     file->addSeparator();
-    save_ = add(file, "msave", "Save", [this] { session_->save(workbench::k_save); });
+    // Ctrl+S is the entry's own key, so the menu shows it and it works only
+    // while the entry is enabled; a load in progress ignores it.
+    save_ = add(file, "msave", "Save", [this] {
+        if (!session_->loading()) session_->save_in_place();
+    });
+    save_->setShortcut(QKeySequence::Save);
     add(file, "msaveas", "Save TYP As", [this] { session_->save(workbench::k_save_as); });
     add(file, "msavecopy", "Save a Copy As", [this] { session_->save(workbench::k_save_copy); });
     add(file, "msaveastxt", "Save as Text", [this] { session_->save(workbench::k_save_text); });
@@ -443,12 +448,6 @@ void MainWindow::build_menus() {
 
     top_menus_ = {file, edit, icons, settings, language, window, logs, draworder, fonts};
 
-    // Ctrl+S saves in place only while Save is enabled; the menu entry itself
-    // runs the full flow.
-    auto* ctrl_s = new QShortcut(QKeySequence::Save, this);
-    connect(ctrl_s, &QShortcut::activated, this, [this] {
-        if (save_->isEnabled() && !session_->loading()) session_->save_in_place();
-    });
     auto* ctrl_a = new QShortcut(QKeySequence::SelectAll, grid_);
     ctrl_a->setContext(Qt::WidgetWithChildrenShortcut);
     connect(ctrl_a, &QShortcut::activated, this, [this] { select_all(); });
@@ -763,6 +762,10 @@ bool MainWindow::open_icon_editor(const std::vector<int32_t>& rows) {
 
 void MainWindow::editor_closed(int result) {
     if (icon_editor_) editor_geometry_ = icon_editor_->saveGeometry();
+    // The closed editor hands activation back: without it no window is
+    // active and the keys of this one (Ctrl+S) reach nobody.
+    activateWindow();
+    grid_->setFocus(Qt::OtherFocusReason);
     if (!icon_editor_ || result != QDialog::Accepted) return;
     const editor::ApplyOutcome& out = icon_editor_->outcome();
     const int cls = icon_editor_->session().store_class();
