@@ -765,7 +765,6 @@ void MainWindow::editor_closed(int result) {
     // The closed editor hands activation back: without it no window is
     // active and the keys of this one (Ctrl+S) reach nobody.
     activateWindow();
-    grid_->setFocus(Qt::OtherFocusReason);
     if (!icon_editor_ || result != QDialog::Accepted) return;
     const editor::ApplyOutcome& out = icon_editor_->outcome();
     const int cls = icon_editor_->session().store_class();
