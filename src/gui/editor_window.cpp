@@ -264,6 +264,12 @@ void EditorWindow::build() {
         orient_ = new QCheckBox("Use orientation");
         orient_->setChecked(e_.orient != 0);
         form->addRow(orient_);
+        if (cls == 3) {
+            apply_border_ = new QCheckBox("Apply Border");
+            apply_border_->setObjectName("apply_border");
+            apply_border_->setToolTip("Apply sends the second colour to the border of every line of this activity");
+            form->addRow(apply_border_);
+        }
     }
     if (cls == 2 || cls == 4) {
         width_ = new QSpinBox;
@@ -623,6 +629,7 @@ bool EditorWindow::apply_clicked() {
     form_to_session();
     editor::ApplyForm form;
     form.filter_panel_open = filters_->panel_open();
+    form.apply_border = apply_border_ && apply_border_->isChecked();
     outcome_ = editor::apply(s_, e_, ui_, form);
     if (width_) {
         width_->setValue(e_.width_box);

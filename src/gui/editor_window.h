@@ -122,6 +122,7 @@ private:
     QSpinBox* lwidth_ = nullptr;
     QSpinBox* border_ = nullptr;
     QCheckBox* orient_ = nullptr;
+    QCheckBox* apply_border_ = nullptr;  // active line: its border colour to the whole activity
     QSpinBox* width_ = nullptr;
     QSpinBox* height_ = nullptr;
     QSpinBox* pen_ = nullptr;

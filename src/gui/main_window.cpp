@@ -772,8 +772,9 @@ void MainWindow::editor_closed(int result) {
         session_->set_dirty(true);
         session_->log_line(cls, out.note);
     }
+    if (out.others_changed) session_->set_dirty(true);
     // A new type or level moves the element in the grid or the layers; a repaint is not enough.
-    if (out.type_changed || out.drawdirty || icon_editor_->session().is_group()) {
+    if (out.type_changed || out.drawdirty || out.others_changed || icon_editor_->session().is_group()) {
         rebuild_grid();
         const int cell = browser_.cell_of_row(out.row);
         if (cell >= 0) browser_.set_current(cell);
