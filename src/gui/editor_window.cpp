@@ -387,6 +387,8 @@ void EditorWindow::build() {
     connect(chooser_, &PaletteWidget::clicked, this, [this](int i, bool right) {
         const std::vector<uint32_t> cols = editor::chooser_colours(chooser_text_);
         if (static_cast<size_t>(i) >= cols.size()) return;
+        chooser_pick_ = i;
+        chooser_->set_marks(i, -1);
         const int entry = right ? e_.curcol2 : e_.curcol;
         if (!e_.palette.valid(entry) || e_.truecolour) {
             if (e_.truecolour) (right ? e_.pen_colour2 : e_.pen_colour) = cols[static_cast<size_t>(i)];
@@ -405,6 +407,13 @@ void EditorWindow::build() {
     auto* lb = new QVBoxLayout(label_box);
     labels_ = new LabelPanel(e_, ui_, s_.codepage);
     labels_->set_colour_picker(env_.pick_colour);
+    labels_->set_chooser(
+        [this]() -> std::optional<uint32_t> {
+            const std::vector<uint32_t> cols = editor::chooser_colours(chooser_text_);
+            if (chooser_pick_ < 0 || static_cast<size_t>(chooser_pick_) >= cols.size()) return std::nullopt;
+            return cols[static_cast<size_t>(chooser_pick_)];
+        },
+        [this] { return tools_.panel_open; });
     lb->addWidget(labels_);
     side->addWidget(label_box);
     side->addStretch(1);
@@ -567,6 +576,8 @@ void EditorWindow::fill_chooser(editor::ChooserMode mode, bool ask) {
     }
     chooser_mode_ = mode;
     chooser_text_ = *text;
+    chooser_pick_ = -1;
+    chooser_->set_marks(-1, -1);
     chooser_box_->setCurrentIndex(static_cast<int>(mode));
     chooser_->set_colours(editor::parse_tpal(chooser_text_));
 }
@@ -589,7 +600,18 @@ bool EditorWindow::add_canvas(const std::string& answer) {
 }
 
 void EditorWindow::apply_chooser() {
-    if (editor::apply_palette(e_, chooser_text_, tools_.has_frame(), ui_)) refresh_after_edit();
+    // The mapping reads the palette's file afresh: the mode's file, the
+    // custom one chosen, or the 256 colours when none was.
+    std::string path;
+    if (chooser_mode_ == editor::ChooserMode::custom && env_.custom_palette && !env_.custom_palette->empty())
+        path = *env_.custom_palette;
+    else
+        path = env_.palette_folder + "/" +
+               editor::standard_file_name(chooser_mode_ == editor::ChooserMode::custom ? editor::ChooserMode::c256 : chooser_mode_);
+    std::vector<size_t> hidden;
+    if (!editor::apply_palette_file(e_, path, tools_.has_frame(), ui_, &hidden)) return;
+    for (size_t i : hidden) chooser_->hide_cell(static_cast<int>(i));
+    refresh_after_edit();
 }
 
 void EditorWindow::edit_colour(int entry) {

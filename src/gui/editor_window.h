@@ -107,6 +107,7 @@ private:
     editor::ApplyOutcome outcome_;
     editor::ChooserMode chooser_mode_ = editor::ChooserMode::c256;
     std::string chooser_text_;  // the chooser's palette file text
+    int chooser_pick_ = -1;     // the chooser cell clicked last, -1 for none since it was filled
     bool closing_by_cancel_ = false;
     uint32_t grid_colour_ = 0xC0C0C0;
 

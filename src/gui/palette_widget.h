@@ -18,6 +18,10 @@ public:
     void set_colours(const std::vector<uint32_t>& colours, int64_t marker = -1);
     // Frames around the cells of the two buttons' colours (-1 for none).
     void set_marks(int primary, int secondary);
+    // A hidden cell keeps its place but shows nothing and takes no click,
+    // until set_colours fills the strip again.
+    void hide_cell(int index);
+    bool hidden(int index) const;
     int count() const { return static_cast<int>(colours_.size()); }
     // The cell at a position, -1 outside.
     int cell_at(QPoint pos) const;
@@ -39,6 +43,7 @@ protected:
 private:
     int columns(int width) const;
     std::vector<uint32_t> colours_;
+    std::vector<bool> hidden_;
     int64_t marker_ = -1;
     int primary_ = -1, secondary_ = -1;
     int cell_;

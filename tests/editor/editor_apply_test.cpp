@@ -285,6 +285,34 @@ TEST(LabelPanel, StylesLanguagesAndCaptions) {
     EXPECT_EQ(font_lines(e.labels, true), "ExtendedLabels=N\r\n");
 }
 
+TEST(LabelPanel, LabelColoursComeFromTheChooserElseTheDialog) {
+    EditorSession e;
+    int asked = 0;
+    int64_t answer = 0x112233;
+    const auto dialog = [&](uint32_t) {
+        ++asked;
+        return answer;
+    };
+    // A colour picked in the chooser is taken; the dialog is not asked.
+    ASSERT_TRUE(set_label_colour(e, true, false, rgb(1, 2, 3), dialog));
+    EXPECT_EQ(e.labels.nightlabelcolour, rgb(1, 2, 3));
+    EXPECT_EQ(asked, 0);
+    EXPECT_TRUE(e.eddirty);
+    EXPECT_TRUE(e.changes1 & ch_font_colours);
+    // None picked: the dialog's colour; its Cancel keeps the colour.
+    ASSERT_TRUE(set_label_colour(e, false, false, std::nullopt, dialog));
+    EXPECT_EQ(e.labels.daylabelcolour, 0x112233u);
+    answer = -1;
+    EXPECT_FALSE(set_label_colour(e, false, false, std::nullopt, dialog));
+    EXPECT_EQ(e.labels.daylabelcolour, 0x112233u);
+    // An open filter panel drops the click.
+    EditorSession f;
+    EXPECT_FALSE(set_label_colour(f, false, true, rgb(9, 9, 9), dialog));
+    EXPECT_EQ(asked, 2);
+    EXPECT_FALSE(f.eddirty);
+    EXPECT_EQ(f.labels.daylabelcolour, EditorSession().labels.daylabelcolour);
+}
+
 TEST(LabelPanel, PastedUtf8TakesTheLanguagesPage) {
     platform::ScriptedPrompt ui;
     std::string bytes;
