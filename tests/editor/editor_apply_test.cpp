@@ -285,32 +285,21 @@ TEST(LabelPanel, StylesLanguagesAndCaptions) {
     EXPECT_EQ(font_lines(e.labels, true), "ExtendedLabels=N\r\n");
 }
 
-TEST(LabelPanel, LabelColoursComeFromTheChooserElseTheDialog) {
+TEST(LabelPanel, ALabelColourClickTakesNothingOnCancelOrWithAFilterPanelOpen) {
     EditorSession e;
+    const uint32_t before = e.labels.daylabelcolour;
     int asked = 0;
-    int64_t answer = 0x112233;
-    const auto dialog = [&](uint32_t) {
+    const auto cancel = [&](uint32_t) {
         ++asked;
-        return answer;
+        return int64_t{-1};
     };
-    // A colour picked in the chooser is taken; the dialog is not asked.
-    ASSERT_TRUE(set_label_colour(e, true, false, rgb(1, 2, 3), dialog));
-    EXPECT_EQ(e.labels.nightlabelcolour, rgb(1, 2, 3));
-    EXPECT_EQ(asked, 0);
-    EXPECT_TRUE(e.eddirty);
-    EXPECT_TRUE(e.changes1 & ch_font_colours);
-    // None picked: the dialog's colour; its Cancel keeps the colour.
-    ASSERT_TRUE(set_label_colour(e, false, false, std::nullopt, dialog));
-    EXPECT_EQ(e.labels.daylabelcolour, 0x112233u);
-    answer = -1;
-    EXPECT_FALSE(set_label_colour(e, false, false, std::nullopt, dialog));
-    EXPECT_EQ(e.labels.daylabelcolour, 0x112233u);
-    // An open filter panel drops the click.
-    EditorSession f;
-    EXPECT_FALSE(set_label_colour(f, false, true, rgb(9, 9, 9), dialog));
-    EXPECT_EQ(asked, 2);
-    EXPECT_FALSE(f.eddirty);
-    EXPECT_EQ(f.labels.daylabelcolour, EditorSession().labels.daylabelcolour);
+    EXPECT_FALSE(set_label_colour(e, false, false, std::nullopt, cancel));
+    EXPECT_EQ(asked, 1);
+    EXPECT_FALSE(set_label_colour(e, false, true, rgb(9, 9, 9), cancel));
+    EXPECT_EQ(asked, 1);
+    EXPECT_EQ(e.labels.daylabelcolour, before);
+    EXPECT_FALSE(e.eddirty);
+    EXPECT_EQ(e.changes1, 0);
 }
 
 TEST(LabelPanel, PastedUtf8TakesTheLanguagesPage) {
