@@ -10,6 +10,7 @@
 #include "editor/palette_edit.h"
 #include "editor/point_size.h"
 #include "typ/draw_order.h"
+#include "typ/extended_sections.h"
 #include "workbench/sort_rows.h"
 #include "workbench/type_range.h"
 
@@ -41,7 +42,8 @@ long code_value(const std::string& code) {
     return t < 0 || st < 0 ? -1 : t << 8 | st;
 }
 
-// Another element of the class has the code.
+// Another element of the class has the code; an active line only within
+// its activity, since every activity has lines of its own types.
 bool type_exists(const model::Store& s, int cls, int32_t self, long value) {
     if (cls == model::k_polygons) {
         for (int32_t i = 0; i < s.pg_n; ++i)
@@ -50,13 +52,18 @@ bool type_exists(const model::Store& s, int cls, int32_t self, long value) {
         const int32_t from = cls == model::k_lines ? 0 : s.ln_n;
         const int32_t to = cls == model::k_lines ? s.ln_n : s.ln_n + s.ln_nact;
         for (int32_t i = from; i < to; ++i)
-            if (i != self && s.ln_code[static_cast<size_t>(i)] == value) return true;
+            if (i != self && s.ln_code[static_cast<size_t>(i)] == value &&
+                (cls == model::k_lines || s.ln_act[static_cast<size_t>(i)] == s.ln_act[static_cast<size_t>(self)]))
+                return true;
     } else if (cls == model::k_points) {
         for (int32_t i = 0; i < s.pt_n; ++i)
             if (i != self && code_value(s.pt_typ[static_cast<size_t>(i)]) == value) return true;
     }
     return false;
 }
+
+// A line drawn in colours only, without a bitmap.
+bool solid_line(const model::Store& s, int32_t r) { return s.ln_xpm[static_cast<size_t>(r)].find("\"0 0 ") != std::string::npos; }
 
 // The polygon's new code stands in the draw order as a placeholder: an
 // entry whose type no other polygon has.
@@ -175,6 +182,8 @@ ApplyOutcome apply(model::Store& s, EditorSession& e, platform::Prompt& ui, cons
     }
     const std::string code = type_code(e);
     const bool changed_type = code_value(code) != code_value(e.oldtype);
+    bool border_to_all = false;  // the border colour goes to the activity's other lines
+    std::string activity;
     // A group takes only what the group edit may change: the checks of one
     // element's type, draw order and size do not concern it.
     if (e.curclass == k_line_group && !ch7transp(e, ui)) return out;
@@ -182,6 +191,12 @@ ApplyOutcome apply(model::Store& s, EditorSession& e, platform::Prompt& ui, cons
         if (changed_type && cls != model::k_extra_points && type_exists(s, cls, e.row, code_value(code))) {
             ui.message("Type exists.");
             return out;
+        }
+        if (cls == model::k_active_lines && form.apply_border && e.ncols() >= 2 && !e.palette.transparent(2, e.transparentcolour)) {
+            activity = s.ln_act[static_cast<size_t>(e.row)];
+            const std::string name = typ::chkactivity(activity);
+            if (!ui.yes_no("Apply Border Color to ALL " + (name.empty() ? activity : name) + "?")) return out;
+            border_to_all = true;
         }
         if (cls == model::k_points && type_v == 0) {
             ui.message("Select range: 1 - 7F or 100 - 17F");
@@ -285,8 +300,7 @@ ApplyOutcome apply(model::Store& s, EditorSession& e, platform::Prompt& ui, cons
         // A line group's second colour is the border: a solid member without
         // one keeps its colours.
         const auto borderless = [&](int32_t r) {
-            return e.curclass == k_line_group && s.ln_bord[static_cast<size_t>(r)] == 0 &&
-                   s.ln_xpm[static_cast<size_t>(r)].find("\"0 0 ") != std::string::npos;
+            return e.curclass == k_line_group && s.ln_bord[static_cast<size_t>(r)] == 0 && solid_line(s, r);
         };
         bool members_colours = p.picture;
         if (p.picture && e.curclass == k_line_group && e.solid && borderless(rows.front())) {
@@ -314,6 +328,25 @@ ApplyOutcome apply(model::Store& s, EditorSession& e, platform::Prompt& ui, cons
         }
         if (left_out > 0) ui.message("Could not update border colours for " + std::to_string(left_out) + " highways.");
     }
+    bool members_changed = false;
+    if (border_to_all) {
+        // Only a solid line with a border has a border colour: the second
+        // colour of one without is its night colour, of a bitmap its background.
+        const uint32_t colour = e.palette.colour(2);
+        int left_out = 0;
+        for (int32_t r = s.ln_n; r < s.ln_n + s.ln_nact; ++r) {
+            const auto k = static_cast<size_t>(r);
+            if (r == e.row || s.ln_act[k] != activity) continue;
+            if (!solid_line(s, r) || s.ln_bord[k] == 0) {
+                ++left_out;
+                continue;
+            }
+            const std::string before = s.ln_col[k];
+            reparse(s, ui, cls, r, border_section(s, cls, r, colour));
+            members_changed = members_changed || s.ln_col[k] != before;
+        }
+        if (left_out > 0) ui.message("Could not update border colours for " + std::to_string(left_out) + " highways.");
+    }
     out.committed = true;
     out.type_changed = p.type;
     out.row = e.row;
@@ -323,6 +356,8 @@ ApplyOutcome apply(model::Store& s, EditorSession& e, platform::Prompt& ui, cons
         e.row = out.row;
     }
     out.drawdirty = level_changed || (cls == model::k_polygons && p.type);
+    out.others_changed = members_changed;
+    if (members_changed) s.dirty = true;
     if (anything || e.eddirty || fnchkbtns(e) != e.flags_on_entry) {
         s.dirty = true;
         out.note = change_note(e, code);

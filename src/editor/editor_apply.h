@@ -17,6 +17,7 @@ struct ApplyOutcome {
     bool committed = false;
     bool type_changed = false;
     bool drawdirty = false;  // the draw order list changed
+    bool others_changed = false;  // other elements took a colour too (an activity's border colour)
     int32_t row = -1;        // the element's store row afterwards: a new type moves it among its class
     std::string note;        // the change note for the log, "" when nothing changed
     std::string focus;       // a refused field that takes the focus: "type", "draworder"; "" for none
@@ -27,6 +28,7 @@ struct ApplyForm {
     bool filter_panel_open = false;  // a filter's Apply or Cancel is pending
     bool resize_open = false;        // the resize frame of a point is open
     bool stretch = true;             // its resize stretches the picture (else pads it)
+    bool apply_border = false;       // active line: "Apply Border" ticked
 };
 
 // Runs every check and commits. On a refusal nothing in the store changed

@@ -9,6 +9,7 @@
 #include "editor/editor_apply.h"
 #include "editor/element_text.h"
 #include "editor/label_panel.h"
+#include "editor/palette_file.h"
 #include "editor/point_pictures.h"
 #include "text/point_reader.h"
 #include "text/polygon_line_reader.h"
@@ -133,6 +134,22 @@ std::string patched_section(model::Store& s, const EditorSession& e, int cls, in
         int at = remove_keys(lines, {"useorientation="});
         if (at < 0) at = before_xpm();
         lines.insert(lines.begin() + at, std::string("UseOrientation=") + (e.orient ? "Y" : "N"));
+    }
+    return join_section(lines);
+}
+
+std::string border_section(model::Store& s, int cls, int32_t row, uint32_t colour) {
+    std::vector<std::string> lines = section_lines(text::create_code(s, local_row(s, cls, row) + 1, cls, false));
+    const int x = xpm_line(lines);
+    if (x < 0) return join_section(lines);
+    int seen = 0;
+    for (int k = x + 1; k < picture_end(lines, x); ++k) {
+        std::string& l = lines[static_cast<size_t>(k)];
+        if (l.find(" c ") == std::string::npos || l.empty() || l[0] != '"') continue;
+        if (++seen == 2) {
+            l = "\"1 c #" + hex6(colour) + "\"";
+            break;
+        }
     }
     return join_section(lines);
 }

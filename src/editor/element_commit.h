@@ -25,6 +25,8 @@ int32_t local_row(const model::Store& s, int cls, int32_t row);
 std::string original_text(const model::Store& s, int cls, int32_t row);
 // The element's full section with the patches applied.
 std::string patched_section(model::Store& s, const EditorSession& e, int cls, int32_t row, const Patch& p);
+// The line's section with its second (border) colour set to colour.
+std::string border_section(model::Store& s, int cls, int32_t row, uint32_t colour);
 // Reads a section into the row, as the text panel's apply does.
 void reparse(model::Store& s, platform::Prompt& ui, int cls, int32_t row, const std::string& section);
 // The polygon's level in drwlist and pg_drw; "" or "0" for none.

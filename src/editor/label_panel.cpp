@@ -221,6 +221,18 @@ bool set_font_colours(EditorSession& e, bool on, platform::Prompt& ui) {
     return on;
 }
 
+bool set_label_colour(EditorSession& e, bool night, bool panel_open, std::optional<uint32_t> chooser_pick,
+                      const std::function<int64_t(uint32_t)>& dialog) {
+    if (panel_open) return false;
+    uint32_t& c = night ? e.labels.nightlabelcolour : e.labels.daylabelcolour;
+    const int64_t picked = chooser_pick ? static_cast<int64_t>(*chooser_pick) : dialog ? dialog(c) : -1;
+    if (picked < 0) return false;
+    c = static_cast<uint32_t>(picked);
+    e.eddirty = true;
+    e.changes1 |= ch_font_colours;
+    return true;
+}
+
 void set_extended_labels(EditorSession& e, bool on) {
     if (on == e.labels.extendedlabels) return;
     e.labels.extendedlabels = on;

@@ -4,6 +4,8 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -53,6 +55,13 @@ std::string choose_language(EditorSession& e, int slot, const std::string& shown
 // The "Font Colours" tick: refused with "Font colours require the extended
 // option ticked." while extended labels are off. Returns the tick's state.
 bool set_font_colours(EditorSession& e, bool on, platform::Prompt& ui);
+// A click on a label colour cell ("fntcol"), day or night. It is dropped
+// while a filter panel waits for its Apply or Cancel. The colour is the one
+// picked in the chooser palette when one is, else the colour dialog's
+// (dialog gets the current colour and returns -1 for Cancel). True when the
+// colour was set.
+bool set_label_colour(EditorSession& e, bool night, bool panel_open, std::optional<uint32_t> chooser_pick,
+                      const std::function<int64_t(uint32_t)>& dialog);
 // The "Extended Labels" tick; off sets the style back to Default.
 void set_extended_labels(EditorSession& e, bool on);
 

@@ -63,23 +63,17 @@ uint32_t HSLToRGB02(int hue, int saturation, int value) {
 }
 
 std::vector<uint32_t> chooser_colours(const std::string& palette_text) {
-    std::string list;
-    for (char c : palette_text) {
-        if (c == '\r') continue;
-        list += c == '\n' ? ',' : c;
-    }
-    std::string low = list;
+    std::vector<uint32_t> out = parse_tpal(palette_text);
+    std::string low = palette_text;
     std::transform(low.begin(), low.end(), low.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    if (!list.empty() && list.back() != ',') list += ',';
-    if (low.find("ffffff") == std::string::npos) list += "FFFFFF,";
-    if (low.find("000000") == std::string::npos) list += "000000,";
-    return parse_tpal(list);
+    if (low.find("ffffff") == std::string::npos) out.push_back(rgb(255, 255, 255));
+    if (low.find("000000") == std::string::npos) out.push_back(rgb(0, 0, 0));
+    return out;
 }
 
-uint32_t nearest_colour(uint32_t colour, const std::vector<uint32_t>& palette, const std::vector<Hsv>& hues) {
+size_t nearest_index(uint32_t colour, const std::vector<uint32_t>& palette, const std::vector<Hsv>& hues) {
     int best = 1000;
-    size_t best_at = 0;
-    bool found = false;
+    size_t best_at = palette.size();
     for (size_t i = 0; i < palette.size(); ++i) {
         const int dr = static_cast<int>(red_of(palette[i])) - static_cast<int>(red_of(colour));
         const int dg = static_cast<int>(green_of(palette[i])) - static_cast<int>(green_of(colour));
@@ -88,12 +82,11 @@ uint32_t nearest_colour(uint32_t colour, const std::vector<uint32_t>& palette, c
         if (d < best) {
             best = d;
             best_at = i;
-            found = true;
         }
     }
-    if (!found) return colour;
+    if (best_at == palette.size()) return best_at;
     const Hsv own = rgbtohsv(colour);
-    if (best <= k_near || own.h < 1) return palette[best_at];
+    if (best <= k_near || own.h < 1) return best_at;
     int band = 7;
     for (int k = 0; k < 9; ++k)
         if (k_bands[k] >= own.h) {
@@ -102,35 +95,45 @@ uint32_t nearest_colour(uint32_t colour, const std::vector<uint32_t>& palette, c
         }
     const int limit = k_bands[band];
     int top = -1;
-    size_t top_at = 0;
+    size_t top_at = best_at;
     for (size_t i = 0; i < palette.size(); ++i)
         if (hues[i].h <= limit && hues[i].h > top) {
             top = hues[i].h;
             top_at = i;
         }
-    return top >= 0 ? palette[top_at] : palette[best_at];
+    return top_at;
 }
 
-bool apply_palette(EditorSession& e, const std::string& palette_text, bool selection_active, platform::Prompt& ui) {
+namespace {
+
+bool may_map(const EditorSession& e, bool selection_active, platform::Prompt& ui) {
     if (e.truecolour) {
         ui.message("Convert to 256 Colours.");
         return false;
     }
-    if (selection_active && !ui.yes_no("Action applies to the whole image.")) return false;
+    return !selection_active || ui.yes_no("Action applies to the whole image.");
+}
+
+bool map_onto(EditorSession& e, const std::string& palette_text, std::vector<size_t>* hidden) {
     const std::vector<uint32_t> pal = chooser_colours(palette_text);
     if (pal.empty()) return false;
     std::vector<Hsv> hues;
     hues.reserve(pal.size());
     for (uint32_t c : pal) hues.push_back(rgbtohsv(c));
     save_curpalette(e);
-    const bool must_differ = e.store_class() < 2;
+    // The two colours of a polygon's or line's bitmap must stay two.
+    const bool must_differ = e.fn013() || e.is_group();
     std::vector<uint32_t> used;
     for (int i = 1; i <= e.ncols(); ++i) {
         if (e.palette.transparent(i, e.transparentcolour)) continue;
-        uint32_t c = nearest_colour(e.palette.colour(i), pal, hues);
+        const size_t at = nearest_index(e.palette.colour(i), pal, hues);
+        uint32_t c = pal[at];
         if (c == rgb(0xFF, 0x00, 0xFF)) c = rgb(0xFF, 0x00, 0xFE);  // magenta marks transparency in bitmap files
         if (must_differ) {
-            if (std::find(used.begin(), used.end(), c) != used.end()) continue;
+            if (std::find(used.begin(), used.end(), c) != used.end()) {
+                if (hidden && std::find(hidden->begin(), hidden->end(), at) == hidden->end()) hidden->push_back(at);
+                continue;
+            }
             used.push_back(c);
         }
         if (c != e.palette.colour(i)) e.changes1 |= ch_colour;
@@ -141,13 +144,22 @@ bool apply_palette(EditorSession& e, const std::string& palette_text, bool selec
     return true;
 }
 
-bool apply_palette_file(EditorSession& e, const std::string& path, bool selection_active, platform::Prompt& ui) {
+}  // namespace
+
+bool apply_palette(EditorSession& e, const std::string& palette_text, bool selection_active, platform::Prompt& ui,
+                   std::vector<size_t>* hidden) {
+    return may_map(e, selection_active, ui) && map_onto(e, palette_text, hidden);
+}
+
+bool apply_palette_file(EditorSession& e, const std::string& path, bool selection_active, platform::Prompt& ui,
+                        std::vector<size_t>* hidden) {
+    if (!may_map(e, selection_active, ui)) return false;
     const std::optional<std::string> text = platform::read_file(path);
     if (!text) {
         ui.message("Can't find Palette " + path);
         return false;
     }
-    return apply_palette(e, *text, selection_active, ui);
+    return map_onto(e, *text, hidden);
 }
 
 }  // namespace korvex::editor

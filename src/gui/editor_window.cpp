@@ -271,6 +271,12 @@ void EditorWindow::build() {
         orient_->setChecked(e_.orient != 0);
         form->addRow(orient_);
         image_->add_line_height(form);
+        if (cls == 3) {
+            apply_border_ = new QCheckBox("Apply Border");
+            apply_border_->setObjectName("apply_border");
+            apply_border_->setToolTip("Apply sends the second colour to the border of every line of this activity");
+            form->addRow(apply_border_);
+        }
     }
     if (cls == 2 || cls == 4) {
         width_ = new QSpinBox;
@@ -367,6 +373,8 @@ void EditorWindow::build() {
     connect(chooser_, &PaletteWidget::clicked, this, [this](int i, bool right) {
         const std::vector<uint32_t> cols = editor::chooser_colours(chooser_text_);
         if (static_cast<size_t>(i) >= cols.size()) return;
+        chooser_pick_ = i;
+        chooser_->set_marks(i, -1);
         const int entry = right ? e_.curcol2 : e_.curcol;
         if (!e_.palette.valid(entry) || e_.truecolour) {
             if (e_.truecolour) (right ? e_.pen_colour2 : e_.pen_colour) = cols[static_cast<size_t>(i)];
@@ -385,6 +393,13 @@ void EditorWindow::build() {
     auto* lb = new QVBoxLayout(label_box);
     labels_ = new LabelPanel(e_, ui_, s_.codepage);
     labels_->set_colour_picker(env_.pick_colour);
+    labels_->set_chooser(
+        [this]() -> std::optional<uint32_t> {
+            const std::vector<uint32_t> cols = editor::chooser_colours(chooser_text_);
+            if (chooser_pick_ < 0 || static_cast<size_t>(chooser_pick_) >= cols.size()) return std::nullopt;
+            return cols[static_cast<size_t>(chooser_pick_)];
+        },
+        [this] { return tools_.panel_open; });
     lb->addWidget(labels_);
     side->addWidget(label_box);
     side->addStretch(1);
@@ -546,6 +561,8 @@ void EditorWindow::fill_chooser(editor::ChooserMode mode, bool ask) {
     }
     chooser_mode_ = mode;
     chooser_text_ = *text;
+    chooser_pick_ = -1;
+    chooser_->set_marks(-1, -1);
     chooser_box_->setCurrentIndex(static_cast<int>(mode));
     chooser_->set_colours(editor::parse_tpal(chooser_text_));
 }
@@ -568,7 +585,18 @@ bool EditorWindow::add_canvas(const std::string& answer) {
 }
 
 void EditorWindow::apply_chooser() {
-    if (editor::apply_palette(e_, chooser_text_, tools_.has_frame(), ui_)) refresh_after_edit();
+    // The mapping reads the palette's file afresh: the mode's file, the
+    // custom one chosen, or the 256 colours when none was.
+    std::string path;
+    if (chooser_mode_ == editor::ChooserMode::custom && env_.custom_palette && !env_.custom_palette->empty())
+        path = *env_.custom_palette;
+    else
+        path = env_.palette_folder + "/" +
+               editor::standard_file_name(chooser_mode_ == editor::ChooserMode::custom ? editor::ChooserMode::c256 : chooser_mode_);
+    std::vector<size_t> hidden;
+    if (!editor::apply_palette_file(e_, path, tools_.has_frame(), ui_, &hidden)) return;
+    for (size_t i : hidden) chooser_->hide_cell(static_cast<int>(i));
+    refresh_after_edit();
 }
 
 void EditorWindow::edit_colour(int entry) {
@@ -611,6 +639,7 @@ bool EditorWindow::apply_clicked() {
     editor::ApplyForm form = image_->apply_form();
     form.filter_panel_open = filters_->panel_open();
     variants_->before_apply();
+    form.apply_border = apply_border_ && apply_border_->isChecked();
     outcome_ = editor::apply(s_, e_, ui_, form);
     if (width_) {
         width_->setValue(e_.width_box);

@@ -118,6 +118,7 @@ private:
     editor::ApplyOutcome outcome_;
     editor::ChooserMode chooser_mode_ = editor::ChooserMode::c256;
     std::string chooser_text_;  // the chooser's palette file text
+    int chooser_pick_ = -1;     // the chooser cell clicked last, -1 for none since it was filled
     bool closing_by_cancel_ = false;
     uint32_t grid_colour_ = 0xC0C0C0;
 
@@ -133,6 +134,7 @@ private:
     QSpinBox* lwidth_ = nullptr;
     QSpinBox* border_ = nullptr;
     QCheckBox* orient_ = nullptr;
+    QCheckBox* apply_border_ = nullptr;  // active line: its border colour to the whole activity
     QSpinBox* width_ = nullptr;
     QSpinBox* height_ = nullptr;
     QSpinBox* pen_ = nullptr;

@@ -83,6 +83,8 @@ LabelPanel::LabelPanel(editor::EditorSession& e, platform::Prompt& ui, int file_
     night_ = new QPushButton;
     day_->setObjectName("fntcol_day");
     night_->setObjectName("fntcol_night");
+    for (QPushButton* b : {day_, night_})
+        b->setToolTip("Takes the colour picked in the chooser palette; with none picked there, the colour dialog's");
     auto* cols = new QHBoxLayout;
     cols->addWidget(new QLabel("Day"));
     cols->addWidget(day_);
@@ -216,13 +218,9 @@ void LabelPanel::refresh_sample() {
 }
 
 void LabelPanel::pick_colour(bool night) {
-    uint32_t& c = night ? e_.labels.nightlabelcolour : e_.labels.daylabelcolour;
-    const int64_t picked = pick_ ? pick_(c) : cmcolor(c, ui_, this);
-    if (picked < 0) return;
-    c = static_cast<uint32_t>(picked);
-    e_.eddirty = true;
-    e_.changes1 |= editor::ch_font_colours;
-    paint_button(night ? night_ : day_, c);
+    const auto dialog = [this](uint32_t c) { return pick_ ? pick_(c) : cmcolor(c, ui_, this); };
+    if (!editor::set_label_colour(e_, night, blocked_ && blocked_(), chooser_ ? chooser_() : std::nullopt, dialog)) return;
+    paint_button(night ? night_ : day_, night ? e_.labels.nightlabelcolour : e_.labels.daylabelcolour);
     refresh_sample();
     emit changed();
 }

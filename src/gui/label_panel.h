@@ -7,6 +7,7 @@
 
 #include <QWidget>
 #include <functional>
+#include <optional>
 
 #include "editor/editor_session.h"
 #include "platform/prompt.h"
@@ -34,6 +35,12 @@ public:
     void store_shown();
     // The colour dialog of the label colours: the colour, or -1 for cancel.
     void set_colour_picker(std::function<int64_t(uint32_t)> pick) { pick_ = std::move(pick); }
+    // The colour picked in the chooser palette, which a label colour takes
+    // before the dialog is asked; and whether a filter panel blocks the click.
+    void set_chooser(std::function<std::optional<uint32_t>()> picked, std::function<bool()> blocked) {
+        chooser_ = std::move(picked);
+        blocked_ = std::move(blocked);
+    }
     QPushButton* colour_button(bool night) const { return night ? night_ : day_; }
 
 signals:
@@ -60,6 +67,8 @@ private:
     QPushButton* night_ = nullptr;
     QLabel* sample_ = nullptr;
     std::function<int64_t(uint32_t)> pick_;
+    std::function<std::optional<uint32_t>()> chooser_;
+    std::function<bool()> blocked_;
 };
 
 }  // namespace korvex::gui

@@ -387,7 +387,12 @@ void MainWindow::build_menus() {
     clear_recent_ = add(recent, "mclr", "Clear Recent", [this] { session_->clear_recent(); });
     open_actions_.push_back(recent->menuAction());
     file->addSeparator();
-    save_ = add(file, "msave", "Save", [this] { session_->save(workbench::k_save); });
+    // Ctrl+S is the entry's own key, so the menu shows it and it works only
+    // while the entry is enabled; a load in progress ignores it.
+    save_ = add(file, "msave", "Save", [this] {
+        if (!session_->loading()) session_->save_in_place();
+    });
+    save_->setShortcut(QKeySequence::Save);
     add(file, "msaveas", "Save TYP As", [this] { session_->save(workbench::k_save_as); });
     add(file, "msavecopy", "Save a Copy As", [this] { session_->save(workbench::k_save_copy); });
     add(file, "msaveastxt", "Save as Text", [this] { session_->save(workbench::k_save_text); });
@@ -445,12 +450,6 @@ void MainWindow::build_menus() {
 
     top_menus_ = {file, edit, icons, settings, language, window, logs, draworder, fonts};
 
-    // Ctrl+S saves in place only while Save is enabled; the menu entry itself
-    // runs the full flow.
-    auto* ctrl_s = new QShortcut(QKeySequence::Save, this);
-    connect(ctrl_s, &QShortcut::activated, this, [this] {
-        if (save_->isEnabled() && !session_->loading()) session_->save_in_place();
-    });
     auto* ctrl_a = new QShortcut(QKeySequence::SelectAll, grid_);
     ctrl_a->setContext(Qt::WidgetWithChildrenShortcut);
     connect(ctrl_a, &QShortcut::activated, this, [this] { select_all(); });
@@ -778,6 +777,9 @@ void MainWindow::editor_closed(int result) {
                 open_icon_editor({next});
             });
     }
+    // The closed editor hands activation back: without it no window is
+    // active and the keys of this one (Ctrl+S) reach nobody.
+    activateWindow();
     if (!icon_editor_ || result != QDialog::Accepted) return;
     const editor::ApplyOutcome& out = icon_editor_->outcome();
     const int cls = icon_editor_->session().store_class();
@@ -785,8 +787,9 @@ void MainWindow::editor_closed(int result) {
         session_->set_dirty(true);
         session_->log_line(cls, out.note);
     }
+    if (out.others_changed) session_->set_dirty(true);
     // A new type or level moves the element in the grid or the layers; a repaint is not enough.
-    if (out.type_changed || out.drawdirty || icon_editor_->session().is_group()) {
+    if (out.type_changed || out.drawdirty || out.others_changed || icon_editor_->session().is_group()) {
         rebuild_grid();
         const int cell = browser_.cell_of_row(out.row);
         if (cell >= 0) browser_.set_current(cell);

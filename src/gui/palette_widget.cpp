@@ -22,6 +22,7 @@ PaletteWidget::PaletteWidget(QWidget* parent, int cell) : QWidget(parent), cell_
 
 void PaletteWidget::set_colours(const std::vector<uint32_t>& colours, int64_t marker) {
     colours_ = colours;
+    hidden_.assign(colours.size(), false);
     marker_ = marker;
     setMinimumHeight(heightForWidth(width()));
     updateGeometry();
@@ -45,6 +46,14 @@ void PaletteWidget::set_marks(int primary, int secondary) {
     update();
 }
 
+void PaletteWidget::hide_cell(int index) {
+    if (index < 0 || index >= count()) return;
+    hidden_[static_cast<size_t>(index)] = true;
+    update();
+}
+
+bool PaletteWidget::hidden(int index) const { return index >= 0 && index < count() && hidden_[static_cast<size_t>(index)]; }
+
 int PaletteWidget::columns(int width) const { return std::max(1, width / cell_); }
 
 QRect PaletteWidget::cell_rect(int index) const {
@@ -54,7 +63,7 @@ QRect PaletteWidget::cell_rect(int index) const {
 
 int PaletteWidget::cell_at(QPoint pos) const {
     for (int i = 0; i < count(); ++i)
-        if (cell_rect(i).adjusted(0, 0, 2, 2).contains(pos)) return i;
+        if (cell_rect(i).adjusted(0, 0, 2, 2).contains(pos)) return hidden(i) ? -1 : i;
     return -1;
 }
 
@@ -68,6 +77,7 @@ QSize PaletteWidget::sizeHint() const { return {cell_ * 12, heightForWidth(cell_
 void PaletteWidget::paintEvent(QPaintEvent*) {
     QPainter p(this);
     for (int i = 0; i < count(); ++i) {
+        if (hidden(i)) continue;
         const QRect r = cell_rect(i);
         const uint32_t c = colours_[static_cast<size_t>(i)];
         p.fillRect(r, qcolour(c));

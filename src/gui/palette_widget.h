@@ -20,6 +20,10 @@ public:
     void set_levels(std::vector<int> levels);
     // Frames around the cells of the two buttons' colours (-1 for none).
     void set_marks(int primary, int secondary);
+    // A hidden cell keeps its place but shows nothing and takes no click,
+    // until set_colours fills the strip again.
+    void hide_cell(int index);
+    bool hidden(int index) const;
     int count() const { return static_cast<int>(colours_.size()); }
     // The cell at a position, -1 outside.
     int cell_at(QPoint pos) const;
@@ -41,6 +45,7 @@ protected:
 private:
     int columns(int width) const;
     std::vector<uint32_t> colours_;
+    std::vector<bool> hidden_;
     int64_t marker_ = -1;
     std::vector<int> levels_;
     int primary_ = -1, secondary_ = -1;

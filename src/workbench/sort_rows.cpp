@@ -80,6 +80,8 @@ int32_t sort_types(model::Store& s, int cls, int32_t follow) {
 }
 
 int32_t swap_types(model::Store& s, int cls, int32_t row) {
+    // Active lines stand in activity order, extra points in their own.
+    if (cls != model::k_polygons && cls != model::k_lines && cls != model::k_points) return row;
     const int32_t first = first_row(s, cls), end = end_row(s, cls);
     if (row < first || row >= end || end - first < 2) return row;
     const int32_t key = key_of(s, cls, row);

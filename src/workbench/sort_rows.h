@@ -16,7 +16,8 @@ int32_t sort_types(model::Store& s, int cls, int32_t follow = -1);
 // swap_types: one row whose type changed moves to its place among rows in
 // type order, the way repeated exchanges with a neighbour would move it: left
 // past every greater key, else right past every smaller one; an equal key
-// stops it. Returns the row's new place.
+// stops it. Active lines and extra points keep their place. Returns the
+// row's new place.
 int32_t swap_types(model::Store& s, int cls, int32_t row);
 
 // sort_active: the active lines in rising activity code, stable. Returns

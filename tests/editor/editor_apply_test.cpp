@@ -285,6 +285,23 @@ TEST(LabelPanel, StylesLanguagesAndCaptions) {
     EXPECT_EQ(font_lines(e.labels, true), "ExtendedLabels=N\r\n");
 }
 
+TEST(LabelPanel, ALabelColourClickTakesNothingOnCancelOrWithAFilterPanelOpen) {
+    EditorSession e;
+    const uint32_t before = e.labels.daylabelcolour;
+    int asked = 0;
+    const auto cancel = [&](uint32_t) {
+        ++asked;
+        return int64_t{-1};
+    };
+    EXPECT_FALSE(set_label_colour(e, false, false, std::nullopt, cancel));
+    EXPECT_EQ(asked, 1);
+    EXPECT_FALSE(set_label_colour(e, false, true, rgb(9, 9, 9), cancel));
+    EXPECT_EQ(asked, 1);
+    EXPECT_EQ(e.labels.daylabelcolour, before);
+    EXPECT_FALSE(e.eddirty);
+    EXPECT_EQ(e.changes1, 0);
+}
+
 TEST(LabelPanel, PastedUtf8TakesTheLanguagesPage) {
     platform::ScriptedPrompt ui;
     std::string bytes;
@@ -421,6 +438,80 @@ TEST(EditorApply, GroupsTakeOnlyTheirEditsAndReportLinesWithoutBorder) {
     ASSERT_TRUE(apply(p.s, n, p.ui).committed);
     EXPECT_EQ(p.ui.messages.back(), "Cannot apply border colours for all. No border found");
     EXPECT_FALSE(has(p.s.ln_col[2], "#040506")) << p.s.ln_col[2];
+}
+
+// Active lines: two of Walking with a border, one of Walking without (its
+// second colour is its night colour), one bitmap of Walking, one of Cycling.
+const char* k_active =
+    "[_id]\nFID=7\nCodePage=1252\n[end]\n"
+    "[_line]\nActivity=Walking\nType=0x05\nLineWidth=3\nBorderWidth=1\nXpm=\"0 0 2 0\"\n\"0 c #FF0000\"\n\"1 c #000000\"\n[end]\n"
+    "[_line]\nActivity=Walking\nType=0x06\nLineWidth=2\nBorderWidth=2\nXpm=\"0 0 2 0\"\n\"0 c #00FF00\"\n\"1 c #FFFFFF\"\n[end]\n"
+    "[_line]\nActivity=Walking\nType=0x07\nLineWidth=2\nXpm=\"0 0 2 0\"\n\"0 c #0000FF\"\n\"1 c #000080\"\n[end]\n"
+    "[_line]\nActivity=Walking\nType=0x08\nXpm=\"32 1 2 1\"\n\"0 c #111111\"\n\"1 c #222222\"\n\"00000000000000001111111111111111\"\n[end]\n"
+    "[_line]\nActivity=Cycling\nType=0x06\nLineWidth=2\nBorderWidth=1\nXpm=\"0 0 2 0\"\n\"0 c #00FF00\"\n\"1 c #FFFFFF\"\n[end]\n";
+
+TEST(EditorApply, ActiveLinesAreTypedAndBorderedWithinTheirActivity) {
+    model::Store s;
+    platform::ScriptedPrompt ui;
+    model::newproject(s);
+    ASSERT_TRUE(text::load_txt(s, ui, "a.txt", k_active, false, true));
+    ASSERT_EQ(s.ln_nact, 5);
+    ASSERT_EQ(s.ln_act[4], "50");
+    s.dirty = false;
+    auto open = [&](int32_t k) { return open_element(s, OpenRequest{3, s.ln_n + k, {}}); };
+    const auto col = [&](int32_t k) { return s.ln_col[static_cast<size_t>(s.ln_n + k)]; };
+
+    // A type is taken only within the activity: 0x05 is Walking's, free for Cycling.
+    EditorSession walk = open(1);
+    walk.type_field = "05";
+    EXPECT_FALSE(apply(s, walk, ui).committed);
+    EXPECT_EQ(ui.messages.back(), "Type exists.");
+    EditorSession cycle = open(4);
+    cycle.type_field = "05";
+    ASSERT_TRUE(apply(s, cycle, ui).committed);
+    EXPECT_EQ(s.ln_code[static_cast<size_t>(s.ln_n + 4)], 0x500);
+    s.dirty = false;
+
+    // The tick asks; No ends the apply with nothing written.
+    ApplyForm tick;
+    tick.apply_border = true;
+    const std::vector<std::string> cols_before(s.ln_col.begin(), s.ln_col.end());
+    EditorSession e = open(0);
+    e.palette.set(2, rgb(0x12, 0x34, 0x56));
+    e.eddirty = true;
+    ui.script(platform::Answer::no);
+    EXPECT_FALSE(apply(s, e, ui, tick).committed);
+    EXPECT_EQ(ui.questions.back(), "Apply Border Color to ALL Walking?");
+    EXPECT_EQ(std::vector<std::string>(s.ln_col.begin(), s.ln_col.end()), cols_before);
+    EXPECT_FALSE(s.dirty);
+
+    // Yes: the bordered lines of Walking take the colour; the one without a
+    // border keeps its night colour, the bitmap its own, Cycling is another activity.
+    ui.script(platform::Answer::yes);
+    const ApplyOutcome out = apply(s, e, ui, tick);
+    ASSERT_TRUE(out.committed);
+    EXPECT_TRUE(out.others_changed);
+    EXPECT_TRUE(s.dirty);
+    EXPECT_TRUE(has(col(0), "\"1 c #123456\"")) << col(0);
+    EXPECT_TRUE(has(col(1), "\"0 c #00FF00\"\r\n\"1 c #123456\"")) << col(1);
+    EXPECT_TRUE(has(col(2), "#000080")) << col(2);
+    EXPECT_TRUE(has(col(3), "#222222")) << col(3);
+    EXPECT_TRUE(has(col(4), "#FFFFFF")) << col(4);
+    EXPECT_EQ(ui.messages.back(), "Could not update border colours for 2 highways.");
+    EXPECT_EQ(s.ln_bord[static_cast<size_t>(s.ln_n + 1)], 2);
+
+    // A transparent second colour, or no tick: no question, no other line changes.
+    const size_t asked = ui.questions.size();
+    EditorSession t = open(0);
+    t.palette.set(2, t.transparentcolour);
+    t.eddirty = true;
+    ASSERT_TRUE(apply(s, t, ui, tick).committed);
+    EditorSession plain = open(0);
+    plain.palette.set(2, rgb(1, 1, 1));
+    plain.eddirty = true;
+    ASSERT_TRUE(apply(s, plain, ui).committed);
+    EXPECT_EQ(ui.questions.size(), asked);
+    EXPECT_TRUE(has(col(1), "#123456")) << col(1);
 }
 
 }  // namespace

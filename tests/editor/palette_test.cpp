@@ -72,25 +72,31 @@ TEST(PaletteMap, HsvAndNearestColourRules) {
     // White and black are always offered.
     const auto offered = chooser_colours("FF0000\r\n00FF00");
     EXPECT_EQ(offered, (std::vector<uint32_t>{rgb(255, 0, 0), rgb(0, 255, 0), rgb(255, 255, 255), rgb(0, 0, 0)}));
+    // A cut-off last field is no colour, even with white and black behind it.
+    EXPECT_EQ(chooser_colours("ffffff,FF0000,12"), (std::vector<uint32_t>{rgb(255, 255, 255), rgb(255, 0, 0), rgb(0, 0, 0)}));
 
-    auto hues = [](const std::vector<uint32_t>& p) {
+    auto nearest_colour = [](uint32_t c, const std::vector<uint32_t>& p) {
         std::vector<Hsv> h;
-        for (uint32_t c : p) h.push_back(rgbtohsv(c));
-        return h;
+        for (uint32_t x : p) h.push_back(rgbtohsv(x));
+        return p[nearest_index(c, p, h)];
     };
     // Distance 60 keeps the nearest; 61 goes to the hue band.
     const std::vector<uint32_t> pal{rgb(100, 0, 0), rgb(0, 0, 0), rgb(255, 255, 0)};
-    EXPECT_EQ(nearest_colour(rgb(160, 0, 0), pal, hues(pal)), rgb(100, 0, 0));
+    EXPECT_EQ(nearest_colour(rgb(160, 0, 0), pal), rgb(100, 0, 0));
     // Hue 0 (red) stands whatever the distance.
-    EXPECT_EQ(nearest_colour(rgb(161, 0, 0), pal, hues(pal)), rgb(100, 0, 0));
+    EXPECT_EQ(nearest_colour(rgb(161, 0, 0), pal), rgb(100, 0, 0));
     // A green far from everything: band 180 takes the highest hue up to 180.
-    EXPECT_EQ(nearest_colour(rgb(0, 200, 0), pal, hues(pal)), rgb(255, 255, 0));
+    EXPECT_EQ(nearest_colour(rgb(0, 200, 0), pal), rgb(255, 255, 0));
     // Grey (saturation 0) takes the nearest even when far.
-    EXPECT_EQ(nearest_colour(rgb(200, 200, 200), pal, hues(pal)), rgb(255, 255, 0));
+    EXPECT_EQ(nearest_colour(rgb(200, 200, 200), pal), rgb(255, 255, 0));
+    // At distance 60 the nearest stands, at 61 a hued colour goes to its band.
+    const std::vector<uint32_t> greens{rgb(0, 100, 0), rgb(0, 255, 255)};
+    EXPECT_EQ(nearest_colour(rgb(0, 160, 0), greens), rgb(0, 100, 0));
+    EXPECT_EQ(nearest_colour(rgb(0, 161, 0), greens), rgb(0, 255, 255));
     // A hue above 320 uses band 320.
     const std::vector<uint32_t> p2{rgb(0, 0, 255), rgb(255, 0, 200), rgb(255, 0, 100)};
     EXPECT_EQ(rgbtohsv(rgb(128, 0, 50)).h, 337);
-    EXPECT_EQ(nearest_colour(rgb(128, 0, 50), p2, hues(p2)), rgb(255, 0, 200));
+    EXPECT_EQ(nearest_colour(rgb(128, 0, 50), p2), rgb(255, 0, 200));
 }
 
 TEST(PaletteMap, AppliesToEntriesKeepsTransparencyAndAvoidsMagenta) {
@@ -114,17 +120,39 @@ TEST(PaletteMap, AppliesToEntriesKeepsTransparencyAndAvoidsMagenta) {
     EXPECT_FALSE(apply_palette_file(e, "/no/such.tpal", false, ui));
     EXPECT_EQ(ui.messages.back(), "Can't find Palette /no/such.tpal");
 
-    // A polygon's two colours stay two.
-    EditorSession pg;
-    pg.curclass = 0;
-    pg.palette.colours = {rgb(250, 250, 250), rgb(240, 240, 240)};
-    resize_picture(pg, 1, 1);
-    ASSERT_TRUE(apply_palette(pg, "FFFFFF,", false, ui));
-    EXPECT_EQ(pg.palette.colour(1), rgb(255, 255, 255));
-    EXPECT_EQ(pg.palette.colour(2), rgb(240, 240, 240));
+    // A polygon's or line's two colours stay two: the second keeps its own,
+    // and the chooser stops offering the colour the first took.
+    for (int cls : {0, 1, 3, k_line_group}) {
+        SCOPED_TRACE(cls);
+        EditorSession pg;
+        pg.curclass = cls;
+        pg.palette.colours = {rgb(250, 250, 250), rgb(240, 240, 240)};
+        resize_picture(pg, 1, 1);
+        std::vector<size_t> hidden;
+        ASSERT_TRUE(apply_palette(pg, "000000,FFFFFF,", false, ui, &hidden));
+        EXPECT_EQ(pg.palette.colour(1), rgb(255, 255, 255));
+        EXPECT_EQ(pg.palette.colour(2), rgb(240, 240, 240));
+        EXPECT_EQ(hidden, std::vector<size_t>{1});
+    }
+    // A point's entries may meet in one colour; nothing is hidden.
+    EditorSession pt;
+    pt.curclass = 4;
+    pt.palette.colours = {rgb(250, 250, 250), rgb(240, 240, 240)};
+    resize_picture(pt, 1, 1);
+    std::vector<size_t> hidden;
+    ASSERT_TRUE(apply_palette(pt, "FFFFFF,", false, ui, &hidden));
+    EXPECT_EQ(pt.palette.colours, (std::vector<uint32_t>{rgb(255, 255, 255), rgb(255, 255, 255)}));
+    EXPECT_TRUE(hidden.empty());
+
+    // The refusals come before the file is looked for.
     e.truecolour = true;
-    EXPECT_FALSE(apply_palette(e, "FFFFFF,", false, ui));
+    EXPECT_FALSE(apply_palette_file(e, "/no/such.tpal", false, ui));
     EXPECT_EQ(ui.messages.back(), "Convert to 256 Colours.");
+    e.truecolour = false;
+    const size_t said = ui.messages.size();
+    ui.script(platform::Answer::no);
+    EXPECT_FALSE(apply_palette_file(e, "/no/such.tpal", true, ui));
+    EXPECT_EQ(ui.messages.size(), said);
 }
 
 TEST(PaletteEdit, AddRemoveTrimFix) {

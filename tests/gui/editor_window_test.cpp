@@ -20,6 +20,8 @@
 #include <gtest/gtest.h>
 
 #include "editor/canvas.h"
+#include "editor/palette_file.h"
+#include "editor/standard_palettes.h"
 #include "gui/canvas_dialog.h"
 #include "gui/canvas_widget.h"
 #include "gui/colour_dialog.h"
@@ -369,6 +371,68 @@ TEST(EditorWindow, ColourDialogPaletteUndoMarkerAndCanvasReachTheText) {
     EXPECT_NE(after.find(" c none\""), std::string::npos) << after;
     EXPECT_NE(after.find("\"" + std::to_string(w0 + 2) + " " + std::to_string(h0 + 2) + " "), std::string::npos) << after;
     EXPECT_EQ(after.find("F0F0F0"), std::string::npos) << after;
+}
+
+TEST(EditorWindow, TheChooserFeedsLabelColoursAndHidesAColourTakenTwice) {
+    Fixture f;
+    ASSERT_TRUE(f.w->open_file(k_samples + "sample.typ"));
+    // A double click on an active line opens its text: Edit Icon opens the editor.
+    f.w->show_class(3);
+    QApplication::processEvents();
+    f.w->show_row(f.w->store().ln_n);
+    f.w->action("Edit Icon")->trigger();
+    EditorWindow* ed = f.w->icon_editor();
+    ASSERT_NE(ed, nullptr);
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(ed));
+    korvex::editor::EditorSession& e = ed->session();
+    ASSERT_EQ(e.curclass, 3);
+    const int32_t row = e.row;
+    using korvex::editor::rgb;
+
+    // A label colour comes from the dialog until a chooser cell is picked.
+    int dialogs = 0;
+    ed->labels()->set_colour_picker([&](uint32_t) {
+        ++dialogs;
+        return int64_t{rgb(0, 0, 255)};
+    });
+    ed->labels()->extended_tick()->setChecked(true);
+    ed->labels()->colours_tick()->setChecked(true);
+    QTest::mouseClick(ed->labels()->colour_button(false), Qt::LeftButton);
+    EXPECT_EQ(dialogs, 1);
+    EXPECT_EQ(e.labels.daylabelcolour, rgb(0, 0, 255));
+    auto* chooser = ed->findChild<korvex::gui::PaletteWidget*>("chooser");
+    ASSERT_NE(chooser, nullptr);
+    const std::vector<uint32_t> p256 = korvex::editor::palette_256();
+    QTest::mouseClick(chooser, Qt::LeftButton, Qt::NoModifier, chooser->cell_rect(3).center());
+    QTest::mouseClick(ed->labels()->colour_button(true), Qt::LeftButton);
+    EXPECT_EQ(dialogs, 1);
+    EXPECT_EQ(e.labels.nightlabelcolour, p256[3]);
+
+    // Two colours that both come nearest to white: the second keeps its
+    // own, and white is no longer offered.
+    e.palette.set(1, rgb(250, 250, 250));
+    e.palette.set(2, rgb(251, 251, 251));
+    ed->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(ed));
+    QTest::keyClick(ed, Qt::Key_G, Qt::ControlModifier);
+    EXPECT_EQ(e.palette.colour(1), rgb(255, 255, 255));
+    EXPECT_EQ(e.palette.colour(2), rgb(251, 251, 251));
+    const auto white = std::find(p256.begin(), p256.end(), rgb(255, 255, 255)) - p256.begin();
+    EXPECT_TRUE(chooser->hidden(static_cast<int>(white)));
+    EXPECT_EQ(chooser->cell_at(chooser->cell_rect(static_cast<int>(white)).center()), -1);
+
+    // The active line's "Apply Border" tick asks before the colour goes out.
+    auto* tick = ed->findChild<QCheckBox*>("apply_border");
+    ASSERT_NE(tick, nullptr);
+    tick->setChecked(true);
+    QTest::mouseClick(ed->apply_button(), Qt::LeftButton);
+    QApplication::processEvents();
+    ASSERT_FALSE(f.prompt.questions.empty());
+    EXPECT_EQ(f.prompt.questions.back(), "Apply Border Color to ALL Hiking?");
+    EXPECT_EQ(f.w->icon_editor(), nullptr);
+    const std::string after = f.element_text(3, row);
+    EXPECT_NE(after.find("DaycustomColor:#0000FF"), std::string::npos) << after;
+    EXPECT_NE(after.find("NightcustomColor:#" + korvex::editor::hex6(p256[3])), std::string::npos) << after;
 }
 
 }  // namespace

@@ -22,6 +22,7 @@
 
 #include "gui/grid_model.h"
 #include "gui/grid_view.h"
+#include "gui/label_panel.h"
 #include "gui/editor_window.h"
 #include "gui/main_window.h"
 #include "platform/environment.h"
@@ -259,3 +260,36 @@ TEST(MainWindow, ALanguageFileRewordsMenusButtonsAndMessages) {
 }
 
 }  // namespace
+
+TEST(MainWindow, CtrlSSavesAnEditorApplyInPlace) {
+    Fixture f;
+    const QString typ = QString::fromStdString(f.path("work.typ"));
+    ASSERT_TRUE(QFile::copy(QString::fromStdString(k_samples + "sample.typ"), typ));
+    QFile::setPermissions(typ, QFile::ReadOwner | QFile::WriteOwner);
+    ASSERT_TRUE(f.w->open_file(typ.toStdString()));
+    // The menu entry shows the key it answers to.
+    EXPECT_EQ(f.w->action("Save")->shortcut(), QKeySequence(QKeySequence::Save));
+
+    f.w->show_class(2);
+    QApplication::processEvents();
+    const QRect r = f.w->grid()->visualRect(f.w->grid_model()->index(0));
+    QTest::mouseDClick(f.w->grid()->viewport(), Qt::LeftButton, Qt::NoModifier, r.center() - QPoint(0, r.height() / 4));
+    korvex::gui::EditorWindow* ed = f.w->icon_editor();
+    ASSERT_NE(ed, nullptr);
+    ASSERT_TRUE(QTest::qWaitForWindowActive(ed));
+    ed->labels()->text_box()->setPlainText("Saved by key");
+    QTest::mouseClick(ed->apply_button(), Qt::LeftButton);
+    QApplication::processEvents();
+    ASSERT_EQ(f.w->icon_editor(), nullptr);
+    ASSERT_EQ(f.w->windowTitle().toStdString().back(), '+');
+
+    // The key goes where a user's key goes: to the window that is active.
+    QWidget* target = QApplication::activeWindow();
+    ASSERT_EQ(target, f.w.get());
+    QTest::keyClick(target, Qt::Key_S, Qt::ControlModifier);
+    EXPECT_FALSE(f.w->store().dirty);
+    EXPECT_NE(f.w->windowTitle().toStdString().back(), '+');
+    QFile in(typ);
+    ASSERT_TRUE(in.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(in.readAll().contains("Saved by key"));
+}

@@ -179,6 +179,10 @@ TEST(SortRows, ActiveLinesKeepTheirPlaceUnlessSortedByActivity) {
     EXPECT_EQ(sort_active(f.s, 2), 3);
     EXPECT_EQ(f.s.ln_act[2], "40");
     EXPECT_EQ(f.s.ln_act[3], "50");
+    // A renumbered active line stays among its activity's lines.
+    f.s.ln_code[3] = 0x50;
+    EXPECT_EQ(swap_types(f.s, model::k_active_lines, 3), 3);
+    EXPECT_EQ(f.s.ln_act[3], "50");
 }
 
 }  // namespace
