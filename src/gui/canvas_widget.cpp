@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "editor/canvas.h"
+
 namespace korvex::gui {
 
 namespace {
@@ -24,6 +26,24 @@ QImage image_of(const editor::Raster& r) {
         }
     }
     return img;
+}
+
+// A polygon or line without bitmap shows what it draws: a line its bands of
+// border and line colour as a bitmap would hold them, a polygon its colour.
+editor::Raster solid_look(const editor::EditorSession& e) {
+    if (e.store_class() == 1 || e.store_class() == 3) {
+        editor::EditorSession copy = e;
+        if (editor::line_bitmap(copy)) return copy.surface;
+        return {};
+    }
+    if (e.store_class() == 0 && e.ncols() > 0) return editor::Raster(32, 32, e.palette.colour(1));
+    return {};
+}
+
+QString solid_caption(const editor::EditorSession& e) {
+    if (e.store_class() == 1 || e.store_class() == 3) return "Line of colours only: a drawing tool makes it a bitmap";
+    if (e.store_class() == 0) return "Polygon of one colour: no bitmap";
+    return "No bitmap";
 }
 
 }  // namespace
@@ -68,6 +88,7 @@ void CanvasWidget::picture_changed() {
 }
 
 QSize CanvasWidget::sizeHint() const {
+    if (e_.width <= 0 || e_.height <= 0) return {std::max(32 * zoom_, 320) + 2 * k_margin, 32 * zoom_ + 40 + 2 * k_margin};
     return {std::max(e_.width, 1) * zoom_ + 2 * k_margin, std::max(e_.height, 1) * zoom_ + 2 * k_margin};
 }
 
@@ -85,7 +106,15 @@ void CanvasWidget::paintEvent(QPaintEvent*) {
     QPainter p(this);
     p.fillRect(rect(), palette().window());
     if (e_.width <= 0 || e_.height <= 0) {
-        p.drawText(rect(), Qt::AlignCenter, "No bitmap");
+        const editor::Raster look = solid_look(e_);
+        int bottom = k_margin;
+        if (!look.empty()) {
+            const QRect area(k_margin, k_margin, look.width() * zoom_, look.height() * zoom_);
+            p.drawImage(area, image_of(look));
+            bottom = area.bottom() + 8;
+        }
+        p.drawText(QRect(k_margin, bottom, width() - 2 * k_margin, 40), Qt::AlignLeft | Qt::AlignTop | Qt::TextWordWrap,
+                   solid_caption(e_));
         return;
     }
     const QRect area(k_margin, k_margin, e_.width * zoom_, e_.height * zoom_);

@@ -265,7 +265,7 @@ void EditorWindow::build() {
         border_->setValue(e_.border);
         lwidth_->setEnabled(e_.solid);
         border_->setEnabled(e_.solid);
-        form->addRow("lwidth(", lwidth_);
+        form->addRow("Line width", lwidth_);
         form->addRow("Border", border_);
         orient_ = new QCheckBox("Use orientation");
         orient_->setChecked(e_.orient != 0);

@@ -277,6 +277,31 @@ TEST(EditorWindow, PolygonDrawOrderAndTheSampleOnScreen) {
     }
 }
 
+// A line of colours only has no pixels to draw, yet its canvas shows the
+// line as it would stand as a bitmap: border rows and line rows.
+TEST(EditorWindow, ALineOfColoursOnlyShowsItsBands) {
+    Fixture f;
+    ASSERT_TRUE(f.w->open_file(k_samples + "sample.typ"));
+    EditorWindow* ed = f.open_cell(1, 0);  // the motorway: width 6, border 1
+    ASSERT_NE(ed, nullptr);
+    korvex::editor::EditorSession& e = ed->session();
+    ASSERT_TRUE(e.solid);
+    ASSERT_EQ(e.border * 100 + e.lwidth, 106);
+    CanvasWidget* c = ed->canvas();
+    const QImage shot = c->grab().toImage();
+    const int z = c->zoom();
+    auto colour_at = [&](int row) {
+        const QRgb q = shot.pixel(8 + z / 2, 8 + row * z + z / 2);
+        return korvex::editor::rgb(static_cast<uint32_t>(qRed(q)), static_cast<uint32_t>(qGreen(q)),
+                                   static_cast<uint32_t>(qBlue(q)));
+    };
+    EXPECT_EQ(colour_at(0), e.palette.colour(2));  // border
+    EXPECT_EQ(colour_at(3), e.palette.colour(1));  // line
+    EXPECT_EQ(colour_at(7), e.palette.colour(2));  // border
+    EXPECT_EQ(e.width, 0);  // the look only: still no bitmap
+    ed->cancel_clicked();
+}
+
 // Runs fn on the modal dialog of type D that the next step opens.
 template <class D, class Fn>
 void on_dialog(Fn fn) {
