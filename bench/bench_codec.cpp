@@ -23,14 +23,9 @@ using namespace korvex;
 
 namespace {
 
-constexpr int64_t k_target = 22 * 1000 * 1000;
+using platform::QuietPrompt;
 
-class QuietPrompt : public platform::Prompt {
-public:
-    void message(const std::string&) override {}
-    bool yes_no(const std::string&) override { return true; }
-    platform::Answer yes_no_cancel(const std::string&) override { return platform::Answer::yes; }
-};
+constexpr int64_t k_target = 22 * 1000 * 1000;
 
 const platform::FixedClock& clock() {
     static platform::FixedClock c({2026, 1, 2, 3, 4, 5});

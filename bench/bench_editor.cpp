@@ -17,12 +17,7 @@ using namespace korvex::editor;
 
 namespace {
 
-class QuietPrompt : public platform::Prompt {
-public:
-    void message(const std::string&) override {}
-    bool yes_no(const std::string&) override { return true; }
-    platform::Answer yes_no_cancel(const std::string&) override { return platform::Answer::yes; }
-};
+using platform::QuietPrompt;
 
 // A 128 x 128 point of 200 colours in stripes, with 300 levels of history.
 EditorSession big_point() {

@@ -20,16 +20,11 @@ using namespace korvex;
 
 namespace {
 
+using platform::QuietPrompt;
+
 constexpr int k_polygons = 6000;
 constexpr int k_lines = 4000;
 constexpr int k_points = 10000;  // 20,000 elements in all
-
-class QuietPrompt : public platform::Prompt {
-public:
-    void message(const std::string&) override {}
-    bool yes_no(const std::string&) override { return true; }
-    platform::Answer yes_no_cancel(const std::string&) override { return platform::Answer::yes; }
-};
 
 struct Host : workbench::OpsHost {
     model::Store* s = nullptr;

@@ -14,12 +14,7 @@ using namespace korvex::editor;
 
 namespace {
 
-class QuietPrompt : public platform::Prompt {
-public:
-    void message(const std::string&) override {}
-    bool yes_no(const std::string&) override { return true; }
-    platform::Answer yes_no_cancel(const std::string&) override { return platform::Answer::yes; }
-};
+using platform::QuietPrompt;
 
 // A 1024 x 768 picture of smooth gradients with some transparency.
 platform::Image photo() {

@@ -23,16 +23,11 @@ using namespace korvex;
 
 namespace {
 
+using platform::QuietPrompt;
+
 // A TYP of this size gives a text of about 20 MB.
 constexpr int64_t k_typ_target = 9 * 1000 * 1000;
 constexpr int k_many = 20000;
-
-class QuietPrompt : public platform::Prompt {
-public:
-    void message(const std::string&) override {}
-    bool yes_no(const std::string&) override { return true; }
-    platform::Answer yes_no_cancel(const std::string&) override { return platform::Answer::yes; }
-};
 
 const platform::Clock& text_clock() {
     static const platform::FixedClock clock({2026, 1, 2, 3, 4, 5});

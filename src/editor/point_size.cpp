@@ -13,16 +13,9 @@ namespace {
 
 // Palette trims after a change of size are housekeeping: their reports
 // ("Unused colours have been removed.") would only puzzle the user here.
-class Quiet : public platform::Prompt {
-public:
-    void message(const std::string&) override {}
-    bool yes_no(const std::string&) override { return true; }
-    platform::Answer yes_no_cancel(const std::string&) override { return platform::Answer::yes; }
-};
-
 void trim_quietly(EditorSession& e) {
     if (e.truecolour || e.ncols() < 2) return;
-    Quiet quiet;
+    platform::QuietPrompt quiet;
     trimcols(e, quiet);
 }
 

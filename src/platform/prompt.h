@@ -33,6 +33,15 @@ private:
     Answer fixed_;
 };
 
+// Says nothing and answers yes: for housekeeping the user did not ask for
+// (a quiet trim) and for benchmarks.
+class QuietPrompt : public Prompt {
+public:
+    void message(const std::string&) override {}
+    bool yes_no(const std::string&) override { return true; }
+    Answer yes_no_cancel(const std::string&) override { return Answer::yes; }
+};
+
 // For tests: answers are scripted in order (a default when the script runs
 // out), and everything said is recorded.
 class ScriptedPrompt : public Prompt {

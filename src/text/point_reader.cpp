@@ -275,7 +275,7 @@ void poiparse(Store& s, platform::Prompt& ui, const std::string& section, int32_
                 model::note_once(s, upper(type) + "::old style point/colour? (" + unknown.front() + ")");
                 day_symbols.add(unknown.front());
                 day.colours.push_back(changed.emplace_back('"' + unknown.front() + " c none\""));
-                table = canonical_table(day, day_symbols = PointSymbols{day.cpp}, mode, none_at, ncol);
+                table = canonical_table(day, day_symbols = PointSymbols{day.cpp, {}, 0, -1}, mode, none_at, ncol);
             }
             day_symbols.fallback = none_at;
         }

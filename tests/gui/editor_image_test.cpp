@@ -13,6 +13,8 @@
 
 #include <gtest/gtest.h>
 
+#include "window_fixture.h"
+
 #include "editor/element_open.h"
 #include "editor/image_raster.h"
 #include "gui/editor_image.h"
@@ -35,33 +37,14 @@ const char* k_project =
     "[_point]\r\nType=0x2f\r\nSubType=0x01\r\nDayXpm=\"4 2 2 1\" Colormode=0\r\n\"! c #FFFFFF\"\r\n\"# c #000000\"\r\n"
     "\"!!##\"\r\n\"##!!\"\r\n[end]\r\n";
 
-struct Fixture {
-    QTemporaryDir home;
-    korvex::platform::MapEnvironment env;
-    korvex::platform::ScriptedPrompt prompt{Answer::yes};
-    korvex::platform::ScriptedFileDialog dialogs;
-    korvex::platform::MemoryClipboard clipboard;
-    korvex::platform::FixedClock clock{{2024, 5, 17, 13, 45, 30}};
-    std::unique_ptr<MainWindow> w;
-
-    Fixture() {
-        const std::string dir = home.path().toStdString();
-        env.set("HOME", dir);
-        env.set("XDG_DATA_HOME", dir + "/data");
-        korvex::gui::WindowServices sv;
-        sv.prompt = &prompt;
-        sv.dialogs = &dialogs;
-        sv.clock = &clock;
-        sv.env = &env;
-        sv.clipboard = &clipboard;
-        sv.program_folder = dir;
-        w = std::make_unique<MainWindow>(sv);
-        w->show();
+struct Fixture : korvex::testing::WindowFixture {
+    Fixture() : WindowFixture(Answer::yes) {
+        show(services(), 900, 600);
         EXPECT_TRUE(korvex::platform::write_file_atomic(file("p.txt"), k_project));
         EXPECT_TRUE(w->open_file(file("p.txt")));
         w->show_class(2);
     }
-    std::string file(const std::string& name) const { return home.filePath(QString::fromStdString(name)).toStdString(); }
+    std::string file(const std::string& name) const { return path(name); }
     EditorWindow* open() {
         // A closed editor goes when the event loop comes round.
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);

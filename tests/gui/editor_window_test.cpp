@@ -19,6 +19,8 @@
 
 #include <gtest/gtest.h>
 
+#include "window_fixture.h"
+
 #include "editor/canvas.h"
 #include "editor/palette_file.h"
 #include "editor/standard_palettes.h"
@@ -43,31 +45,8 @@ using korvex::platform::Answer;
 
 const std::string k_samples = std::string(KORVEX_SOURCE_DIR) + "/data/samples/";
 
-struct Fixture {
-    QTemporaryDir home;
-    korvex::platform::MapEnvironment env;
-    korvex::platform::ScriptedPrompt prompt{Answer::yes};
-    korvex::platform::ScriptedFileDialog dialogs;
-    korvex::platform::RecordingLauncher launcher;
-    korvex::platform::FixedClock clock{{2024, 5, 17, 13, 45, 30}};
-    std::unique_ptr<MainWindow> w;
-
-    Fixture() {
-        const std::string dir = home.path().toStdString();
-        env.set("HOME", dir);
-        env.set("XDG_DATA_HOME", dir + "/data");
-        korvex::gui::WindowServices sv;
-        sv.prompt = &prompt;
-        sv.dialogs = &dialogs;
-        sv.launcher = &launcher;
-        sv.clock = &clock;
-        sv.env = &env;
-        sv.program_folder = dir;
-        w = std::make_unique<MainWindow>(sv);
-        w->resize(900, 600);
-        w->show();
-        EXPECT_TRUE(QTest::qWaitForWindowExposed(w.get()));
-    }
+struct Fixture : korvex::testing::WindowFixture {
+    Fixture() : WindowFixture(Answer::yes) { show(services(), 900, 600); }
 
     // Double clicks a cell of the class and gives the editor that opened.
     EditorWindow* open_cell(int cls, int cell) {

@@ -15,6 +15,8 @@
 
 #include <gtest/gtest.h>
 
+#include "window_fixture.h"
+
 #include "gui/element_commands.h"
 #include "gui/element_dialogs.h"
 #include "gui/grid_model.h"
@@ -44,33 +46,13 @@ struct ScriptedDialogs : wb::ElementDialogs {
     }
 };
 
-struct Fixture {
-    QTemporaryDir home;
-    korvex::platform::MapEnvironment env;
-    korvex::platform::ScriptedPrompt prompt{Answer::no};
-    korvex::platform::ScriptedFileDialog dialogs;
-    korvex::platform::RecordingLauncher launcher;
-    korvex::platform::FixedClock clock{{2024, 5, 17, 13, 45, 30}};
-    korvex::platform::MemoryClipboard clipboard;
+struct Fixture : korvex::testing::WindowFixture {
     ScriptedDialogs element_dialogs;
-    std::unique_ptr<MainWindow> w;
 
-    Fixture() {
-        const std::string dir = home.path().toStdString();
-        env.set("HOME", dir);
-        env.set("XDG_DATA_HOME", dir + "/data");
-        korvex::gui::WindowServices sv;
-        sv.prompt = &prompt;
-        sv.dialogs = &dialogs;
-        sv.launcher = &launcher;
-        sv.clock = &clock;
-        sv.env = &env;
-        sv.program_folder = dir;
-        sv.clipboard = &clipboard;
+    Fixture() : WindowFixture(Answer::no) {
+        korvex::gui::WindowServices sv = services();
         sv.element_dialogs = &element_dialogs;
-        w = std::make_unique<MainWindow>(sv);
-        w->resize(1000, 650);
-        w->show();
+        show(sv, 1000, 650);
         w->activateWindow();
         EXPECT_TRUE(QTest::qWaitForWindowActive(w.get()));
         EXPECT_TRUE(w->open_file(k_samples + "sample.typ"));

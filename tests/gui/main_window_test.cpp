@@ -20,6 +20,8 @@
 
 #include <gtest/gtest.h>
 
+#include "window_fixture.h"
+
 #include "gui/grid_model.h"
 #include "gui/grid_view.h"
 #include "gui/label_panel.h"
@@ -35,32 +37,8 @@ using korvex::platform::Answer;
 const std::string k_samples = std::string(KORVEX_SOURCE_DIR) + "/data/samples/";
 
 // A window on a data folder of its own, with scripted answers and dialogs.
-struct Fixture {
-    QTemporaryDir home;
-    korvex::platform::MapEnvironment env;
-    korvex::platform::ScriptedPrompt prompt{Answer::no};
-    korvex::platform::ScriptedFileDialog dialogs;
-    korvex::platform::RecordingLauncher launcher;
-    korvex::platform::FixedClock clock{{2024, 5, 17, 13, 45, 30}};
-    std::unique_ptr<MainWindow> w;
-
-    Fixture() {
-        const std::string dir = home.path().toStdString();
-        env.set("HOME", dir);
-        env.set("XDG_DATA_HOME", dir + "/data");
-        korvex::gui::WindowServices sv;
-        sv.prompt = &prompt;
-        sv.dialogs = &dialogs;
-        sv.launcher = &launcher;
-        sv.clock = &clock;
-        sv.env = &env;
-        sv.program_folder = dir;
-        w = std::make_unique<MainWindow>(sv);
-        w->resize(900, 600);
-        w->show();
-        EXPECT_TRUE(QTest::qWaitForWindowExposed(w.get()));
-    }
-    std::string path(const std::string& name) const { return home.filePath(QString::fromStdString(name)).toStdString(); }
+struct Fixture : korvex::testing::WindowFixture {
+    Fixture() : WindowFixture(Answer::no) { show(services(), 900, 600); }
 
     int cells() const { return w->grid_model()->rowCount(); }
     // A real mouse click in the middle of a cell's icon.

@@ -19,6 +19,8 @@
 
 #include <gtest/gtest.h>
 
+#include "window_fixture.h"
+
 #include "gui/draworder_dialogs.h"
 #include "gui/draworder_view.h"
 #include "gui/font_dialog.h"
@@ -39,32 +41,9 @@ using korvex::platform::Answer;
 
 const std::string k_samples = std::string(KORVEX_SOURCE_DIR) + "/data/samples/";
 
-struct Fixture {
-    QTemporaryDir home;
-    korvex::platform::MapEnvironment env;
-    korvex::platform::ScriptedPrompt prompt{Answer::no};
-    korvex::platform::ScriptedFileDialog dialogs;
-    korvex::platform::RecordingLauncher launcher;
-    korvex::platform::FixedClock clock{{2024, 5, 17, 13, 45, 30}};
-    korvex::platform::MemoryClipboard clipboard;
-    std::unique_ptr<MainWindow> w;
-
-    Fixture() {
-        const std::string dir = home.path().toStdString();
-        env.set("HOME", dir);
-        env.set("XDG_DATA_HOME", dir + "/data");
-        korvex::gui::WindowServices sv;
-        sv.prompt = &prompt;
-        sv.dialogs = &dialogs;
-        sv.launcher = &launcher;
-        sv.clock = &clock;
-        sv.env = &env;
-        sv.clipboard = &clipboard;
-        sv.program_folder = dir;
-        w = std::make_unique<MainWindow>(sv);
-        w->resize(1000, 650);
-        w->show();
-        EXPECT_TRUE(QTest::qWaitForWindowExposed(w.get()));
+struct Fixture : korvex::testing::WindowFixture {
+    Fixture() : WindowFixture(Answer::no) {
+        show(services(), 1000, 650);
         EXPECT_TRUE(w->open_file(k_samples + "sample.typ"));
     }
 
