@@ -10,6 +10,7 @@
 #include "editor/tools.h"
 #include "platform/files.h"
 #include "platform/prompt.h"
+#include "support/striped_point.h"
 #include "typ/decoder.h"
 
 using namespace korvex;
@@ -19,15 +20,9 @@ namespace {
 
 using platform::QuietPrompt;
 
-// A 128 x 128 point of 200 colours in stripes, with 300 levels of history.
+// The striped point of 200 colours, its history started.
 EditorSession big_point() {
-    EditorSession e;
-    e.curclass = 2;
-    for (uint32_t i = 0; i < 200; ++i) e.palette.colours.push_back(rgb(i, 255 - i, (i * 7) & 255));
-    resize_picture(e, 128, 128);
-    for (int y = 0; y < 128; ++y)
-        for (int x = 0; x < 128; ++x) e.pixels.set(x, y, static_cast<uint8_t>((x / 4 + y) % 200));
-    painticon(e);
+    EditorSession e = samples::striped_point();
     start_history(e);
     e.curcol = 3;
     e.curcol2 = 4;

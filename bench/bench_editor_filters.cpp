@@ -12,6 +12,7 @@
 #include "editor/colour_adjust.h"
 #include "editor/colour_reduction.h"
 #include "editor/image_filters.h"
+#include "support/striped_point.h"
 
 using namespace korvex;
 using namespace korvex::editor;
@@ -73,13 +74,8 @@ BENCHMARK(BM_HistogramPaste)->Unit(benchmark::kMillisecond);
 
 // A 128 x 128 point of 200 colours in stripes, with a transparent entry.
 EditorSession palette_point() {
-    EditorSession e;
-    e.curclass = 2;
-    for (uint32_t i = 0; i < 200; ++i) e.palette.colours.push_back(rgb(i, 255 - i, (i * 7) & 255));
+    EditorSession e = samples::striped_point();
     e.palette.colours[199] = k_transparent_magenta;
-    resize_picture(e, k_side, k_side);
-    for (int y = 0; y < k_side; ++y)
-        for (int x = 0; x < k_side; ++x) e.pixels.set(x, y, static_cast<uint8_t>((x / 4 + y) % 200));
     painticon(e);
     start_history(e);
     return e;

@@ -8,6 +8,7 @@
 #include "editor/image_raster.h"
 #include "editor/point_size.h"
 #include "platform/prompt.h"
+#include "support/striped_point.h"
 
 using namespace korvex;
 using namespace korvex::editor;
@@ -48,13 +49,7 @@ BENCHMARK(BM_ImportPhotoIntoTrueColourPoint)->Unit(benchmark::kMillisecond);
 
 void BM_ResizePalettePoint(benchmark::State& state) {
     QuietPrompt ui;
-    EditorSession e;
-    e.curclass = 2;
-    for (uint32_t i = 0; i < 200; ++i) e.palette.colours.push_back(rgb(i, 255 - i, (i * 7) & 255));
-    resize_picture(e, 128, 128);
-    for (int y = 0; y < 128; ++y)
-        for (int x = 0; x < 128; ++x) e.pixels.set(x, y, static_cast<uint8_t>((x / 4 + y) % 200));
-    painticon(e);
+    EditorSession e = samples::striped_point();
     int k = 0;
     for (auto _ : state) {
         const int side = ++k % 2 ? 64 : 128;

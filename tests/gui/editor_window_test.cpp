@@ -74,6 +74,12 @@ struct Fixture : korvex::testing::WindowFixture {
         }
         return -1;
     }
+    // The editor on the sample's first drawable point; null when it did not open.
+    EditorWindow* open_drawable_sample_point() {
+        if (!w->open_file(k_samples + "sample.typ")) return nullptr;
+        const int cell = drawable_point();
+        return cell < 0 ? nullptr : open_cell(2, cell);
+    }
     std::string element_text(int cls, int32_t row) {
         korvex::model::Store& s = w->store();
         const int32_t local = cls == 3 ? row - s.ln_n : cls == 4 ? row - s.pt_n : row;
@@ -104,10 +110,7 @@ void drag(CanvasWidget* c, Qt::MouseButton b, QPoint from, QPoint to) {
 
 TEST(EditorWindow, DrawUndoRedoAndApplyReachTheElementText) {
     Fixture f;
-    ASSERT_TRUE(f.w->open_file(k_samples + "sample.typ"));
-    const int cell = f.drawable_point();
-    ASSERT_GE(cell, 0);
-    EditorWindow* ed = f.open_cell(2, cell);
+    EditorWindow* ed = f.open_drawable_sample_point();
     ASSERT_NE(ed, nullptr);
     korvex::editor::EditorSession& e = ed->session();
     const int32_t row = e.row;
@@ -167,10 +170,7 @@ TEST(EditorWindow, DrawUndoRedoAndApplyReachTheElementText) {
 
 TEST(EditorWindow, EscCancelsAToolCancelDiscardsAndRefusalsKeepTheEditorOpen) {
     Fixture f;
-    ASSERT_TRUE(f.w->open_file(k_samples + "sample.typ"));
-    const int cell = f.drawable_point();
-    ASSERT_GE(cell, 0);
-    EditorWindow* ed = f.open_cell(2, cell);
+    EditorWindow* ed = f.open_drawable_sample_point();
     ASSERT_NE(ed, nullptr);
     korvex::editor::EditorSession& e = ed->session();
     const int32_t row = e.row;
@@ -219,7 +219,7 @@ TEST(EditorWindow, EscCancelsAToolCancelDiscardsAndRefusalsKeepTheEditorOpen) {
     EXPECT_FALSE(f.w->store().dirty);
 
     // The close button asks first; "no" keeps the editor.
-    ed = f.open_cell(2, cell);
+    ed = f.open_cell(2, f.drawable_point());
     ASSERT_NE(ed, nullptr);
     ed->session().eddirty = true;
     f.prompt.script(Answer::no);
@@ -293,10 +293,7 @@ void on_dialog(Fn fn) {
 
 TEST(EditorWindow, ColourDialogPaletteUndoMarkerAndCanvasReachTheText) {
     Fixture f;
-    ASSERT_TRUE(f.w->open_file(k_samples + "sample.typ"));
-    const int cell = f.drawable_point();
-    ASSERT_GE(cell, 0);
-    EditorWindow* ed = f.open_cell(2, cell);
+    EditorWindow* ed = f.open_drawable_sample_point();
     ASSERT_NE(ed, nullptr);
     korvex::editor::EditorSession& e = ed->session();
     const int32_t row = e.row;
