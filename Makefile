@@ -20,17 +20,18 @@ build: deps
 run: build
 	$(BUILD)/korvex $(SAMPLE)
 
-test: build
-	cd $(BUILD) && ctest --output-on-failure -j $(JOBS)
-	$(MAKE) test-sanitized
+# Both builds and their tests, each phase timed (scripts/test-all): the plain
+# build runs everything; the second build runs our own suites again under
+# AddressSanitizer and UndefinedBehaviorSanitizer, where any report fails the
+# test that caused it.
+test:
+	BUILD=$(BUILD) ASAN_BUILD=$(ASAN_BUILD) JOBS=$(JOBS) scripts/test-all
 
-# The same tests under AddressSanitizer and UndefinedBehaviorSanitizer: any
-# report aborts its test, so the run fails.
-.PHONY: test-sanitized
-test-sanitized: deps
-	cmake -S . -B $(ASAN_BUILD) -DCMAKE_BUILD_TYPE=RelWithDebInfo -DKORVEX_SANITIZE=ON
-	cmake --build $(ASAN_BUILD) -j $(JOBS)
-	cd $(ASAN_BUILD) && UBSAN_OPTIONS=print_stacktrace=1 ctest --output-on-failure -j $(JOBS)
+# For a quick look while working: the plain build, without the suites that
+# run mkgmap.
+.PHONY: test-quick
+test-quick:
+	QUICK=1 BUILD=$(BUILD) JOBS=$(JOBS) scripts/test-all
 
 bench: deps
 	cmake -S . -B $(BENCH_BUILD) -DCMAKE_BUILD_TYPE=Release -DKORVEX_BENCH=ON -DKORVEX_TESTS=OFF

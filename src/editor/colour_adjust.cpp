@@ -6,12 +6,12 @@
 #include <cstdlib>
 
 #include "editor/canvas.h"
+#include "editor/raster.h"
 
 namespace korvex::editor {
 
 namespace {
 
-int round_even(double v) { return static_cast<int>(std::nearbyint(v)); }
 uint32_t channel(int v) { return static_cast<uint32_t>(std::clamp(v, 0, 255)); }
 int r_of(uint32_t c) { return static_cast<int>(red_of(c)); }
 int g_of(uint32_t c) { return static_cast<int>(green_of(c)); }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cctype>
 
+#include "editor/ascii_case.h"
 #include "editor/canvas.h"
 #include "editor/element_open.h"
 #include "editor/element_commit.h"
@@ -17,15 +18,6 @@
 namespace korvex::editor {
 
 namespace {
-
-std::string upper_trim(std::string t) {
-    while (!t.empty() && std::isspace(static_cast<unsigned char>(t.back()))) t.pop_back();
-    size_t p = 0;
-    while (p < t.size() && std::isspace(static_cast<unsigned char>(t[p]))) ++p;
-    t.erase(0, p);
-    std::transform(t.begin(), t.end(), t.begin(), [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
-    return t;
-}
 
 long hex_value(const std::string& t) {
     if (t.empty() || t.size() > 7) return -1;

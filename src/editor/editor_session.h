@@ -113,4 +113,7 @@ struct EditorSession {
     bool fn013() const { return curclass != 2 && curclass != 4 && curclass < 4; }
 };
 
+// Points and extra points.
+inline bool is_point(const EditorSession& e) { return e.store_class() == 2 || e.store_class() == 4; }
+
 }  // namespace korvex::editor

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cctype>
 
+#include "editor/ascii_case.h"
 #include "editor/editor_apply.h"
 #include "editor/element_text.h"
 #include "editor/label_panel.h"
@@ -19,15 +20,6 @@
 namespace korvex::editor {
 
 namespace {
-
-std::string upper_trim(std::string t) {
-    while (!t.empty() && std::isspace(static_cast<unsigned char>(t.back()))) t.pop_back();
-    size_t p = 0;
-    while (p < t.size() && std::isspace(static_cast<unsigned char>(t[p]))) ++p;
-    t.erase(0, p);
-    std::transform(t.begin(), t.end(), t.begin(), [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
-    return t;
-}
 
 // The night picture behind the day one: written from the working copy,
 // added when it is new, gone when the night was dropped. A night that shows

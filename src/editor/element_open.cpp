@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cctype>
 
+#include "editor/ascii_case.h"
 #include "editor/canvas.h"
 #include "editor/label_panel.h"
 #include "editor/palette_file.h"
@@ -12,11 +13,6 @@
 namespace korvex::editor {
 
 namespace {
-
-std::string lower(std::string t) {
-    std::transform(t.begin(), t.end(), t.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return t;
-}
 
 std::string type_fields_code(const EditorSession& e) {
     std::string sub = e.subtype_field.empty() ? "00" : e.subtype_field;

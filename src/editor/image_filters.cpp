@@ -5,6 +5,7 @@
 
 #include "editor/canvas.h"
 #include "editor/colour_reduction.h"
+#include "editor/raster.h"
 
 namespace korvex::editor {
 
@@ -19,8 +20,6 @@ constexpr int k_emboss_bias = -127;
 // The ring's offsets, in the order of the weights.
 constexpr int k_ring_dx[8] = {-1, -1, -1, 0, 1, 1, 1, 0};
 constexpr int k_ring_dy[8] = {-1, 0, 1, 1, 1, 0, -1, -1};
-
-int round_even(double v) { return static_cast<int>(std::nearbyint(v)); }
 
 int clamp_channel(int v) {
     if (v > 255) return 255;

@@ -14,8 +14,6 @@ namespace korvex::editor {
 
 namespace {
 
-bool is_point(const EditorSession& e) { return e.store_class() == 2 || e.store_class() == 4; }
-
 bool ends_with_png(const std::string& path) {
     if (path.size() < 4) return false;
     std::string tail = path.substr(path.size() - 4);

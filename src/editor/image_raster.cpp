@@ -7,7 +7,7 @@ namespace korvex::editor {
 namespace {
 
 // The source span [first, last) behind target pixel i of n over a source of m.
-void span(int i, int n, int m, int& first, int& last) {
+void source_span(int i, int n, int m, int& first, int& last) {
     first = static_cast<int>(static_cast<int64_t>(i) * m / n);
     last = static_cast<int>(static_cast<int64_t>(i + 1) * m / n);
     if (last <= first) last = first + 1;
@@ -36,10 +36,10 @@ platform::Image stretch_image(const platform::Image& in, int width, int height) 
         return out;
     for (int y = 0; y < out.height; ++y) {
         int y0, y1;
-        span(y, out.height, in.height, y0, y1);
+        source_span(y, out.height, in.height, y0, y1);
         for (int x = 0; x < out.width; ++x) {
             int x0, x1;
-            span(x, out.width, in.width, x0, x1);
+            source_span(x, out.width, in.width, x0, x1);
             uint64_t r = 0, g = 0, b = 0, a = 0, n = 0;
             for (int sy = y0; sy < y1; ++sy)
                 for (int sx = x0; sx < x1; ++sx) {

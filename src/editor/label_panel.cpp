@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cctype>
 
+#include "editor/ascii_case.h"
 #include "editor/canvas.h"
 #include "editor/palette_file.h"
 #include "platform/codepage.h"
@@ -10,11 +11,6 @@
 namespace korvex::editor {
 
 namespace {
-
-std::string lower(std::string t) {
-    std::transform(t.begin(), t.end(), t.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return t;
-}
 
 std::string trim(std::string t) {
     while (!t.empty() && (t.back() == ' ' || t.back() == '\t' || t.back() == '\r')) t.pop_back();

@@ -16,7 +16,7 @@ struct Entry {
     uint32_t first;  // index of its first pixel
 };
 
-int channel(uint32_t c, int k) { return static_cast<int>((c >> (8 * k)) & 0xFF); }
+int channel_byte(uint32_t c, int k) { return static_cast<int>((c >> (8 * k)) & 0xFF); }
 
 struct Box {
     size_t begin, end;  // a range of the entry list
@@ -27,8 +27,8 @@ struct Box {
         pixels = 0;
         for (size_t i = begin; i < end; ++i) {
             for (int k = 0; k < 3; ++k) {
-                lo[k] = std::min(lo[k], channel(v[i].colour, k));
-                hi[k] = std::max(hi[k], channel(v[i].colour, k));
+                lo[k] = std::min(lo[k], channel_byte(v[i].colour, k));
+                hi[k] = std::max(hi[k], channel_byte(v[i].colour, k));
             }
             pixels += v[i].count;
         }
@@ -72,7 +72,7 @@ std::vector<uint32_t> median_cut_palette(const Raster& picture, uint32_t marker,
         std::array<uint64_t, 256> hist{};
         int lo = 255, hi = 0;
         for (size_t i = pick->begin; i < pick->end; ++i) {
-            const int c = channel(v[i].colour, k);
+            const int c = channel_byte(v[i].colour, k);
             hist[static_cast<size_t>(c)] += v[i].count;
             lo = std::min(lo, c);
             hi = std::max(hi, c);
@@ -84,7 +84,7 @@ std::vector<uint32_t> median_cut_palette(const Raster& picture, uint32_t marker,
         }
         const auto first = v.begin() + static_cast<std::ptrdiff_t>(pick->begin);
         const auto mid = std::partition(first, v.begin() + static_cast<std::ptrdiff_t>(pick->end),
-                                        [k, at](const Entry& x) { return channel(x.colour, k) <= at; });
+                                        [k, at](const Entry& x) { return channel_byte(x.colour, k) <= at; });
         const size_t cut = static_cast<size_t>(mid - v.begin());
         Box upper{cut, pick->end};
         pick->end = cut;
@@ -97,7 +97,7 @@ std::vector<uint32_t> median_cut_palette(const Raster& picture, uint32_t marker,
         uint64_t sum[3] = {0, 0, 0};
         uint32_t first = UINT32_MAX;
         for (size_t i = b.begin; i < b.end; ++i) {
-            for (int k = 0; k < 3; ++k) sum[k] += static_cast<uint64_t>(channel(v[i].colour, k)) * v[i].count;
+            for (int k = 0; k < 3; ++k) sum[k] += static_cast<uint64_t>(channel_byte(v[i].colour, k)) * v[i].count;
             first = std::min(first, v[i].first);
         }
         uint32_t mean[3];

@@ -10,8 +10,6 @@ namespace {
 
 constexpr uint32_t k_white = 0xFFFFFF;
 
-bool is_point(const EditorSession& e) { return e.store_class() == 2 || e.store_class() == 4; }
-
 // A solid polygon keeps its night colour as its second entry.
 bool solid_polygon(const EditorSession& e) { return e.store_class() == 0 && e.solid; }
 

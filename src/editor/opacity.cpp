@@ -5,6 +5,7 @@
 #include <cctype>
 #include <map>
 
+#include "editor/ascii_case.h"
 #include "editor/canvas.h"
 #include "editor/palette_edit.h"
 #include "editor/point_pictures.h"
@@ -12,13 +13,6 @@
 namespace korvex::editor {
 
 namespace {
-
-bool is_point(const EditorSession& e) { return e.store_class() == 2 || e.store_class() == 4; }
-
-std::string lower(std::string t) {
-    std::transform(t.begin(), t.end(), t.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return t;
-}
 
 void ensure_alpha(Palette& p) {
     if (p.alpha.size() < p.colours.size()) p.alpha.resize(p.colours.size(), k_no_alpha);

@@ -5,13 +5,12 @@
 
 #include "editor/canvas.h"
 #include "editor/palette_file.h"
+#include "editor/raster.h"
 #include "platform/files.h"
 
 namespace korvex::editor {
 
 namespace {
-
-int round_even(double v) { return static_cast<int>(std::nearbyint(v)); }
 
 // Hue bands: the last slot stays 0 and is never reached.
 constexpr int k_bands[9] = {0, 45, 55, 60, 180, 200, 270, 320, 0};

@@ -3,17 +3,13 @@
 #include <algorithm>
 #include <cctype>
 
+#include "editor/ascii_case.h"
 #include "editor/canvas.h"
 #include "editor/element_open.h"
 
 namespace korvex::editor {
 
 namespace {
-
-std::string lower(std::string t) {
-    std::transform(t.begin(), t.end(), t.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return t;
-}
 
 // The alpha of a colour line, k_no_alpha without one.
 uint8_t alpha_of_line(const std::string& line) {

@@ -4,6 +4,7 @@
 // a tool gives the same pixels at every zoom.
 #pragma once
 
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -20,6 +21,8 @@ constexpr uint32_t rgb(uint32_t r, uint32_t g, uint32_t b) { return (r & 0xFF) |
 constexpr uint32_t red_of(uint32_t c) { return c & 0xFF; }
 constexpr uint32_t green_of(uint32_t c) { return (c >> 8) & 0xFF; }
 constexpr uint32_t blue_of(uint32_t c) { return (c >> 16) & 0xFF; }
+// Halves go to the even neighbour, as the colour maths expects.
+inline int round_even(double v) { return static_cast<int>(std::nearbyint(v)); }
 
 class Raster {
 public:

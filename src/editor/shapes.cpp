@@ -17,7 +17,7 @@ void dot(Raster& r, int x, int y, uint32_t colour, int pen) {
         for (int dx = 0; dx < pen; ++dx) r.set(x - from + dx, y - from + dy, colour);
 }
 
-void span(Raster& r, int xa, int xb, int y, uint32_t colour) {
+void fill_span(Raster& r, int xa, int xb, int y, uint32_t colour) {
     if (xa > xb) std::swap(xa, xb);
     for (int x = xa; x <= xb; ++x) r.set(x, y, colour);
 }
@@ -48,7 +48,7 @@ void draw_rectangle(Raster& r, int x0, int y0, int x1, int y1, uint32_t colour, 
     if (x0 > x1) std::swap(x0, x1);
     if (y0 > y1) std::swap(y0, y1);
     if (filled) {
-        for (int y = y0; y <= y1; ++y) span(r, x0, x1, y, colour);
+        for (int y = y0; y <= y1; ++y) fill_span(r, x0, x1, y, colour);
         return;
     }
     pen = std::max(pen, 1);
@@ -56,8 +56,8 @@ void draw_rectangle(Raster& r, int x0, int y0, int x1, int y1, uint32_t colour, 
     for (int k = 0; k < pen; ++k) {
         const int ax = x0 + k, bx = x1 - k, ay = y0 + k, by = y1 - k;
         if (ax > bx || ay > by) break;
-        span(r, ax, bx, ay, colour);
-        span(r, ax, bx, by, colour);
+        fill_span(r, ax, bx, ay, colour);
+        fill_span(r, ax, bx, by, colour);
         for (int y = ay; y <= by; ++y) {
             r.set(ax, y, colour);
             r.set(bx, y, colour);
@@ -84,8 +84,8 @@ void draw_ellipse(Raster& r, int x0, int y0, int x1, int y1, uint32_t colour, bo
     const long long aa = 8 * a * a, bb = 8 * b * b;
     auto plot4 = [&](int xl, int xr, int yt, int yb) {
         if (filled) {
-            span(r, xl, xr, yt, colour);
-            span(r, xl, xr, yb, colour);
+            fill_span(r, xl, xr, yt, colour);
+            fill_span(r, xl, xr, yb, colour);
         } else {
             r.set(xr, yt, colour);
             r.set(xl, yt, colour);

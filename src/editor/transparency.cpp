@@ -8,8 +8,6 @@ namespace korvex::editor {
 
 namespace {
 
-bool is_point(const EditorSession& e) { return e.store_class() == 2 || e.store_class() == 4; }
-
 void settle(EditorSession& e) {
     if (!e.alpha) e.colormode = e.palette.first_transparent(e.transparentcolour) != 0 ? 16 : 0;
     painticon(e);

@@ -10,8 +10,6 @@ namespace korvex::editor {
 
 namespace {
 
-bool is_point(const EditorSession& e) { return e.store_class() == 2 || e.store_class() == 4; }
-
 bool has_unused_entries(const EditorSession& e) {
     std::vector<bool> used(static_cast<size_t>(e.ncols()), false);
     for (uint8_t v : e.pixels.values())

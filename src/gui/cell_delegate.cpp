@@ -6,14 +6,6 @@
 
 namespace korvex::gui {
 
-namespace {
-
-const QColor k_primary(51, 153, 255, 110);
-const QColor k_primary_frame(0, 90, 200);
-const QColor k_secondary_frame(230, 120, 0);
-
-}  // namespace
-
 CellDelegate::CellDelegate(model::Store& s, workbench::Browser& browser, GridModel& model, QObject* parent)
     : QStyledItemDelegate(parent), s_(s), browser_(browser), model_(model) {}
 

@@ -2,6 +2,7 @@
 // label under it and the red X of an element not in the style.
 #pragma once
 
+#include <QColor>
 #include <QFont>
 #include <QStyledItemDelegate>
 
@@ -9,6 +10,12 @@
 #include "workbench/browser.h"
 
 namespace korvex::gui {
+
+// The marks of selected cells, here and in the draw-order view: the fill and
+// frame of the primary selection, the frame of the secondary one.
+inline constexpr QColor k_primary(51, 153, 255, 110);
+inline constexpr QColor k_primary_frame(0, 90, 200);
+inline constexpr QColor k_secondary_frame(230, 120, 0);
 
 class GridModel;
 

@@ -14,12 +14,11 @@
 #include "editor/palette_file.h"
 #include "editor/palette_map.h"
 #include "gui/palette_widget.h"
+#include "gui/qt_colour.h"
 
 namespace korvex::gui {
 
 namespace {
-
-QColor qcolour(uint32_t c) { return QColor(static_cast<int>(c & 0xFF), static_cast<int>((c >> 8) & 0xFF), static_cast<int>((c >> 16) & 0xFF)); }
 
 // One shade bar: 128 steps of a colour, a click picks a step.
 class ShadeBar : public QWidget {

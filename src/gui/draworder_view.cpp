@@ -8,6 +8,7 @@
 
 #include "gui/cell_delegate.h"
 #include "gui/grid_model.h"
+#include "gui/qt_input.h"
 #include "gui/qt_prompt.h"
 
 namespace korvex::gui {
@@ -17,11 +18,6 @@ namespace {
 const QColor k_layer_text(128, 128, 128);
 const QColor k_placeholder_fill(238, 238, 238);
 const QColor k_placeholder_x(180, 40, 40);
-const QColor k_primary(51, 153, 255, 110);
-const QColor k_primary_frame(0, 90, 200);
-const QColor k_secondary_frame(230, 120, 0);
-
-bool has(const QInputEvent* e, Qt::KeyboardModifier m) { return e->modifiers().testFlag(m); }
 
 }  // namespace
 
@@ -180,13 +176,14 @@ void DrawOrderView::mousePressEvent(QMouseEvent* e) {
     setFocus(Qt::MouseFocusReason);
     const int cell = cell_at(e->position().toPoint());
     if (cell < 0) return;
-    emit cell_pressed(cell, has(e, Qt::ControlModifier), has(e, Qt::ShiftModifier), e->button() == Qt::RightButton);
+    emit cell_pressed(cell, has_modifier(e, Qt::ControlModifier), has_modifier(e, Qt::ShiftModifier),
+                      e->button() == Qt::RightButton);
 }
 
 void DrawOrderView::mouseDoubleClickEvent(QMouseEvent* e) {
     const int cell = cell_at(e->position().toPoint());
     if (cell < 0 || e->button() != Qt::LeftButton) return;
-    emit cell_double_clicked(cell, has(e, Qt::ControlModifier), has(e, Qt::ShiftModifier));
+    emit cell_double_clicked(cell, has_modifier(e, Qt::ControlModifier), has_modifier(e, Qt::ShiftModifier));
 }
 
 void DrawOrderView::contextMenuEvent(QContextMenuEvent* e) {

@@ -12,6 +12,7 @@
 #include <QToolButton>
 
 #include "editor/canvas.h"
+#include "editor/editor_session.h"
 #include "editor/extra_points.h"
 #include "editor/night_option.h"
 #include "editor/opacity.h"
@@ -22,6 +23,7 @@
 #include "gui/editor_window.h"
 #include "gui/label_panel.h"
 #include "gui/palette_widget.h"
+#include "gui/qt_colour.h"
 
 namespace korvex::gui {
 
@@ -29,12 +31,6 @@ namespace {
 
 // The pink of the opacity tools.
 const char* k_pink = "QToolButton { background: #FFB6D9; } QToolButton:checked { background: #FF69B4; }";
-
-bool is_point(const editor::EditorSession& e) { return e.store_class() == 2 || e.store_class() == 4; }
-
-QColor qcolour(uint32_t c) {
-    return QColor(static_cast<int>(editor::red_of(c)), static_cast<int>(editor::green_of(c)), static_cast<int>(editor::blue_of(c)));
-}
 
 }  // namespace
 
@@ -81,7 +77,7 @@ QToolButton* EditorVariants::opacity_tool_button(int tool) const {
 void EditorVariants::build() {
     editor::EditorSession& e = w_.e_;
     const int cls = e.store_class();
-    const bool point = is_point(e);
+    const bool point = editor::is_point(e);
     panel_ = new QGroupBox("Night && Opacity");
     panel_->setObjectName("variants_panel");
     auto* box = new QVBoxLayout(panel_);
@@ -191,7 +187,7 @@ void EditorVariants::build() {
 
 void EditorVariants::refresh() {
     editor::EditorSession& e = w_.e_;
-    const bool point = is_point(e);
+    const bool point = editor::is_point(e);
     const uint32_t marker = e.transparentcolour;
     {
         const QSignalBlocker b1(night_), b2(transparent_);

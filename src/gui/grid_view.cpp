@@ -5,6 +5,8 @@
 #include <QMouseEvent>
 #include <QScrollBar>
 
+#include "gui/qt_input.h"
+
 namespace korvex::gui {
 
 GridView::GridView(QWidget* parent) : QListView(parent) {
@@ -34,25 +36,19 @@ void GridView::show_cell(int cell) {
     scrollTo(model()->index(cell, 0), QAbstractItemView::EnsureVisible);
 }
 
-namespace {
-
-bool has(const QInputEvent* e, Qt::KeyboardModifier m) { return e->modifiers().testFlag(m); }
-
-}  // namespace
-
 void GridView::mousePressEvent(QMouseEvent* e) {
     const QModelIndex idx = indexAt(e->position().toPoint());
     setFocus(Qt::MouseFocusReason);
     if (!idx.isValid()) return;
     // The right button's menu comes from contextMenuEvent after the press.
-    emit cell_pressed(idx.row(), has(e, Qt::ControlModifier), has(e, Qt::ShiftModifier),
+    emit cell_pressed(idx.row(), has_modifier(e, Qt::ControlModifier), has_modifier(e, Qt::ShiftModifier),
                       e->button() == Qt::RightButton);
 }
 
 void GridView::mouseDoubleClickEvent(QMouseEvent* e) {
     const QModelIndex idx = indexAt(e->position().toPoint());
     if (!idx.isValid() || e->button() != Qt::LeftButton) return;
-    emit cell_double_clicked(idx.row(), has(e, Qt::ControlModifier), has(e, Qt::ShiftModifier));
+    emit cell_double_clicked(idx.row(), has_modifier(e, Qt::ControlModifier), has_modifier(e, Qt::ShiftModifier));
 }
 
 // No rubber band or drag: the browser's clicks are the only selection.

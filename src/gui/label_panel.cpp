@@ -17,13 +17,12 @@
 #include "editor/palette_file.h"
 #include "gui/colour_dialog.h"
 #include "gui/preferences_dialog.h"
+#include "gui/qt_colour.h"
 #include "gui/qt_prompt.h"
 
 namespace korvex::gui {
 
 namespace {
-
-QColor qcolour(uint32_t c) { return QColor(static_cast<int>(c & 0xFF), static_cast<int>((c >> 8) & 0xFF), static_cast<int>((c >> 16) & 0xFF)); }
 
 void paint_button(QPushButton* b, uint32_t c) {
     const QColor fg = editor::chktxt4(editor::hex6(c)) ? Qt::white : Qt::black;

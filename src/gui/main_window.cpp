@@ -44,6 +44,7 @@
 #include "gui/qt_fonts.h"
 #include "gui/qt_launcher.h"
 #include "gui/qt_prompt.h"
+#include "gui/source_tree.h"
 #include "gui/workbench_menus.h"
 #include "text/text_writer.h"
 #include "workbench/data_folder.h"
@@ -136,9 +137,7 @@ MainWindow::MainWindow(WindowServices services, QWidget* parent)
         // The theme table: installed beside the program, else the source tree's.
         std::vector<std::string> tables = {
             to_path(QApplication::applicationDirPath() + "/../share/korvex/themes/tdat")};
-#ifdef KORVEX_BUNDLED_THEMES
-        tables.push_back(std::string(KORVEX_BUNDLED_THEMES) + "/tdat");
-#endif
+        tables.push_back(source_tree_data() + "/themes/tdat");
         session_->set_theme_tables(tables);
     }
     s_.curfile = "untitled.typ";
@@ -428,9 +427,7 @@ void MainWindow::build_menus() {
     // tree for a program run from its build folder.
     const QString installed = QApplication::applicationDirPath() + "/../share/korvex/languages";
     std::vector<std::string> folders = {workbench::under(data_folder_, "languages"), to_path(installed)};
-#ifdef KORVEX_BUNDLED_LANGUAGES
-    if (!QFileInfo::exists(installed)) folders.back() = KORVEX_BUNDLED_LANGUAGES;
-#endif
+    if (!QFileInfo::exists(installed)) folders.back() = source_tree_data() + "/languages";
     languages_ = new LanguageMenu(language, msgs_, folders, [this] { apply_captions(); }, this);
     connect(languages_, &LanguageMenu::language_changed, this,
             [this](const QString& lanfile) { settings_.language_file = to_path(lanfile); });

@@ -4,13 +4,9 @@
 #include <QPainter>
 #include <algorithm>
 
+#include "gui/qt_colour.h"
+
 namespace korvex::gui {
-
-namespace {
-
-QColor qcolour(uint32_t c) { return QColor(static_cast<int>(c & 0xFF), static_cast<int>((c >> 8) & 0xFF), static_cast<int>((c >> 16) & 0xFF)); }
-
-}  // namespace
 
 PaletteWidget::PaletteWidget(QWidget* parent, int cell) : QWidget(parent), cell_(cell) {
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);

@@ -46,7 +46,7 @@ constexpr int k_custom_offset = workbench::k_custom_scroll_offset;
 constexpr int k_custom_min = 250;
 constexpr int k_custom_max = 1500;
 
-QSpinBox* spin(const char* name, int lo, int hi) {
+QSpinBox* ranged_spin(const char* name, int lo, int hi) {
     auto* box = new QSpinBox;
     box->setObjectName(QLatin1String(name));
     box->setRange(lo, hi);
@@ -145,13 +145,13 @@ QWidget* PreferencesDialog::language_pane() {
     lang_default_ = tick("lang_default", "Set as Default");
     const std::vector<std::string> families = fonts_.families();
     label_font_ = font_box("label_font", families);
-    label_size_ = spin("label_size", 1, 99);
+    label_size_ = ranged_spin("label_size", 1, 99);
     label_options_ = new QComboBox;
     label_options_->setObjectName(QStringLiteral("label_options"));
     label_options_->addItems({QStringLiteral("Type & Text"), QStringLiteral("Text only"), QStringLiteral("Type only")});
     font_colours_ = tick("font_colours", "Show Font Colors");
     editor_font_ = font_box("editor_font", families);
-    editor_size_ = spin("editor_size", 1, 99);
+    editor_size_ = ranged_spin("editor_size", 1, 99);
     lock_font_ = tick("lock_font", "Lock Font (codepage)");
     region_ = new QComboBox;
     region_->setObjectName(QStringLiteral("region"));
@@ -189,8 +189,8 @@ QWidget* PreferencesDialog::colour_pane() {
     auto* custom_row = new QHBoxLayout;
     custom_row->addWidget(custom_size_, 1);
     custom_row->addWidget(custom_size_label_);
-    point_size_ = spin("point_size", 0, 999);
-    max_canvas_ = spin("max_canvas", 0, 999);
+    point_size_ = ranged_spin("point_size", 0, 999);
+    max_canvas_ = ranged_spin("max_canvas", 0, 999);
     click_shades_ = tick("click_shades", "On Click Show Shades");
     filter_selected_ = tick("filter_selected", "Apply Colour Filter to Selected Colour");
     trim_poi_ = tick("trim_poi", "Trim POI Colours");
@@ -223,7 +223,7 @@ QWidget* PreferencesDialog::elements_pane() {
     point_seed_ = seed("point_seed");
     polygon_seed_ = seed("polygon_seed");
     line_seed_ = seed("line_seed");
-    extra_page_ = spin("extra_page", 0, 99999);
+    extra_page_ = ranged_spin("extra_page", 0, 99999);
     extra_hex_ = tick("extra_hex", "Extra Points as HEX");
     show_offsets_ = tick("show_offsets", "Show Offsets in TXT");
     garmin_types_ = tick("garmin_types", "Show Garmin Types in text");
@@ -249,7 +249,7 @@ QWidget* PreferencesDialog::elements_pane() {
 QWidget* PreferencesDialog::advanced_pane() {
     auto* pane = new QWidget;
     auto* form = new QFormLayout(pane);
-    scroll_sens_ = spin("scroll_sensitivity", -999, 999);
+    scroll_sens_ = ranged_spin("scroll_sensitivity", -999, 999);
     mouse_scroll_ = tick("mouse_scroll", "Enable Mouse Scroll");
     logs_ = tick("logs", "Enable Logs");
     daily_log_ = tick("daily_log", "New Log for Each Day");

@@ -102,7 +102,7 @@ bool has_custom_colours(const Lines& l) {
     return false;
 }
 
-int find_key(const Lines& l, const std::string& key) {
+int find_font_key(const Lines& l, const std::string& key) {
     for (size_t k = 0; k < key_end(l); ++k)
         if (key_of(l.items[k]) == key) return static_cast<int>(k);
     return -1;
@@ -123,14 +123,14 @@ bool extended_yes(Lines& l) {
 
 std::string font_style_of(const std::string& section) {
     const Lines l = split(section);
-    const int at = find_key(l, "fontstyle");
+    const int at = find_font_key(l, "fontstyle");
     return at < 0 ? std::string() : value_of(l.items[static_cast<size_t>(at)]);
 }
 
 SectionChange convert_font(std::string& section, int option, const std::string& style) {
     Lines l = split(section);
     SectionChange r;
-    r.had = find_key(l, "fontstyle") >= 0;
+    r.had = find_font_key(l, "fontstyle") >= 0;
     const std::string line = "FontStyle=" + style;
     switch (option) {
     case k_font_remove: {
@@ -140,7 +140,7 @@ SectionChange convert_font(std::string& section, int option, const std::string& 
             if (k >= end || key_of(l.items[k]) != "fontstyle") kept.push_back(l.items[k]);
         l.items = std::move(kept);
         if (!has_custom_colours(l)) {
-            const int ext = find_key(l, "extendedlabels");
+            const int ext = find_font_key(l, "extendedlabels");
             if (ext >= 0) l.items[static_cast<size_t>(ext)] = "ExtendedLabels=N";
         }
         break;
@@ -189,7 +189,7 @@ SectionChange convert_colours(std::string& section, int option, const std::strin
     }
     l.items = std::move(kept);
     const bool ext = extended_yes(l);
-    const bool styled = find_key(l, "fontstyle") >= 0;
+    const bool styled = find_font_key(l, "fontstyle") >= 0;
     if (first == std::string::npos) first = insert_point(l);
     std::vector<std::string> add;
     if (!ext) add.push_back("ExtendedLabels=Y");

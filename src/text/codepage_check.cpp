@@ -8,8 +8,6 @@ namespace korvex::text {
 
 namespace {
 
-constexpr int k_utf8 = 65001;
-
 }  // namespace
 
 bool chkcp(const model::Store& s, platform::Prompt& ui, bool ask) {

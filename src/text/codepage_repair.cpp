@@ -12,7 +12,6 @@ namespace korvex::text {
 
 namespace {
 
-constexpr int k_utf8 = 65001;
 constexpr int k_western = 1252;
 constexpr unsigned char k_high = 128;
 constexpr unsigned char k_continuation_end = 0xC0;  // UTF-8 continuation bytes lie below

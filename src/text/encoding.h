@@ -12,6 +12,9 @@ using model::Store;
 
 inline const std::string bom = "\xEF\xBB\xBF";
 
+// The code page number of UTF-8.
+inline constexpr int k_utf8 = 65001;
+
 // Code page of a string language byte.
 int lang_cp(const Store& s, int id);
 

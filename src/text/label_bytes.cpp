@@ -3,12 +3,12 @@
 #include <algorithm>
 
 #include "platform/codepage.h"
+#include "text/encoding.h"
 
 namespace korvex::text {
 
 namespace {
 
-constexpr int k_utf8 = 65001;
 constexpr char32_t k_replacement = 0xFFFD;
 
 // Pages of one or two bytes a character: a lone byte of them says nothing.

@@ -18,7 +18,6 @@ using namespace reader;
 namespace {
 
 constexpr int k_max_width = 31;
-constexpr int32_t k_active_header = 174;
 const std::string k_row_ones(32, '1');
 const std::string k_row_zeros(32, '0');
 

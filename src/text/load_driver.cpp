@@ -13,6 +13,7 @@
 #include "text/encoding.h"
 #include "text/point_reader.h"
 #include "text/polygon_line_reader.h"
+#include "text/replace_all.h"
 #include "typ/curf_access.h"
 #include "typ/draw_order.h"
 
@@ -25,27 +26,11 @@ using typ::find_caseless;
 using typ::lower;
 using typ::upper;
 
-// A header long enough for the active-line section.
-constexpr int32_t k_active_header = 174;
-
 std::string trim(const std::string& t) {
     size_t a = 0, b = t.size();
     while (a < b && (t[a] == ' ' || t[a] == '\t' || t[a] == '\r' || t[a] == '\n')) ++a;
     while (b > a && (t[b - 1] == ' ' || t[b - 1] == '\t' || t[b - 1] == '\r' || t[b - 1] == '\n')) --b;
     return t.substr(a, b - a);
-}
-
-void replace_all(std::string& text, const std::string& from, const std::string& to) {
-    if (from.empty() || text.find(from) == std::string::npos) return;
-    std::string out;
-    out.reserve(text.size());
-    size_t pos = 0;
-    for (size_t p; (p = text.find(from, pos)) != std::string::npos; pos = p + from.size()) {
-        out.append(text, pos, p - pos);
-        out += to;
-    }
-    out.append(text, pos, std::string::npos);
-    text = std::move(out);
 }
 
 // A section marker in a comment line (";[_line]", but also "; Section

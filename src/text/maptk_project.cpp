@@ -7,15 +7,16 @@
 #include <algorithm>
 #include <vector>
 
+#include "model/crlf.h"
 #include "platform/files.h"
 #include "text/load_driver.h"
+#include "text/replace_all.h"
 #include "typ/curf_access.h"
 
 namespace korvex::text {
 
 namespace {
 
-constexpr const char* k_crlf = "\r\n";
 // Symbols a pixel beyond this many colours: two characters.
 constexpr size_t k_one_char_colours = 64;
 constexpr int k_symbols_a_char = 64;
@@ -34,10 +35,6 @@ struct Section {
     int strings = 0;
 };
 
-void replace_all(std::string& t, std::string_view from, std::string_view to) {
-    for (size_t p = t.find(from); p != std::string::npos; p = t.find(from, p + to.size())) t.replace(p, from.size(), to);
-}
-
 // A quoted picture line, with the project's ",0x" turned into " c #".
 std::string picture_text(std::string_view rest) {
     std::string v(rest);
@@ -47,7 +44,7 @@ std::string picture_text(std::string_view rest) {
 
 std::string quoted(const std::string& v) { return "\"" + v + "\""; }
 
-std::string trim(std::string_view t) {
+std::string trim_blanks(std::string_view t) {
     size_t a = 0, b = t.size();
     while (a < b && (t[a] == ' ' || t[a] == '\t')) ++a;
     while (b > a && (t[b - 1] == ' ' || t[b - 1] == '\t')) --b;
@@ -183,8 +180,8 @@ void parse_prj(PrjTranslation& t, platform::Prompt& ui, std::string_view block, 
 
         if (low[0] == '[') {
             std::string marker;
-            const Kind kind = section_kind(trim(low), marker);
-            if (kind != Kind::none || trim(low) == "[end]") {
+            const Kind kind = section_kind(trim_blanks(low), marker);
+            if (kind != Kind::none || trim_blanks(low) == "[end]") {
                 close_id();
                 close_section(sec, t, out);
                 sec.kind = kind;
@@ -194,7 +191,7 @@ void parse_prj(PrjTranslation& t, platform::Prompt& ui, std::string_view block, 
         }
         if (low.rfind("familyid=", 0) == 0 || low.rfind("product=", 0) == 0) {
             const bool fid = low[0] == 'f';
-            const std::string value = trim(rest(fid ? 9 : 8));
+            const std::string value = trim_blanks(rest(fid ? 9 : 8));
             const std::string key = fid ? "FID=" + value : "ProductCode=" + (value.empty() ? std::string("1") : value);
             if (sec.kind == Kind::none && !in_id) {
                 out += std::string("[_id]") + k_crlf;
@@ -209,10 +206,10 @@ void parse_prj(PrjTranslation& t, platform::Prompt& ui, std::string_view block, 
             continue;
         }
         if (low.rfind("type=", 0) == 0) {
-            sec.type = trim(rest(5));
+            sec.type = trim_blanks(rest(5));
             sec.lines += line + k_crlf;
         } else if (low.rfind("textsize=", 0) == 0) {
-            const std::string n = trim(rest(9));
+            const std::string n = trim_blanks(rest(9));
             const bool known = n.size() == 1 && n[0] >= '0' && n[0] <= '4';
             sec.lines += std::string("FontStyle=") + (known ? k_font_styles[n[0] - '0'] : n.c_str()) + k_crlf;
             if (typ::lower(sec.lines).find("extendedlabels=") == std::string::npos)
@@ -228,7 +225,7 @@ void parse_prj(PrjTranslation& t, platform::Prompt& ui, std::string_view block, 
             sec.rows.push_back(picture_text(raw.substr(lead + 5)));
             sec.width = sec.rows.back().size();
         } else if (low.rfind("draworder=", 0) == 0) {
-            sec.draworder.push_back(trim(rest(10)));
+            sec.draworder.push_back(trim_blanks(rest(10)));
         } else {
             sec.lines += line + k_crlf;
         }
@@ -238,8 +235,8 @@ void parse_prj(PrjTranslation& t, platform::Prompt& ui, std::string_view block, 
 }
 
 void finish_prj(PrjTranslation& t, std::string& out) {
-    if (trim(t.draworder).empty()) return;
-    out += std::string("[_drawOrder]") + k_crlf + trim(t.draworder) + "[end]" + k_crlf;
+    if (trim_blanks(t.draworder).empty()) return;
+    out += std::string("[_drawOrder]") + k_crlf + trim_blanks(t.draworder) + "[end]" + k_crlf;
 }
 
 std::string translate_prj(platform::Prompt& ui, std::string_view project, size_t block_size) {

@@ -12,6 +12,7 @@
 #include "text/colour_check.h"
 #include "text/point_reader.h"
 #include "text/polygon_line_reader.h"
+#include "text/replace_all.h"
 #include "typ/curf_access.h"
 #include "workbench/type_range.h"
 
@@ -35,7 +36,7 @@ struct WorkLine {
     std::string low;  // lower-cased, tabs as blanks, trimmed, blanks around a key's "=" gone
 };
 
-bool has(const std::string& t, std::string_view w) { return t.find(w) != std::string::npos; }
+bool holds_text(const std::string& t, std::string_view w) { return t.find(w) != std::string::npos; }
 
 std::string trimmed(std::string_view t) {
     while (!t.empty() && std::isspace(static_cast<unsigned char>(t.front()))) t.remove_prefix(1);
@@ -151,10 +152,6 @@ bool row_exists(const Store& s, int cls, int32_t row) {
     }
 }
 
-void replace_all(std::string& t, std::string_view from, std::string_view to) {
-    for (size_t p = 0; (p = t.find(from, p)) != std::string::npos; p += to.size()) t.replace(p, from.size(), to);
-}
-
 class PanelCheck {
 public:
     PanelCheck(Store& s, platform::Prompt& ui, const std::string& panel, int cls, int32_t row, bool night)
@@ -249,12 +246,12 @@ bool PanelCheck::required_keys() {
     bool type = false, xpm = false, font = false, fontstyle = false;
     for (const WorkLine& w : all_) {
         if (w.low.rfind(";", 0) == 0) continue;  // a key in a comment is none
-        type = type || has(w.low, "type=") || (cls_ == model::k_extra_points && has(w.low, "id="));
-        xpm = xpm || has(w.low, "xpm=");
+        type = type || holds_text(w.low, "type=") || (cls_ == model::k_extra_points && holds_text(w.low, "id="));
+        xpm = xpm || holds_text(w.low, "xpm=");
         // A label may well speak of fonts.
         if (w.low.rfind("string", 0) != 0) {
-            font = font || has(w.low, "font");
-            fontstyle = fontstyle || has(w.low, "fontstyle");
+            font = font || holds_text(w.low, "font");
+            fontstyle = fontstyle || holds_text(w.low, "fontstyle");
         }
     }
     const char* missing = !type ? "No TYPE" : !xpm ? "No XPM" : (font && !fontstyle) ? "No FontStyle" : nullptr;
@@ -264,7 +261,7 @@ bool PanelCheck::required_keys() {
 
 // A point with a night picture is checked a picture at a time.
 void PanelCheck::cut_copy() {
-    const auto night_at = std::find_if(all_.begin(), all_.end(), [](const WorkLine& w) { return w.low.rfind(";", 0) != 0 && has(w.low, "nightxpm"); });
+    const auto night_at = std::find_if(all_.begin(), all_.end(), [](const WorkLine& w) { return w.low.rfind(";", 0) != 0 && holds_text(w.low, "nightxpm"); });
     if (night_at == all_.end()) {
         copy_ = all_;
         return;
@@ -290,7 +287,7 @@ bool PanelCheck::first_pass() {
             subtype_ = key_digits(low);
             continue;
         }
-        if (has(low, "xpm=")) {
+        if (holds_text(low, "xpm=")) {
             std::string head = low.substr(low.find("xpm=") + 4);
             std::erase(head, '"');
             fields_ = words(single_blanks(head));
@@ -303,7 +300,7 @@ bool PanelCheck::first_pass() {
             continue;
         }
         if (low[0] != '"') continue;
-        if (!has(low, " c ") || !rows_.empty()) {
+        if (!holds_text(low, " c ") || !rows_.empty()) {
             if (xpm_) rows_.push_back(&w);
             continue;
         }
@@ -412,10 +409,10 @@ bool PanelCheck::type_line() {
 bool PanelCheck::strings() {
     for (const WorkLine& w : copy_) {
         if (w.low.rfind("string", 0) != 0) continue;
-        if (!has(w.low, "=")) return refuse_box(lines_[w.at].text + "?", w.at);
+        if (!holds_text(w.low, "=")) return refuse_box(lines_[w.at].text + "?", w.at);
         const size_t comma = w.low.find(',');
         const bool numbered = w.low.size() > 6 && std::isdigit(static_cast<unsigned char>(w.low[6]));
-        if (comma == std::string::npos || !numbered || !has(w.low.substr(0, comma), "=0x")) {
+        if (comma == std::string::npos || !numbered || !holds_text(w.low.substr(0, comma), "=0x")) {
             out_.caption = "String syntax - error ignored.";
             out_.line = static_cast<int>(w.at);
         }
@@ -432,7 +429,7 @@ bool PanelCheck::label_keys() {
             std::string value = w.low.substr(10);
             value = value.substr(0, value.find_first_of(" ;("));
             if (!k_styles.count(value)) return refuse("unknown fontstyle", w.at);
-        } else if (has(w.low, "daycustomcolor") || has(w.low, "nightcustomcolor")) {
+        } else if (holds_text(w.low, "daycustomcolor") || holds_text(w.low, "nightcustomcolor")) {
             const ColourCheck checked = colour_check(lines_[w.at].text);
             if (!checked.valid) return refuse("Hex?", w.at);
             rewrite(w, checked.line);
@@ -486,10 +483,10 @@ bool PanelCheck::apply() {
         if (width_ == 0) {
             // LineWidth= gives the width exactly as lwidth(= does.
             const bool width = std::any_of(all_.begin(), all_.end(), [](const WorkLine& w) {
-                return has(w.low, "lwidth(=") || w.low.rfind("linewidth=", 0) == 0;
+                return holds_text(w.low, "lwidth(=") || w.low.rfind("linewidth=", 0) == 0;
             });
             if (!width) return refuse(std::string("Error:") + "lwidth(", xpm_ ? xpm_->at : 0);
-            const bool border = std::any_of(all_.begin(), all_.end(), [](const WorkLine& w) { return has(w.low, "borderwidth="); });
+            const bool border = std::any_of(all_.begin(), all_.end(), [](const WorkLine& w) { return holds_text(w.low, "borderwidth="); });
             if (!border) out_.caption = "No Borderwidth . Will continue";
         }
         // The line reader takes an active line's default activity from the class on show.

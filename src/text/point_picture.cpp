@@ -10,8 +10,6 @@ namespace korvex::text {
 
 namespace point_text {
 
-const char* const k_crlf = "\r\n";
-
 namespace {
 
 using typ::lower;
@@ -191,7 +189,6 @@ std::vector<std::string> unknown_symbols(const std::vector<std::string_view>& ro
 }  // namespace point_text
 
 using point_text::holds;
-using point_text::k_crlf;
 
 void PointSymbols::add(std::string_view symbol) {
     const size_t keys = cpp == 2 ? 65536 : 256;

@@ -7,10 +7,9 @@
 #include <vector>
 
 #include "text/point_reader.h"
+#include "model/crlf.h"
 
 namespace korvex::text::point_text {
-
-extern const char* const k_crlf;
 
 std::string_view trim_view(std::string_view t);
 bool holds(std::string_view text, std::string_view word);

@@ -250,7 +250,6 @@ bool idle_custom_colour(const std::string& low) {
 }  // namespace reader
 
 using reader::has;
-using reader::k_crlf;
 
 std::string reducl(const std::string& colours, int n) {
     std::string out;

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "model/store.h"
+#include "model/crlf.h"
 #include "platform/prompt.h"
 
 namespace korvex::text {
@@ -26,10 +27,11 @@ std::string reducl(const std::string& colours, int n);
 // Activity code ("40".."52") of an Activity= value; "40" when no name matches.
 std::string activity_code(const std::string& value);
 
+// The header length of a file with active lines.
+inline constexpr int32_t k_active_header = 174;
+
 // Pieces shared by the two readers.
 namespace reader {
-
-inline constexpr const char* k_crlf = "\r\n";
 
 bool has(std::string_view text, std::string_view word);
 bool blank(char c);

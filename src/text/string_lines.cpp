@@ -9,7 +9,7 @@ namespace korvex::text {
 
 namespace {
 
-std::string lower(std::string t) {
+std::string lower_copy(std::string t) {
     for (char& c : t) c = static_cast<char>(c >= 'A' && c <= 'Z' ? c + 32 : c);
     return t;
 }
@@ -28,8 +28,8 @@ std::string strings_to_pages(const model::Store& s, const std::string& utf8) {
         pos = end;
         const size_t start = piece.find_first_not_of(" \t");
         const size_t comma = piece.find(',');
-        const size_t x = lower(piece).find("0x");
-        if (start == std::string::npos || lower(piece.substr(start, 6)) != "string" || comma == std::string::npos ||
+        const size_t x = lower_copy(piece).find("0x");
+        if (start == std::string::npos || lower_copy(piece.substr(start, 6)) != "string" || comma == std::string::npos ||
             x == std::string::npos || x > comma) {
             out += piece;
             continue;
@@ -40,6 +40,16 @@ std::string strings_to_pages(const model::Store& s, const std::string& utf8) {
         out += piece.substr(0, comma + 1);
         out += platform::recode(piece.substr(comma + 1, body_end - comma - 1), 65001, lang_cp(s, lang));
         out += piece.substr(body_end);
+    }
+    return out;
+}
+
+std::string with_crlf(const std::string& text) {
+    std::string out;
+    out.reserve(text.size() + text.size() / 16);
+    for (size_t i = 0; i < text.size(); ++i) {
+        if (text[i] == '\n' && (i == 0 || text[i - 1] != '\r')) out += '\r';
+        out += text[i];
     }
     return out;
 }

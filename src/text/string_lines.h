@@ -15,4 +15,8 @@ namespace korvex::text {
 // (text_writer.h).
 std::string strings_to_pages(const model::Store& s, const std::string& utf8);
 
+// Every bare LF made CR LF, as widgets and clipboards of other systems give
+// them; CR LF stays.
+std::string with_crlf(const std::string& text);
+
 }  // namespace korvex::text

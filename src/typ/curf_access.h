@@ -6,6 +6,7 @@
 #include <initializer_list>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "model/store.h"
 
@@ -94,6 +95,16 @@ private:
     size_t window_ = 0;         // length of the shortest needle
     uint8_t shift_[256] = {};   // by the window's last byte: places no needle can start
 };
+
+// The lines joined by CR LF, without one after the last.
+inline std::string join_lines(const std::vector<std::string>& lines) {
+    std::string out;
+    for (size_t k = 0; k < lines.size(); ++k) {
+        if (k) out += "\r\n";
+        out += lines[k];
+    }
+    return out;
+}
 
 // Calls f with each line of text that is not empty, without its CR LF.
 template <class F>

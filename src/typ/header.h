@@ -13,6 +13,12 @@ namespace korvex::typ {
 
 using model::Store;
 
+// A colour in a record: blue, green, red.
+constexpr int k_colour_bytes = 3;
+// Polygon and line index records grow to 3-byte offsets above this many
+// elements.
+constexpr int32_t k_wide_index_count = 300;
+
 namespace hdr {
 constexpr int k_min = 91;        // plain header
 constexpr int k_extra = 110;     // blocks 0 and 1

@@ -47,15 +47,6 @@ std::vector<std::string> split_lines(const std::string& text) {
     return out;
 }
 
-std::string join_lines(const std::vector<std::string>& lines) {
-    std::string out;
-    for (size_t i = 0; i < lines.size(); ++i) {
-        if (i) out += "\r\n";
-        out += lines[i];
-    }
-    return out;
-}
-
 std::string_view trim_view(std::string_view t) {
     size_t a = 0, b = t.size();
     while (a < b && (t[a] == ' ' || t[a] == '\t' || t[a] == '\r' || t[a] == '\n')) ++a;

@@ -28,6 +28,7 @@
 #include <cmath>
 #include <vector>
 
+#include "model/crlf.h"
 #include "typ/curf_access.h"
 #include "typ/decoder.h"
 #include "typ/extended_sections.h"
@@ -43,13 +44,10 @@ namespace {
 constexpr int k_flag2_labels = 1;
 constexpr int k_flag2_fixed_orientation = 2;
 constexpr int k_flag2_font = 4;
-constexpr int k_colour_bytes = 3;
 constexpr int k_row_bytes = 4;
 constexpr int k_max_rows = 31;
-constexpr int32_t k_wide_index_count = 300;
 constexpr int k_active_recsize = 4;
 
-const char* const k_crlf = "\r\n";
 constexpr std::string_view k_row_of_ones = "11111111111111111111111111111111";
 constexpr std::string_view k_row_of_zeros = "00000000000000000000000000000000";
 
@@ -215,7 +213,7 @@ void finish_line(Store& s, int64_t pos, int32_t n, int flag2, int32_t off, int32
 
 int32_t index_code_of(const Store& s, int32_t n) { return row_code(s, model::k_lines, n); }
 
-std::string head_lines(const Store& s, int32_t n, int flag, const std::string& type) {
+std::string line_head_lines(const Store& s, int32_t n, int flag, const std::string& type) {
     std::string out;
     out.reserve(256);
     out += "[_line] ";
@@ -250,7 +248,7 @@ std::string line_type_text(int32_t code) {
 void line_no_bmp(Store& s, int64_t pos, int32_t n, int flag, int32_t size) {
     LineDecode d;
     const std::string type = line_type_text(index_code_of(s, n));
-    d.keys = head_lines(s, n, flag, type);
+    d.keys = line_head_lines(s, n, flag, type);
     const int flag2 = curf_byte(s, pos + 1);
     d.scheme = flag & 7;
     d.rows = 0;
@@ -288,7 +286,7 @@ void line_bmp(Store& s, int64_t pos, int32_t n, int flag, int32_t size) {
     const auto r = static_cast<size_t>(n);
     LineDecode d;
     const std::string type = line_type_text(index_code_of(s, n));
-    d.keys = head_lines(s, n, flag, type);
+    d.keys = line_head_lines(s, n, flag, type);
     const int flag2 = curf_byte(s, pos + 1);
     d.scheme = flag & 7;
     d.rows = flag >> 3;

@@ -7,6 +7,8 @@
 #include <cstring>
 #include <string_view>
 
+#include "model/crlf.h"
+
 namespace korvex::typ::point_detail {
 
 constexpr int k_flag_day = 1;
@@ -15,8 +17,6 @@ constexpr int k_flag_labels = 4;
 constexpr int k_flag_font = 8;
 constexpr int k_head_bytes = 5;      // flag, width, height, colours, mode
 constexpr int k_full_palette = 256;  // a colour byte of 0 can mean 256 colours
-
-inline const char* const k_crlf = "\r\n";
 
 // Position of a lower-case word in text, in any case; npos when absent.
 // Element texts run to many kilobytes of colour lines, so the search looks

@@ -53,7 +53,7 @@ XpmHead parse_head(std::string_view line) {
 
 // Calls f(line) for every line of a text, the line without its line end.
 template <class F>
-void for_each_line(std::string_view text, F&& f) {
+void for_every_line(std::string_view text, F&& f) {
     size_t pos = 0;
     while (pos < text.size()) {
         size_t end = text.find('\n', pos);
@@ -257,7 +257,7 @@ void append_colour(std::string& out, const TableLine& line) {
 // The key lines of an element's text: its colour lines are no labels.
 std::string key_lines(std::string_view text) {
     std::string out;
-    for_each_line(text, [&out](std::string_view line) {
+    for_every_line(text, [&out](std::string_view line) {
         if (is_colour_line(line)) return;
         out.append(line);
         out += k_crlf;

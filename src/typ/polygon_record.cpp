@@ -25,6 +25,7 @@
 #include <cstring>
 #include <vector>
 
+#include "model/crlf.h"
 #include "typ/curf_access.h"
 #include "typ/decoder.h"
 #include "typ/draw_order.h"
@@ -36,32 +37,18 @@ namespace korvex::typ {
 
 namespace {
 
-constexpr int k_flag_labels = 16;
-constexpr int k_flag_font = 32;
-constexpr int k_colour_bytes = 3;
+constexpr int k_polygon_flag_labels = 16;
+constexpr int k_polygon_flag_font = 32;
 constexpr int k_bitmap_bytes = 128;
 constexpr int k_bitmap_side = 32;
 // A record of this size or less is too short for the third colour of schemes
 // 11 and 13.
 constexpr int k_third_colour_min_size = 27;
-// Index records grow to 3-byte offsets above this many polygons.
-constexpr int32_t k_wide_index_count = 300;
-
-const char* const k_crlf = "\r\n";
 
 std::string palette_line(int digit, const std::string& value) {
     std::string out;
     out.reserve(value.size() + 6);
     append_palette_line(out, digit, value);
-    return out;
-}
-
-std::string join_lines(const std::vector<std::string>& lines) {
-    std::string out;
-    for (size_t k = 0; k < lines.size(); ++k) {
-        if (k) out += k_crlf;
-        out += lines[k];
-    }
     return out;
 }
 
@@ -103,20 +90,20 @@ std::string read_labels_and_font(Store& s, int64_t pos, int32_t n, int flag, int
                                  std::string& label, std::string& dayc) {
     const auto r = static_cast<size_t>(n);
     std::string keys;
-    if (flag & k_flag_labels) {
+    if (flag & k_polygon_flag_labels) {
         DecodedLabels d = decode_labels(s, pos, off, model::k_polygons, s.pg_len[r], s.pg_typ[r]);
         keys += d.lines;
         label = d.label;
         off = d.next;
     }
-    if (flag & k_flag_font) {
+    if (flag & k_polygon_flag_font) {
         DecodedFont f = chk_fontcc(s, pos + off, true, true, model::k_polygons, s.pg_typ[r]);
         keys += f.lines;
         off += f.consumed;
         if (f.day_line) dayc = f.colours.substr(0, 6);
     }
     // The font lines start with the key; only label texts need the search.
-    if (!(flag & k_flag_font) && !contains_caseless(keys, "extendedlabels"))
+    if (!(flag & k_polygon_flag_font) && !contains_caseless(keys, "extendedlabels"))
         keys += std::string("ExtendedLabels=N") + k_crlf;
     return keys;
 }
@@ -150,7 +137,7 @@ void store_polygon(Store& s, int32_t n, int scheme, const std::string& head_and_
     if (night) ++s.pg_nnight;
 }
 
-std::string head_lines(const Store& s, int32_t n) {
+std::string polygon_head_lines(const Store& s, int32_t n) {
     std::string out;
     out.reserve(256);
     out += "[_polygon]";
@@ -176,7 +163,7 @@ void bitmap_text(Store& s, int64_t pos, std::string& out) {
 // Scheme 6: flag | colour 0 | [labels] | [font]
 void polygon_no_bmp(Store& s, int64_t pos, int64_t dblk, int32_t n, int flag) {
     const auto r = static_cast<size_t>(n);
-    std::string text = head_lines(s, n) + comment_lines(s, pos, dblk, n, flag);
+    std::string text = polygon_head_lines(s, n) + comment_lines(s, pos, dblk, n, flag);
     const std::vector<std::string> palette{palette_line(0, colour_at(s, pos + 1))};
     int32_t off = 1 + k_colour_bytes;
     std::string label, dayc;
@@ -189,7 +176,7 @@ void polygon_no_bmp(Store& s, int64_t pos, int64_t dblk, int32_t n, int flag) {
 void polygon_bmp(Store& s, int64_t pos, int64_t dblk, int32_t n, int flag) {
     const auto r = static_cast<size_t>(n);
     int scheme = flag & 15;
-    std::string text = head_lines(s, n) + comment_lines(s, pos, dblk, n, flag);
+    std::string text = polygon_head_lines(s, n) + comment_lines(s, pos, dblk, n, flag);
 
     // Colours in file order.
     const int32_t size = s.pg_len[r];
@@ -280,8 +267,8 @@ std::string encode_polygon_record(Store& s, int32_t n) {
 
     const EncodedLabels labels = encode_labels(s, s.pg_txt[r], model::k_polygons);
     int flag = scheme;
-    if (labels.has_block()) flag |= k_flag_labels;
-    if (labels.has_font()) flag |= k_flag_font;
+    if (labels.has_block()) flag |= k_polygon_flag_labels;
+    if (labels.has_font()) flag |= k_polygon_flag_font;
 
     std::string out;
     out.reserve(1 + 4 * k_colour_bytes + k_bitmap_bytes + labels.block.size() + labels.font.size());

@@ -2,6 +2,7 @@
 
 #include <cctype>
 
+#include "model/crlf.h"
 #include "text/text_writer.h"
 #include "typ/curf_access.h"
 #include "workbench/draworder_entries.h"
@@ -12,9 +13,7 @@ namespace korvex::workbench {
 
 namespace {
 
-constexpr const char* k_crlf = "\r\n";
-
-std::string trimmed_lower(std::string_view line) {
+std::string trimmed_lower_line(std::string_view line) {
     size_t a = 0, b = line.size();
     while (a < b && (line[a] == ' ' || line[a] == '\t')) ++a;
     while (b > a && (line[b - 1] == ' ' || line[b - 1] == '\t' || line[b - 1] == '\r')) --b;
@@ -102,7 +101,7 @@ Clip read_clip(const std::string& text) {
         std::string_view line(text.data() + pos, end - pos);
         pos = end + 1;
         if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
-        const std::string low = trimmed_lower(line);
+        const std::string low = trimmed_lower_line(line);
         const int starts = marker_kind(low);
         if (starts >= 0) {
             close();

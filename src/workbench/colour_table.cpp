@@ -13,13 +13,13 @@ int hex_digit(char c) {
     return -1;
 }
 
-char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; }
+char lower_char(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; }
 
 size_t find_caseless(std::string_view text, std::string_view word, size_t from = 0) {
     if (word.size() > text.size()) return std::string_view::npos;
     for (size_t k = from; k + word.size() <= text.size(); ++k) {
         size_t j = 0;
-        while (j < word.size() && lower(text[k + j]) == word[j]) ++j;
+        while (j < word.size() && lower_char(text[k + j]) == word[j]) ++j;
         if (j == word.size()) return k;
     }
     return std::string_view::npos;

@@ -11,6 +11,7 @@
 #include "workbench/draworder_entries.h"
 #include "workbench/element_ops.h"
 #include "workbench/element_rows.h"
+#include "workbench/message_ids.h"
 #include "workbench/sort_rows.h"
 #include "workbench/type_key.h"
 
@@ -18,23 +19,7 @@ namespace korvex::workbench {
 
 namespace {
 
-enum Msg : int {
-    m_type_exists = 93,
-    m_not_replaced = 122,
-    m_no_number = 219,
-};
-
 // Each lone line feed becomes CR LF.
-std::string with_crlf(const std::string& text) {
-    std::string out;
-    out.reserve(text.size() + text.size() / 16);
-    for (size_t i = 0; i < text.size(); ++i) {
-        if (text[i] == '\n' && (i == 0 || text[i - 1] != '\r')) out += '\r';
-        out += text[i];
-    }
-    return out;
-}
-
 // An active line's section with its Activity= line set to the activity's
 // name; one is put behind the Type= line when it has none.
 std::string with_activity(const std::string& section, const std::string& code) {
@@ -114,7 +99,7 @@ int32_t ElementOps::paste_text(const std::string& text, bool utf8) { return past
 int32_t ElementOps::paste_clip(const std::string& raw, bool utf8) {
     if (blocked()) return -1;
     const int cls = s_.curclass;
-    const std::string text = with_crlf(raw);
+    const std::string text = text::with_crlf(raw);
     const Clip clip = read_clip(text);
     if (!clip.marked && text.find("[_") == std::string::npos) {
         ui_.message("No element to paste");
@@ -205,7 +190,7 @@ int32_t ElementOps::paste_act(int32_t row) {
     const std::string code = s_.ln_act[static_cast<size_t>(row)];
     std::string out = "krv3," + code + "\r\n";
     size_t pos = 0;
-    text = with_crlf(text);
+    text = text::with_crlf(text);
     while (pos < text.size()) {
         size_t end = text.find('\n', pos);
         end = end == std::string::npos ? text.size() : end + 1;

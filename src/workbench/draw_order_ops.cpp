@@ -7,24 +7,12 @@
 
 #include "typ/curf_access.h"
 #include "workbench/draw_order_model.h"
+#include "workbench/message_ids.h"
 #include "workbench/selection.h"
 
 namespace korvex::workbench {
 
 namespace {
-
-constexpr int m_no_data = 3;
-constexpr int m_not_found = 14;
-constexpr int m_no_draworder = 37;
-constexpr int m_invalid_type = 95;
-constexpr int m_subtypes = 96;
-constexpr int m_no_subtype_levels = 133;
-constexpr int m_invalid_draworder = 134;
-constexpr int m_has_draworder = 210;
-constexpr int m_replace_placeholder = 211;
-constexpr int m_none_found = 224;
-constexpr int m_please_select = 270;
-constexpr int m_select_hint = 274;
 
 constexpr int k_min_level_limit = 99;
 constexpr int k_max_type = 0x1ff, k_max_subtype = 0x1f, k_first_extended = 0x100;
@@ -35,7 +23,7 @@ bool is_digits(const std::string& t) {
     return !t.empty() && std::all_of(t.begin(), t.end(), [](char c) { return std::isdigit(static_cast<unsigned char>(c)); });
 }
 
-bool is_hex(const std::string& t) {
+bool all_hex(const std::string& t) {
     return !t.empty() && std::all_of(t.begin(), t.end(), [](char c) { return std::isxdigit(static_cast<unsigned char>(c)); });
 }
 
@@ -210,11 +198,11 @@ bool edpol(model::Store& s, platform::Prompt& ui, const integration::Messages& m
     if (sub.size() > 2 && sub[0] == '0' && (sub[1] == 'x' || sub[1] == 'X')) sub.erase(0, 2);
     if (type.empty()) type = "00";
     if (sub.empty()) sub = "00";
-    if (!is_hex(type) || type.size() > 3 || typ::hex_value(type) > k_max_type) {
+    if (!all_hex(type) || type.size() > 3 || typ::hex_value(type) > k_max_type) {
         ui.message(m.get_msg(m_invalid_type) + type);
         return false;
     }
-    if (!is_hex(sub) || sub.size() > 2) {
+    if (!all_hex(sub) || sub.size() > 2) {
         ui.message(m.get_msg(m_invalid_type) + sub);
         return false;
     }

@@ -7,6 +7,7 @@
 #include "typ/extended_sections.h"
 #include "workbench/draworder_entries.h"
 #include "workbench/element_rows.h"
+#include "workbench/message_ids.h"
 #include "workbench/row_ops.h"
 #include "workbench/sort_rows.h"
 #include "workbench/type_key.h"
@@ -16,24 +17,13 @@ namespace korvex::workbench {
 
 namespace {
 
-// Message numbers of the catalogue used here.
-enum Msg : int {
-    m_reload_to_undo = 55,
-    m_bitmap_sizes = 63,
-    m_continue = 72,
-    m_type_exists = 93,
-    m_changed_type = 178,
-    m_to = 187,
-    m_please_select = 270,
-};
-
 constexpr int k_max_point_side = 128;
 constexpr int k_max_level = 256;
 constexpr int64_t k_max_extra_id = 0xffff;
 constexpr size_t k_extra_id_digits = 4;
 constexpr int k_activities = 6;
 
-const char* class_word(int cls) {
+const char* class_heading(int cls) {
     switch (cls) {
     case model::k_polygons: return "Polygon.";
     case model::k_lines:
@@ -94,7 +84,7 @@ std::vector<std::string> check_form(const model::Store& s, const NewElementForm&
     const bool no_number = (!digits.empty() && !all_of(digits, "ABCDEFabcdef0123456789")) || digits.size() > 5;
     std::vector<std::string> out = no_number ? std::vector<std::string>{"Invalid type."} : chktype(digits, f.cls);
     if (!out.empty()) {
-        out.back() += std::string("\r\n") + class_word(f.cls);
+        out.back() += std::string("\r\n") + class_heading(f.cls);
         return out;
     }
     const int32_t code = type_code(digits);
@@ -107,7 +97,7 @@ std::vector<std::string> check_form(const model::Store& s, const NewElementForm&
     } else {
         exists = TypeIndex(s, f.cls).has(code);
     }
-    if (exists) return {msgs.get_msg(m_type_exists) + "\r\n" + class_word(f.cls)};
+    if (exists) return {msgs.get_msg(m_type_exists) + "\r\n" + class_heading(f.cls)};
     if (f.cls == model::k_polygons && (f.level < 0 || f.level >= k_max_level)) return {"Draworder < 256 "};
     if (f.cls == model::k_points &&
         (f.width < 1 || f.height < 1 || f.width > k_max_point_side || f.height > k_max_point_side))

@@ -19,7 +19,7 @@ namespace {
 constexpr int k_side = 32;           // polygon tiles and line rows are 32 pixels wide
 using typ::k_symbol_base;             // "$", the symbol of colour 0 in point rows
 constexpr int k_symbol_span = 16;    // second character of a two-character symbol
-constexpr int k_max_point_side = 255;  // a point record holds each side in a byte
+constexpr int k_max_stored_point_side = 255;  // a point record holds each side in a byte
 
 // One row of a CR LF list at a time, without its line end.
 class Rows {
@@ -305,7 +305,7 @@ Raster paintpoi(model::Store& s, int32_t row, uint32_t background, bool night) {
     if (malformed_head(head)) return {};
     const int w = head[0], h = head[1];
     if (w <= 0 || h <= 0) return {};
-    if (w > k_max_point_side || h > k_max_point_side) {
+    if (w > k_max_stored_point_side || h > k_max_stored_point_side) {
         model::note_once(s, type + " Xpm head unreadable");
         return {};
     }

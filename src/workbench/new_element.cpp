@@ -7,6 +7,7 @@
 #include "workbench/draworder_entries.h"
 #include "workbench/element_ops.h"
 #include "workbench/element_rows.h"
+#include "workbench/message_ids.h"
 #include "workbench/new_sections.h"
 #include "workbench/sort_rows.h"
 #include "workbench/type_key.h"
@@ -15,17 +16,10 @@ namespace korvex::workbench {
 
 namespace {
 
-enum Msg : int {
-    m_no_level_at_0x100 = 135,
-    m_default_activities = 198,
-    m_no_number = 219,
-};
-
 constexpr int32_t k_type_without_levels = 0x100;
 
 constexpr int32_t k_active_header = 174;
 constexpr int32_t k_extra_header = 164;
-constexpr int k_tile = 32;
 // The default active lines: type and activities, in this order.
 constexpr const char* k_default_type = "00100";
 constexpr const char* k_default_activities[] = {"40", "50", "41", "51", "42", "52"};

@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "model/crlf.h"
 #include "workbench/element_ops.h"
 #include "workbench/type_key.h"
 
@@ -9,10 +10,8 @@ namespace korvex::workbench {
 
 namespace {
 
-constexpr int k_tile = 32;
 constexpr int k_new_line_width = 3;
 constexpr int k_new_line_border = 1;
-constexpr const char* k_crlf = "\r\n";
 constexpr const char* k_ruler = ";12345678901234567890123456789012";
 
 // A settings colour (red in the low byte) as RRGGBB.

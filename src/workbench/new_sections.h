@@ -9,6 +9,9 @@
 
 namespace korvex::workbench {
 
+// The side of a new polygon's pattern and a new point's picture.
+constexpr int k_tile = 32;
+
 // The two default colours of new icons from the settings, background then
 // foreground, RRGGBB each. Two equal settings (never set) give white and black.
 struct IconColours {

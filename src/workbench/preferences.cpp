@@ -5,13 +5,13 @@
 #include <utility>
 
 #include "platform/files.h"
+#include "workbench/browser.h"
 
 namespace korvex::workbench {
 namespace {
 
 constexpr int32_t k_magenta = 0xFF11FF;
 constexpr int32_t k_light_grey = 0xF0F0F0;  // rgb(240,240,240)
-constexpr int k_custom_min = 250, k_custom_max = 1500;
 
 // The dialog shows a polygon or line seed as its type digits: "00100" is
 // "001"; the subtype digits come back when the seed is used.

@@ -1,4 +1,5 @@
 #include "workbench/save_checks.h"
+#include "workbench/message_ids.h"
 
 #include <string>
 #include <utility>
@@ -6,15 +7,6 @@
 namespace korvex::workbench {
 
 namespace {
-
-enum Msg : int {
-    m_enter_fid = 15,
-    m_enter_pid = 16,
-    m_valid_codepage = 19,
-    m_valid_fid = 20,
-    m_fid_too_big = 21,
-    m_valid_pid = 22,
-};
 
 constexpr long k_largest_id = 65535;
 

@@ -13,7 +13,7 @@ constexpr int k_msg_not_found = 14, k_msg_too_short = 247;
 // last_hit_ after a search ran to the end: the next one starts at the top.
 constexpr int k_from_top = -2;
 
-std::string trimmed_lower(const std::string& text) {
+std::string trimmed_lower_text(const std::string& text) {
     const size_t a = text.find_first_not_of(" \t\r\n");
     if (a == std::string::npos) return {};
     const size_t b = text.find_last_not_of(" \t\r\n");
@@ -55,7 +55,7 @@ bool extra_matches(const model::Store& s, int32_t row, std::string t, bool hex) 
 
 SearchResult Browser::search(const model::Store& s, const std::string& text, bool types_only, bool garmin_only) {
     SearchResult r;
-    const std::string t = trimmed_lower(text);
+    const std::string t = trimmed_lower_text(text);
     if (t.empty()) return r;
     if (t.size() < 2) {
         r.msg = k_msg_too_short;

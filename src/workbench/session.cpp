@@ -19,6 +19,7 @@
 #include "typ/encoder.h"
 #include "workbench/draw_order_model.h"
 #include "workbench/load_options.h"
+#include "workbench/message_ids.h"
 #include "workbench/panel_notes.h"
 #include "workbench/pending.h"
 #include "workbench/theme.h"
@@ -29,24 +30,6 @@ using platform::Answer;
 
 namespace {
 
-// Message numbers of the catalogue used here.
-enum Msg : int {
-    m_save_changes = 2,
-    m_no_data = 3,
-    m_file_exists = 24,
-    m_replace = 25,
-    m_are_you_sure = 171,
-    m_enable_logs = 172,
-    m_no_log = 173,
-    m_extra_not_text = 228,
-    m_save_typ_first = 255,
-    m_save_utf8_or_change = 256,
-    m_click_apply = 257,
-    m_continue = 72,
-    m_typ_reload = 236,
-    m_labels_may_convert = 237,
-};
-
 // The grid turns to the smallest icons above this many elements.
 constexpr int32_t k_small_icons_above = 1200;
 // Files from this size on get the decoder's caution, and a short page list.
@@ -56,13 +39,13 @@ constexpr int k_large_page_size = 10;
 // Parts of a message that the user reads as paragraphs.
 std::string paragraphs(const std::string& a, const std::string& b) { return a + "\r\n\r\n" + b; }
 
-std::string lower(std::string t) {
+std::string lower_copy(std::string t) {
     for (char& c : t) c = static_cast<char>(c >= 'A' && c <= 'Z' ? c + 32 : c);
     return t;
 }
 
 bool ends_with_ci(const std::string& path, const std::string& ext) {
-    return path.size() >= ext.size() && lower(path.substr(path.size() - ext.size())) == ext;
+    return path.size() >= ext.size() && lower_copy(path.substr(path.size() - ext.size())) == ext;
 }
 
 std::string trim(const std::string& t) { return trim_field(t); }
@@ -83,7 +66,7 @@ std::string with_extension(const std::string& path, const std::string& from, con
 // name another folder.
 std::string dialog_path(const std::string& path) {
 #ifdef _WIN32
-    return lower(path);
+    return lower_copy(path);
 #else
     return path;
 #endif
@@ -471,7 +454,7 @@ bool Session::save(int entry) {
         const std::string proposed =
             typ::getcurf(s_) ? with_extension(s_.curfile, ".txt", ".typ") : std::string("*.typ");
         std::string name = dialogs_.save_file("Save File", {"Typ files (*.typ)"}, proposed);
-        if (const size_t at = lower(name).rfind(".typ"); at != std::string::npos) name.resize(at + 4);
+        if (const size_t at = lower_copy(name).rfind(".typ"); at != std::string::npos) name.resize(at + 4);
         if (name.empty() || name.find('*') != std::string::npos) return false;
         if (!ends_with_ci(name, ".typ")) name += ".typ";
         if (!ask_replace(name)) return false;
@@ -608,16 +591,6 @@ void Session::set_text_pending(bool pending) {
 namespace {
 
 // A text widget ends its lines with LF alone; the columns keep CR LF.
-std::string with_crlf(const std::string& text) {
-    std::string out;
-    out.reserve(text.size() + text.size() / 16);
-    for (size_t i = 0; i < text.size(); ++i) {
-        if (text[i] == '\n' && (i == 0 || text[i - 1] != '\r')) out += '\r';
-        out += text[i];
-    }
-    return out;
-}
-
 // The panel shows String texts as UTF-8; a single-byte project keeps them
 // as bytes of their language's page.
 std::string panel_to_store(const model::Store& s, const std::string& panel) { return text::strings_to_pages(s, panel); }
@@ -630,7 +603,7 @@ bool Session::apply_code_panel(const std::string& panel, bool night) {
     if (cls == model::k_active_lines) row += s_.ln_n;
     if (cls == model::k_extra_points) row += s_.pt_n;
     const bool was_dirty = s_.dirty;
-    const text::PanelApply r = text::parsetext(s_, ui_, panel_to_store(s_, with_crlf(without_panel_notes(panel))), cls, row, night);
+    const text::PanelApply r = text::parsetext(s_, ui_, panel_to_store(s_, text::with_crlf(without_panel_notes(panel))), cls, row, night);
     if (!r.caption.empty()) view_.set_status(r.caption);
     if (!r.ok) {
         s_.dirty = was_dirty;

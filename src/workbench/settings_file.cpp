@@ -10,25 +10,25 @@
 
 #include "platform/environment.h"
 #include "platform/files.h"
+#include "workbench/browser.h"
 
 namespace korvex::workbench {
 namespace {
 
 // Languages the preferred-language list holds, 0x00 to 0x2e.
 constexpr int k_language_count = 47;
-constexpr int k_custom_min = 250, k_custom_max = 1500;
 constexpr int64_t k_min_width = 8400, k_min_height = 6900;
 constexpr int64_t k_panel_min = 500;
 constexpr const char* k_flags17 = "11111111111111111";
 
-std::string_view trim(std::string_view t) {
+std::string_view trim_view(std::string_view t) {
     const auto blank = [](char c) { return c == ' ' || c == '\t' || c == '\r'; };
     while (!t.empty() && blank(t.front())) t.remove_prefix(1);
     while (!t.empty() && blank(t.back())) t.remove_suffix(1);
     return t;
 }
 
-bool is_hex(std::string_view t) {
+bool hex_digits_only(std::string_view t) {
     if (t.empty()) return false;
     for (char c : t)
         if (!((c >= '0' && c <= '9') || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F'))) return false;
@@ -45,7 +45,7 @@ public:
     bool next(std::string_view& line) {
         if (done_) return false;
         const size_t lf = rest_.find('\n');
-        line = trim(rest_.substr(0, lf));
+        line = trim_view(rest_.substr(0, lf));
         if (lf == std::string_view::npos) {
             done_ = true;
             if (rest_.empty()) return false;  // a final line end is no line
@@ -190,7 +190,7 @@ AppSettings read_settings(std::string_view text, const AppSettings& base, const 
     for (std::string* seed : {&st.polygon_seed, &st.line_seed}) {
         std::string_view line;
         if (!in.next(line)) break;
-        *seed = is_hex(line) ? std::string(line) : "1";
+        *seed = hex_digits_only(line) ? std::string(line) : "1";
     }
     in.flag(st.show_font_colors, false);
     in.integer(st.editor_zoom);
@@ -308,7 +308,7 @@ std::string write_settings(const AppSettings& st) {
     out.str(st.label_font);
     out.str("WWW");
     // The codepage box shows "1252 West European"; the file keeps the number.
-    const std::string_view cp = trim(st.codepage_text);
+    const std::string_view cp = trim_view(st.codepage_text);
     const size_t digits = cp.find_first_not_of("0123456789");
     out.str(std::string(digits == 0 ? cp : cp.substr(0, digits)));
     out.number(st.background);
@@ -450,7 +450,7 @@ void settings_to_store(const AppSettings& st, model::Store& s) {
     s.opt.hdr_def = st.hdr_default;
     s.opt.strorder = st.lang_default != 0;
     int page = 0;
-    const std::string_view cp = trim(st.codepage_text);
+    const std::string_view cp = trim_view(st.codepage_text);
     const auto r = std::from_chars(cp.data(), cp.data() + cp.size(), page);
     if (r.ec == std::errc() && page > 0) s.opt.list_codepage = page;
 }

@@ -10,6 +10,7 @@
 #include "workbench/draworder_entries.h"
 #include "workbench/element_ops.h"
 #include "workbench/element_rows.h"
+#include "workbench/message_ids.h"
 #include "workbench/new_sections.h"
 #include "workbench/sort_rows.h"
 #include "workbench/type_key.h"
@@ -19,19 +20,17 @@ namespace korvex::workbench {
 
 namespace {
 
-enum Msg : int { m_sort_after_import = 268 };
-
 constexpr int k_import_point_side = 16;
 constexpr int k_import_level = 1;
 constexpr const char* k_not_in_style = "NOT in STYLE";
 
-std::string trim(const std::string& t) {
+std::string trim_line(const std::string& t) {
     const size_t a = t.find_first_not_of(" \r\n");
     if (a == std::string::npos) return {};
     return t.substr(a, t.find_last_not_of(" \r\n") - a + 1);
 }
 
-std::vector<std::string> split(const std::string& t, char sep) {
+std::vector<std::string> split_at(const std::string& t, char sep) {
     std::vector<std::string> out;
     size_t pos = 0;
     for (size_t p; (p = t.find(sep, pos)) != std::string::npos; pos = p + 1) out.push_back(t.substr(pos, p - pos));
@@ -44,7 +43,7 @@ void replace_all(std::string& t, const std::string& from, const std::string& to)
 }
 
 int class_of_word(const std::string& word) {
-    const std::string w = typ::lower(trim(word));
+    const std::string w = typ::lower(trim_line(word));
     if (w == "points") return model::k_points;
     if (w == "lines") return model::k_lines;
     if (w == "polygons") return model::k_polygons;
@@ -57,11 +56,11 @@ int class_of_word(const std::string& word) {
 bool wanted(const std::string& value, std::string& label) {
     const size_t eq = value.find('=');
     if (eq == std::string::npos) return false;
-    std::string v = trim(value.substr(eq + 1));
+    std::string v = trim_line(value.substr(eq + 1));
     v = v.substr(0, v.find("</"));
     const std::string low = typ::lower(v);
     if (low.empty() || low == "no" || low == "false") return false;
-    label = low == "yes" || low == "true" || low == "*" ? trim(value.substr(0, eq)) : v;
+    label = low == "yes" || low == "true" || low == "*" ? trim_line(value.substr(0, eq)) : v;
     return true;
 }
 
@@ -83,8 +82,8 @@ bool ElementOps::import_krv(platform::FileDialog& dialogs, const std::string& st
 // The elements of a type in the list get "NOT in STYLE" in their label.
 bool ElementOps::mark_not_in_style(int cls, const std::string& list) {
     std::unordered_set<int32_t> codes;
-    for (const std::string& item : split(list, ',')) {
-        const int32_t code = type_code(trim(item));
+    for (const std::string& item : split_at(list, ',')) {
+        const int32_t code = type_code(trim_line(item));
         if (code >= 0) codes.insert(code);
     }
     bool changed = false;
@@ -102,7 +101,7 @@ bool ElementOps::mark_not_in_style(int cls, const std::string& list) {
             end = end == std::string::npos ? section.size() : end + 1;
             std::string piece = section.substr(pos, end - pos);
             pos = end;
-            const std::string low = typ::lower(trim(piece));
+            const std::string low = typ::lower(trim_line(piece));
             if (!done && low.rfind("string", 0) == 0 && piece.find(',') != std::string::npos) {
                 piece.insert(piece.find(',') + 1, std::string(k_not_in_style) + " ");
                 done = true;
@@ -138,8 +137,8 @@ int ElementOps::import_krv_text(const std::string& raw) {
         if (!known[kind]) known[kind].emplace(s_, kind);
         return known[kind]->has(code);
     };
-    for (const std::string& raw_line : split(text, '\n')) {
-        const std::string line = trim(raw_line);
+    for (const std::string& raw_line : split_at(text, '\n')) {
+        const std::string line = trim_line(raw_line);
         if (line.empty() || stopped) continue;
         if (line.find("<Korvex>") != std::string::npos) continue;
         if (line.find("<2/>") != std::string::npos) cls = model::k_points;
@@ -159,8 +158,8 @@ int ElementOps::import_krv_text(const std::string& raw) {
         std::string word = line.substr(0, gt);
         if (!word.empty() && word[0] == '<') word.erase(0, 1);
         const int kind = class_of_word(word) >= 0 ? class_of_word(word) : cls;
-        const std::vector<std::string> values = split(line.substr(gt + 1), ',');
-        std::string type = trim(values[0].substr(0, values[0].find("</")));
+        const std::vector<std::string> values = split_at(line.substr(gt + 1), ',');
+        std::string type = trim_line(values[0].substr(0, values[0].find("</")));
         if (type.size() > 1 && type[0] == '0' && (type[1] == 'x' || type[1] == 'X')) type.erase(0, 2);
         const int32_t code = type_code(type);
         const std::string key = std::to_string(kind) + ":" + std::to_string(code) + ",";

@@ -3,6 +3,7 @@
 #include <cctype>
 #include <set>
 
+#include "model/crlf.h"
 #include "platform/files.h"
 #include "text/load_driver.h"
 #include "typ/curf_access.h"
@@ -12,20 +13,19 @@ namespace korvex::workbench {
 
 namespace {
 
-constexpr const char* k_crlf = "\r\n";
 // Trails and one extended type are drawn dashed, railways and one other striped.
 const std::set<int32_t> k_dashed = {0x1600, 0x1080c};
 const std::set<int32_t> k_striped = {0x1400, 0x10c00};
 constexpr int k_dashed_width = 2;
 constexpr int k_other_width = 4;
 
-std::string trim(const std::string& t) {
+std::string trim_white(const std::string& t) {
     const size_t a = t.find_first_not_of(" \t\r\n");
     if (a == std::string::npos) return {};
     return t.substr(a, t.find_last_not_of(" \t\r\n") - a + 1);
 }
 
-std::vector<std::string> split(const std::string& t, const std::string& sep) {
+std::vector<std::string> split_by(const std::string& t, const std::string& sep) {
     std::vector<std::string> out;
     size_t pos = 0;
     for (size_t p; (p = t.find(sep, pos)) != std::string::npos; pos = p + sep.size()) out.push_back(t.substr(pos, p - pos));
@@ -44,7 +44,7 @@ std::string colour_value(const std::string& piece) {
     if (close < end) end = close;
     const size_t gt = piece.find('>');
     if (gt < end) end = gt;
-    std::string v = trim(piece.substr(0, end));
+    std::string v = trim_white(piece.substr(0, end));
     return v.empty() ? std::string("0") : v;
 }
 
@@ -98,23 +98,23 @@ std::string theme_text(const std::string& theme, const std::string& table_text) 
     erase_all(list, "\"");
 
     std::vector<std::pair<std::string, std::string>> table;
-    for (std::string line : split(table_text, "\n")) {
-        line = trim(line);
+    for (std::string line : split_by(table_text, "\n")) {
+        line = trim_white(line);
         const size_t comma = line.find(',');
         if (line.empty() || line[0] == ';' || comma == std::string::npos) continue;
-        table.emplace_back(typ::upper(trim(line.substr(0, comma))), line.substr(comma + 1));
+        table.emplace_back(typ::upper(trim_white(line.substr(0, comma))), line.substr(comma + 1));
     }
 
     std::string order = "[_drawOrder]\r\n", polygons, lines;
     std::set<std::pair<bool, int32_t>> made;
-    const std::vector<std::string> entries = split(list, "<STYLE FIELD");
+    const std::vector<std::string> entries = split_by(list, "<STYLE FIELD");
     for (size_t k = 1; k < entries.size(); ++k) {
         const std::string& e = entries[k];
         const size_t eq = e.find('='), gt = e.find('>');
         if (eq == std::string::npos || gt == std::string::npos || gt < eq) continue;
         std::string name = e.substr(eq + 1, gt - eq - 1);
-        name = trim(name.substr(0, name.find("SCALE")));
-        name = trim(name.substr(0, name.find("BORDER")));
+        name = trim_white(name.substr(0, name.find("SCALE")));
+        name = trim_white(name.substr(0, name.find("BORDER")));
         std::string types;
         for (const auto& [n, t] : table)
             if (n == name) {
@@ -123,19 +123,19 @@ std::string theme_text(const std::string& theme, const std::string& table_text) 
             }
         if (name.empty() || types.empty()) continue;
         std::string c1 = "0", c2 = "0";
-        const std::vector<std::string> colour_parts = split(e, "<COLOR");
+        const std::vector<std::string> colour_parts = split_by(e, "<COLOR");
         if (colour_parts.size() > 1) {
-            const std::vector<std::string> hashes = split(colour_parts[1], "#");
+            const std::vector<std::string> hashes = split_by(colour_parts[1], "#");
             if (hashes.size() > 1) c1 = colour_value(hashes[1]);
             if (hashes.size() > 2) c2 = colour_value(hashes[2]);
         }
         const int colours = c2 == "0" ? 1 : 2;
-        std::vector<std::string> items = split(types, ",");
-        const bool is_line = !items.empty() && trim(items[0]) == "1";
+        std::vector<std::string> items = split_by(types, ",");
+        const bool is_line = !items.empty() && trim_white(items[0]) == "1";
         if (is_line) items.erase(items.begin());
         const int scale = attribute(e, "SCALE"), border = attribute(e, "BORDER");
         for (const std::string& item : items) {
-            std::string digits = trim(item);
+            std::string digits = trim_white(item);
             if (digits.size() > 1 && digits[0] == '0' && (digits[1] == 'X')) digits.erase(0, 2);
             const int32_t code = type_code(digits);
             if (code < 0 || !made.insert({is_line, code}).second) continue;

@@ -18,7 +18,7 @@ constexpr int32_t k_last_code = 0x1ff1f;       // the highest type any class tak
 constexpr int32_t k_point_seed_value = 0x6000;
 constexpr int32_t k_point_seed_max = 0x20000;
 
-bool is_hex(char c) { return std::isxdigit(static_cast<unsigned char>(c)) != 0; }
+bool is_hex_char(char c) { return std::isxdigit(static_cast<unsigned char>(c)) != 0; }
 
 // The hexadecimal digits of a type text: behind the first "x", else from the
 // first digit, blanks skipped.
@@ -27,7 +27,7 @@ std::string digits_of(const std::string& text) {
     at = at == std::string::npos ? 0 : at + 1;
     while (at < text.size() && (text[at] == ' ' || text[at] == '\t')) ++at;
     std::string d;
-    while (at < text.size() && is_hex(text[at]) && d.size() < 8) d += text[at++];
+    while (at < text.size() && is_hex_char(text[at]) && d.size() < 8) d += text[at++];
     return d;
 }
 

@@ -17,7 +17,7 @@ struct ClassRanges {
     const char* refusal;
 };
 
-constexpr long k_max_subtype = 0x1f;
+constexpr long k_max_subtype_value = 0x1f;
 
 // Ranges of the type part, subtype taken off.
 constexpr ClassRanges k_polygon{{0x1, 0x7f}, {0x100, 0x17f}, "Select range: 1 - 7F or 100 - 17F"};
@@ -59,7 +59,7 @@ std::vector<std::string> chktype(const std::string& type_text, int cls) {
     }
     const auto within = [type](Range r) { return type >= r.low && type <= r.high; };
     if (!within(ranges->first) && !within(ranges->second)) return {ranges->refusal, "Invalid type."};
-    if (subtype > k_max_subtype) return {"SubTypes must be between 0 and 1F."};
+    if (subtype > k_max_subtype_value) return {"SubTypes must be between 0 and 1F."};
     return {};
 }
 

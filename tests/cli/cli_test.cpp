@@ -22,7 +22,7 @@ struct CliRun {
 // Runs the tool through the shell; standard error is folded into out when
 // asked, else dropped.
 CliRun cli(const std::string& args, bool with_stderr = false, const std::string& env = "") {
-    std::string cmd = env + " '" + std::string(KORVEX_CLI_PATH) + "' " + args + (with_stderr ? " 2>&1" : " 2>/dev/null");
+    std::string cmd = env + " '" + korvex::testing::cli_path() + "' " + args + (with_stderr ? " 2>&1" : " 2>/dev/null");
     CliRun r;
     FILE* p = popen(cmd.c_str(), "r");
     if (!p) return r;

@@ -7,14 +7,17 @@
 #include "editor/shapes.h"
 #include "editor/tools.h"
 #include "editor/undo_history.h"
+#include "image_fixtures.h"
 
 namespace korvex::editor {
 namespace {
 
-constexpr uint32_t W = 0xFFFFFF, K = 0x000000, R = 0x0000FF;
+using fixtures::K;
+using fixtures::W;
+constexpr uint32_t R = 0x0000FF;
 
 // Pixel rows from a picture as characters: '.' entry 1, '#' entry 2, 'r' entry 3.
-std::string rows_of(const EditorSession& e) {
+std::string rows_as_marks(const EditorSession& e) {
     std::string out;
     for (int y = 0; y < e.height; ++y) {
         for (int x = 0; x < e.width; ++x) out += ".#rT"[e.pixels.at(x, y) & 3];
@@ -23,7 +26,7 @@ std::string rows_of(const EditorSession& e) {
     return out;
 }
 
-std::string rows_of(const Raster& r) {
+std::string rows_as_marks(const Raster& r) {
     std::string out;
     for (int y = 0; y < r.height(); ++y) {
         for (int x = 0; x < r.width(); ++x) out += r.at(x, y) == K ? '#' : '.';
@@ -32,7 +35,7 @@ std::string rows_of(const Raster& r) {
     return out;
 }
 
-EditorSession point(int w, int h) {
+EditorSession blank_point(int w, int h) {
     EditorSession e;
     e.curclass = 2;
     e.palette.colours = {W, K, R, k_transparent_magenta};
@@ -47,29 +50,29 @@ EditorSession point(int w, int h) {
 TEST(Shapes, LinesRectanglesEllipsesHaveExactPixels) {
     Raster r(6, 5, W);
     draw_line(r, 0, 0, 5, 2, K);
-    EXPECT_EQ(rows_of(r), "##....\n..##..\n....##\n......\n......\n");
+    EXPECT_EQ(rows_as_marks(r), "##....\n..##..\n....##\n......\n......\n");
 
     Raster p(5, 5, W);
     draw_line(p, 2, 2, 2, 2, K, 3);  // a 3-pixel pen around one point
-    EXPECT_EQ(rows_of(p), ".....\n.###.\n.###.\n.###.\n.....\n");
+    EXPECT_EQ(rows_as_marks(p), ".....\n.###.\n.###.\n.###.\n.....\n");
 
     Raster b(5, 4, W);
     draw_rectangle(b, 4, 3, 0, 0, K, false);  // corners in any order
-    EXPECT_EQ(rows_of(b), "#####\n#...#\n#...#\n#####\n");
+    EXPECT_EQ(rows_as_marks(b), "#####\n#...#\n#...#\n#####\n");
     Raster f(5, 4, W);
     draw_rectangle(f, 1, 1, 3, 2, K, true);
-    EXPECT_EQ(rows_of(f), ".....\n.###.\n.###.\n.....\n");
+    EXPECT_EQ(rows_as_marks(f), ".....\n.###.\n.###.\n.....\n");
 
     Raster e(7, 7, W);
     draw_ellipse(e, 0, 0, 6, 6, K, false);
-    EXPECT_EQ(rows_of(e), "..###..\n.#...#.\n#.....#\n#.....#\n#.....#\n.#...#.\n..###..\n");
+    EXPECT_EQ(rows_as_marks(e), "..###..\n.#...#.\n#.....#\n#.....#\n#.....#\n.#...#.\n..###..\n");
     Raster fe(7, 5, W);
     draw_ellipse(fe, 0, 0, 6, 4, K, true);
-    EXPECT_EQ(rows_of(fe), "..###..\n.#####.\n#######\n.#####.\n..###..\n");
+    EXPECT_EQ(rows_as_marks(fe), "..###..\n.#####.\n#######\n.#####.\n..###..\n");
     // An even box is symmetric too.
     Raster ev(6, 4, W);
     draw_ellipse(ev, 0, 0, 5, 3, K, false);
-    EXPECT_EQ(rows_of(ev), ".####.\n#....#\n#....#\n.####.\n");
+    EXPECT_EQ(rows_as_marks(ev), ".####.\n#....#\n#....#\n.####.\n");
     // Past the edge nothing is written and nothing breaks.
     Raster edge(3, 3, W);
     draw_ellipse(edge, -5, -5, 10, 10, K, true);
@@ -81,7 +84,7 @@ TEST(FloodFill, FillsTheConnectedRegionOfTheStartColourOnly) {
     Raster r(5, 5, W);
     draw_rectangle(r, 1, 1, 3, 3, K, false);
     EXPECT_EQ(flood_fill(r, 2, 2, K), 1);
-    EXPECT_EQ(rows_of(r), ".....\n.###.\n.###.\n.###.\n.....\n");
+    EXPECT_EQ(rows_as_marks(r), ".....\n.###.\n.###.\n.###.\n.....\n");
     // Diagonal neighbours do not connect.
     Raster d(3, 3, W);
     d.set(1, 0, K);
@@ -97,24 +100,24 @@ TEST(FloodFill, FillsTheConnectedRegionOfTheStartColourOnly) {
 
 TEST(Tools, PencilStrokeJoinsSkippedPixelsAndIsOneUndoLevel) {
     platform::ScriptedPrompt ui;
-    EditorSession e = point(6, 3);
+    EditorSession e = blank_point(6, 3);
     ToolEngine t(e, ui);
     t.press(0, 1, false);
     t.move(5, 1);  // a fast pointer
     t.release(5, 1);
-    EXPECT_EQ(rows_of(e), "......\n######\n......\n");
+    EXPECT_EQ(rows_as_marks(e), "......\n######\n......\n");
     EXPECT_EQ(e.undo.level(), 1);
     EXPECT_TRUE(e.eddirty);
     // The right button draws with the second colour.
     t.press(2, 0, true);
     t.release(2, 0);
-    EXPECT_EQ(rows_of(e), "..r...\n######\n......\n");
+    EXPECT_EQ(rows_as_marks(e), "..r...\n######\n......\n");
     EXPECT_EQ(e.pixeltext, "$$&$$$\r\n%%%%%%\r\n$$$$$$\r\n");
 }
 
 TEST(Tools, FillLineRectangleEllipseByDragAndByTwoClicks) {
     platform::ScriptedPrompt ui;
-    EditorSession e = point(5, 5);
+    EditorSession e = blank_point(5, 5);
     ToolEngine t(e, ui);
     ASSERT_TRUE(t.set_tool(t_rectangle));
     t.press(0, 0, false);
@@ -123,10 +126,10 @@ TEST(Tools, FillLineRectangleEllipseByDragAndByTwoClicks) {
     EXPECT_EQ(t.view().at(4, 0), K);
     EXPECT_EQ(e.pixels.at(4, 0), 0);
     t.release(4, 4);
-    EXPECT_EQ(rows_of(e), "#####\n#...#\n#...#\n#...#\n#####\n");
+    EXPECT_EQ(rows_as_marks(e), "#####\n#...#\n#...#\n#...#\n#####\n");
     ASSERT_TRUE(t.set_tool(t_fill));
     t.press(2, 2, true);
-    EXPECT_EQ(rows_of(e), "#####\n#rrr#\n#rrr#\n#rrr#\n#####\n");
+    EXPECT_EQ(rows_as_marks(e), "#####\n#rrr#\n#rrr#\n#rrr#\n#####\n");
     // A line by two clicks: the first anchors, the second draws.
     ASSERT_TRUE(t.set_tool(t_line));
     t.press(1, 1, false);
@@ -135,7 +138,7 @@ TEST(Tools, FillLineRectangleEllipseByDragAndByTwoClicks) {
     t.move(3, 3);
     t.press(3, 3, false);
     EXPECT_FALSE(t.anchored());
-    EXPECT_EQ(rows_of(e), "#####\n##rr#\n#r#r#\n#rr##\n#####\n");
+    EXPECT_EQ(rows_as_marks(e), "#####\n##rr#\n#r#r#\n#rr##\n#####\n");
     // Esc drops a figure in progress.
     ASSERT_TRUE(t.set_tool(t_filled_ellipse));
     t.press(0, 0, false);
@@ -147,7 +150,7 @@ TEST(Tools, FillLineRectangleEllipseByDragAndByTwoClicks) {
 
 TEST(Tools, PickerRubberAndRefusals) {
     platform::ScriptedPrompt ui;
-    EditorSession e = point(3, 1);
+    EditorSession e = blank_point(3, 1);
     ToolEngine t(e, ui);
     t.press(1, 0, false);
     t.release(1, 0);
@@ -160,7 +163,7 @@ TEST(Tools, PickerRubberAndRefusals) {
     t.release(1, 0);
     EXPECT_EQ(e.pixels.at(1, 0), 3);
 
-    EditorSession no_transparency = point(2, 2);
+    EditorSession no_transparency = blank_point(2, 2);
     no_transparency.palette.colours.pop_back();
     ToolEngine t2(no_transparency, ui);
     EXPECT_FALSE(t2.set_tool(t_rubber));
@@ -168,7 +171,7 @@ TEST(Tools, PickerRubberAndRefusals) {
     EXPECT_EQ(no_transparency.tool, t_pencil);
 
     // A line's night colours are never drawn; polygons have no crop.
-    EditorSession line = point(4, 2);
+    EditorSession line = blank_point(4, 2);
     line.curclass = 1;
     line.curcol = 3;
     ToolEngine t3(line, ui);
@@ -180,7 +183,7 @@ TEST(Tools, PickerRubberAndRefusals) {
 
 TEST(Tools, EqualPaletteEntriesTranslateToTheFirst) {
     platform::ScriptedPrompt ui;
-    EditorSession e = point(2, 1);
+    EditorSession e = blank_point(2, 1);
     e.palette.colours = {W, K, K};
     e.curcol = 3;
     ToolEngine t(e, ui);
@@ -209,7 +212,7 @@ TEST(Tools, EqualPaletteEntriesTranslateToTheFirst) {
 
 TEST(Tools, SelectionCopyMoveStampAndCrop) {
     platform::ScriptedPrompt ui;
-    EditorSession e = point(4, 4);
+    EditorSession e = blank_point(4, 4);
     ToolEngine t(e, ui);
     t.press(0, 0, false);
     t.release(0, 0);
@@ -223,9 +226,9 @@ TEST(Tools, SelectionCopyMoveStampAndCrop) {
     t.move(2, 3);
     t.release(2, 3);
     t.double_click(2, 3);
-    EXPECT_EQ(rows_of(e), "#...\n....\n....\n..#.\n");
+    EXPECT_EQ(rows_as_marks(e), "#...\n....\n....\n..#.\n");
     EXPECT_TRUE(t.clear_selection());
-    EXPECT_EQ(rows_of(e), "#...\n....\n....\n..rr\n");
+    EXPECT_EQ(rows_as_marks(e), "#...\n....\n....\n..rr\n");
     // One pixel is a selection too.
     t.press(3, 3, false);
     t.release(3, 3);
@@ -241,18 +244,18 @@ TEST(Tools, SelectionCopyMoveStampAndCrop) {
     EXPECT_EQ(e.width, 4);
     t.double_click(3, 3);
     EXPECT_EQ(e.width, 2);
-    EXPECT_EQ(rows_of(e), "..\nrr\n");
+    EXPECT_EQ(rows_as_marks(e), "..\nrr\n");
     EXPECT_EQ(e.undo.level(), 0);
 }
 
 TEST(Tools, TextStampAndRepeatFill) {
     platform::ScriptedPrompt ui;
-    EditorSession low = point(8, 5);
+    EditorSession low = blank_point(8, 5);
     ToolEngine tl(low, ui);
     EXPECT_FALSE(tl.set_tool(t_text));
     EXPECT_EQ(ui.messages.back(), "Bitmap Height should be at least 6");
 
-    EditorSession e = point(6, 6);
+    EditorSession e = blank_point(6, 6);
     ToolEngine t(e, ui);
     e.curcol = -1;
     EXPECT_FALSE(t.set_tool(t_text));
@@ -265,7 +268,7 @@ TEST(Tools, TextStampAndRepeatFill) {
     EXPECT_EQ(t.view().at(1, 2), K);  // the preview follows the pointer
     EXPECT_EQ(e.undo.level(), 0);
     t.double_click(1, 1);
-    EXPECT_EQ(rows_of(e), "......\n.#...#\n.#...#\n.#...#\n......\n......\n");
+    EXPECT_EQ(rows_as_marks(e), "......\n.#...#\n.#...#\n.#...#\n......\n......\n");
     EXPECT_EQ(e.undo.level(), 1);
     EXPECT_TRUE(t.escape());
     EXPECT_EQ(e.tool, t_pencil);
@@ -281,12 +284,12 @@ TEST(Tools, TextStampAndRepeatFill) {
     e.curcol = 3;
     t.press(0, 0, false);
     t.release(0, 0);
-    EXPECT_EQ(rows_of(e), "r..r..\n.#...#\nr#.r.#\n.#...#\nr..r..\n......\n");
+    EXPECT_EQ(rows_as_marks(e), "r..r..\n.#...#\nr#.r.#\n.#...#\nr..r..\n......\n");
 }
 
 TEST(Undo, SequencesReturnTheExactEarlierPicture) {
     platform::ScriptedPrompt ui;
-    EditorSession e = point(8, 8);
+    EditorSession e = blank_point(8, 8);
     ToolEngine t(e, ui);
     std::vector<PixelGrid> seen{e.pixels};
     for (int k = 0; k < 5; ++k) {
@@ -333,7 +336,7 @@ TEST(Undo, KeepsTheLastFiveHundredLevels) {
 
 TEST(Undo, PaletteChangeIsTakenBackAndBroughtAgainAndAStrokeEndsThat) {
     platform::ScriptedPrompt ui;
-    EditorSession e = point(2, 1);
+    EditorSession e = blank_point(2, 1);
     const Palette before = e.palette;
     save_curpalette(e);
     e.palette.set(1, R);
@@ -356,7 +359,7 @@ TEST(Undo, PaletteChangeIsTakenBackAndBroughtAgainAndAStrokeEndsThat) {
 
 TEST(Undo, ClearIconAsksAndStartsTheHistoryAgain) {
     platform::ScriptedPrompt ui(platform::Answer::no);
-    EditorSession e = point(3, 2);
+    EditorSession e = blank_point(3, 2);
     ToolEngine t(e, ui);
     t.press(0, 0, false);
     t.release(0, 0);
@@ -366,7 +369,7 @@ TEST(Undo, ClearIconAsksAndStartsTheHistoryAgain) {
     ui.script(platform::Answer::yes);
     e.curcol = 3;
     ASSERT_TRUE(clearicon(e, ui));
-    EXPECT_EQ(rows_of(e), "rrr\nrrr\n");
+    EXPECT_EQ(rows_as_marks(e), "rrr\nrrr\n");
     EXPECT_EQ(e.undo.level(), 0);
     EXPECT_FALSE(undo_step(e));
     EXPECT_FALSE(clearicon(e, ui, true));

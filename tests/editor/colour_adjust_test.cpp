@@ -9,16 +9,17 @@
 #include "editor/colour_count.h"
 #include "editor/patterns.h"
 #include "editor/standard_palettes.h"
+#include "image_fixtures.h"
 
 namespace korvex::editor {
 namespace {
 
 using platform::ScriptedPrompt;
 
-constexpr uint32_t M = k_transparent_magenta;
+using fixtures::M;
 const AdjustScope all{M, 0};
 
-EditorSession point(std::vector<uint32_t> palette, int w = 4, int h = 1) {
+EditorSession cycling_point(std::vector<uint32_t> palette, int w = 4, int h = 1) {
     EditorSession e;
     e.curclass = 2;
     e.palette.colours = std::move(palette);
@@ -62,7 +63,7 @@ TEST(ColourAdjust, EachAdjustmentHasExactChannels) {
 }
 
 TEST(ColourAdjuster, SlidersBackAtZeroGiveTheStartingPaletteExactly) {
-    EditorSession e = point(palette_256(), 16, 16);
+    EditorSession e = cycling_point(palette_256(), 16, 16);
     e.palette.colours[3] = M;
     painticon(e);
     const Palette start = e.palette;
@@ -93,7 +94,7 @@ TEST(ColourAdjuster, SlidersBackAtZeroGiveTheStartingPaletteExactly) {
 }
 
 TEST(ColourAdjuster, ApplyCancelRestoreAndOneColour) {
-    EditorSession e = point({rgb(10, 10, 10), rgb(20, 20, 20), M});
+    EditorSession e = cycling_point({rgb(10, 10, 10), rgb(20, 20, 20), M});
     ColourAdjuster a;
     Sliders bright;
     bright.brightness = 100;
@@ -123,7 +124,7 @@ TEST(ColourAdjuster, ApplyCancelRestoreAndOneColour) {
     EXPECT_EQ(e.palette.colours[1], rgb(20, 20, 20));
 
     // A true-colour icon: the pixels are the colours, and Apply is an undo level.
-    EditorSession t = point({rgb(0, 0, 0)}, 2, 1);
+    EditorSession t = cycling_point({rgb(0, 0, 0)}, 2, 1);
     t.truecolour = true;
     t.surface.pixels() = {rgb(100, 0, 0), M};
     start_history(t);
@@ -138,7 +139,7 @@ TEST(ColourAdjuster, ApplyCancelRestoreAndOneColour) {
 }
 
 TEST(ColourAdjust, InvertAndDesaturateKeepTransparencyAndUndo) {
-    EditorSession e = point({rgb(0, 238, 0), rgb(10, 20, 31), M});
+    EditorSession e = cycling_point({rgb(0, 238, 0), rgb(10, 20, 31), M});
     ScriptedPrompt ui;
     ASSERT_TRUE(minvert(e, ui));
     // The complement of the first is the marker itself: it stays opaque.
@@ -149,7 +150,7 @@ TEST(ColourAdjust, InvertAndDesaturateKeepTransparencyAndUndo) {
     EXPECT_EQ(e.palette.colours, (std::vector<uint32_t>{rgb(79, 79, 79), rgb(20, 20, 20), M}));
     EXPECT_TRUE(e.lastpalok);
 
-    EditorSession t = point({0}, 1, 1);
+    EditorSession t = cycling_point({0}, 1, 1);
     t.truecolour = true;
     EXPECT_FALSE(minvert(t, ui));
     EXPECT_EQ(ui.messages, std::vector<std::string>{"Convert to 256 Colours first."});
@@ -157,7 +158,7 @@ TEST(ColourAdjust, InvertAndDesaturateKeepTransparencyAndUndo) {
 }
 
 TEST(ColourCount, CountsWalkToTheNextRarerEntryAndBlink) {
-    EditorSession e = point({rgb(1, 1, 1), rgb(2, 2, 2), rgb(3, 3, 3), rgb(4, 4, 4)}, 7, 1);
+    EditorSession e = cycling_point({rgb(1, 1, 1), rgb(2, 2, 2), rgb(3, 3, 3), rgb(4, 4, 4)}, 7, 1);
     e.pixels.values() = {0, 0, 1, 0, 2, 0, 0};
     painticon(e);
     const std::vector<long> counts = colour_counts(e);
@@ -180,7 +181,7 @@ TEST(ColourCount, CountsWalkToTheNextRarerEntryAndBlink) {
 }
 
 TEST(Patterns, StripesAndWavesPaintTheCurrentColourWithinTheArea) {
-    EditorSession e = point({rgb(255, 255, 255), rgb(0, 0, 0)}, 6, 6);
+    EditorSession e = cycling_point({rgb(255, 255, 255), rgb(0, 0, 0)}, 6, 6);
     e.pixels.fill(0);
     painticon(e);
     std::mt19937 random(7);

@@ -6,11 +6,12 @@
 #include "editor/canvas.h"
 #include "editor/colour_reduction.h"
 #include "editor/median_cut.h"
+#include "image_fixtures.h"
 
 namespace korvex::editor {
 namespace {
 
-constexpr uint32_t M = k_transparent_magenta;
+using fixtures::M;
 
 Raster picture(int w, int h, const std::vector<uint32_t>& px) {
     Raster r(w, h);

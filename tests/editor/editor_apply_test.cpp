@@ -11,11 +11,14 @@
 #include "text/load_driver.h"
 #include "text/text_writer.h"
 #include "typ/draw_order.h"
+#include "variants_fixture.h"
 
 namespace korvex::editor {
 namespace {
 
-const char* k_project =
+using variants::has;
+
+const char* k_apply_project =
     "[_id]\nFID=7\nCodePage=1252\n[end]\n"
     "[_drawOrder]\nType=0x01,1\nType=0x02,2\nType=0x03,3\n[end]\n"
     "[_polygon]\nType=0x01\nString1=0x04,Wood\nXpm=\"32 32 2 1\"\n\"0 c #00FF00\"\n\"1 c none\"\n"
@@ -29,12 +32,12 @@ const char* k_project =
     "DayXpm=\"4 2 2 1\" Colormode=16\n\"! c #FFFFFF\"\n\"  c none\"\n\"!!  \"\n\"  !!\"\n[end]\n"
     "[_point]\nType=0x30\nDayXpm=\"2 1 1 1\" Colormode=0\n\"! c #000000\"\n\"!!\"\n[end]\n";
 
-struct Project {
+struct ApplyProject {
     model::Store s;
     platform::ScriptedPrompt ui;
-    Project() {
+    ApplyProject() {
         model::newproject(s);
-        const bool ok = text::load_txt(s, ui, "t.txt", k_project, false, true);
+        const bool ok = text::load_txt(s, ui, "t.txt", k_apply_project, false, true);
         EXPECT_TRUE(ok);
         s.dirty = false;
     }
@@ -47,10 +50,8 @@ struct Project {
     std::string code(int cls, int32_t row) { return text::create_code(s, row + 1, cls, false); }
 };
 
-bool has(const std::string& t, const std::string& w) { return t.find(w) != std::string::npos; }
-
 TEST(EditorOpen, FillsTheWorkingCopyFromTheElement) {
-    Project p;
+    ApplyProject p;
     ASSERT_EQ(p.s.pt_n, 2);
     EditorSession e = p.open(2, 0);
     EXPECT_EQ(e.width, 4);
@@ -89,7 +90,7 @@ TEST(EditorOpen, FillsTheWorkingCopyFromTheElement) {
 }
 
 TEST(EditorApply, DrawingLabelsAndFontsReachTheText) {
-    Project p;
+    ApplyProject p;
     EditorSession e = p.open(2, 0);
     ToolEngine t(e, p.ui);
     e.curcol = 1;
@@ -115,7 +116,7 @@ TEST(EditorApply, DrawingLabelsAndFontsReachTheText) {
 }
 
 TEST(EditorApply, TypeChangesAndTheirRefusals) {
-    Project p;
+    ApplyProject p;
     const std::string before = p.code(2, 0);
     EditorSession e = p.open(2, 0);
     e.subtype_field = "20";
@@ -153,7 +154,7 @@ TEST(EditorApply, TypeChangesAndTheirRefusals) {
 }
 
 TEST(EditorApply, PolygonDrawOrderAndLineWidths) {
-    Project p;
+    ApplyProject p;
     EditorSession e = p.open(0, 0);
     e.draworder = "3";
     ApplyOutcome out = apply(p.s, e, p.ui);
@@ -197,7 +198,7 @@ TEST(EditorApply, PolygonDrawOrderAndLineWidths) {
 }
 
 TEST(EditorApply, ASolidLineTakesABitmapForTheTools) {
-    Project p;
+    ApplyProject p;
     EditorSession ln = p.open(1, 0);
     p.ui.script(platform::Answer::no);
     EXPECT_FALSE(convert_to_bitmap(ln, p.ui));
@@ -217,7 +218,7 @@ TEST(EditorApply, ASolidLineTakesABitmapForTheTools) {
 }
 
 TEST(EditorApply, PointSizeBoxesAndGroups) {
-    Project p;
+    ApplyProject p;
     EditorSession e = p.open(2, 1);
     e.width_box = 0;
     ASSERT_TRUE(apply(p.s, e, p.ui).committed);
@@ -355,7 +356,7 @@ TEST(LabelPanel, MarginsAndCanvasDoubling) {
 }
 
 TEST(EditorApply, CheckOrderPlaceholderAndTheNote) {
-    Project p;
+    ApplyProject p;
     // An empty type box: a point asks for its range, another class calls
     // the type invalid; an extended type that is no hex number only takes
     // the focus.
@@ -402,7 +403,7 @@ TEST(EditorApply, CheckOrderPlaceholderAndTheNote) {
 }
 
 TEST(EditorApply, GroupsTakeOnlyTheirEditsAndReportLinesWithoutBorder) {
-    Project p;
+    ApplyProject p;
     // A polygon group skips the checks of one polygon's type and draw order.
     OpenRequest pr{0, 0, {0, 1}};
     EditorSession pg = open_element(p.s, pr);

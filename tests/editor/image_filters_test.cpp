@@ -7,6 +7,7 @@
 #include "editor/image_filters.h"
 #include "editor/tools.h"
 #include "editor/transforms.h"
+#include "image_fixtures.h"
 
 namespace korvex::editor {
 namespace {
@@ -14,7 +15,7 @@ namespace {
 using platform::Answer;
 using platform::ScriptedPrompt;
 
-constexpr uint32_t M = k_transparent_magenta;
+using fixtures::M;
 
 uint32_t grey(uint32_t v) { return rgb(v, v, v); }
 
@@ -29,7 +30,7 @@ std::vector<uint32_t> filtered(const Raster& in, int code) {
     return out ? out->pixels() : std::vector<uint32_t>{};
 }
 
-EditorSession point(int w, int h, std::vector<uint32_t> palette) {
+EditorSession checkered_point(int w, int h, std::vector<uint32_t> palette) {
     EditorSession e;
     e.curclass = 2;
     e.palette.colours = std::move(palette);
@@ -92,14 +93,14 @@ TEST(FilterPicture, TransparentCellsAreNeitherReadNorWrittenAndSharpenHardStops)
 
 TEST(Filter, WarnsBelowSixteenOnBothSidesAndFiltersAllTheSame) {
     for (auto [w, h, warns] : {std::tuple{15, 15, true}, {16, 15, false}, {15, 16, false}}) {
-        EditorSession e = point(w, h, {grey(100), grey(200)});
+        EditorSession e = checkered_point(w, h, {grey(100), grey(200)});
         ScriptedPrompt ui;
         EXPECT_TRUE(Filter(e, f_blur, ui));
         EXPECT_EQ(ui.messages, warns ? std::vector<std::string>{"Filters work only on width and height > 16."}
                                      : std::vector<std::string>{})
             << w << "x" << h;
     }
-    EditorSession e = point(4, 4, {grey(100), grey(200)});
+    EditorSession e = checkered_point(4, 4, {grey(100), grey(200)});
     ScriptedPrompt ui;
     EXPECT_TRUE(Filter(e, f_emboss, ui));  // the difference filters never warn
     EXPECT_TRUE(ui.messages.empty());
@@ -107,7 +108,7 @@ TEST(Filter, WarnsBelowSixteenOnBothSidesAndFiltersAllTheSame) {
 
 TEST(Filter, RefusalsChangeNothing) {
     // True colour: warned about the size first, then refused.
-    EditorSession t = point(4, 4, {});
+    EditorSession t = checkered_point(4, 4, {});
     t.truecolour = true;
     t.surface.fill(grey(90));
     const Raster before = t.surface;
@@ -118,7 +119,7 @@ TEST(Filter, RefusalsChangeNothing) {
     EXPECT_EQ(t.surface, before);
 
     // A transparent entry with an undo history asks first; no keeps everything.
-    EditorSession e = point(20, 20, {grey(100), M});
+    EditorSession e = checkered_point(20, 20, {grey(100), M});
     e.pixels.set(0, 0, 0);
     painticon(e);
     translate(e);
@@ -136,7 +137,7 @@ TEST(Filter, RefusalsChangeNothing) {
     EXPECT_EQ(e.surface.at(1, 0), M);  // transparent pixels stay
 
     // Sharpen Hard changes nothing, not even the Ctrl+Z state.
-    EditorSession s = point(20, 20, {grey(100), grey(200)});
+    EditorSession s = checkered_point(20, 20, {grey(100), grey(200)});
     const EditorSession start = s;
     ScriptedPrompt quiet;
     EXPECT_FALSE(Filter(s, f_sharpen_hard, quiet));
@@ -149,7 +150,7 @@ TEST(Filter, RefusalsChangeNothing) {
 
 TEST(Filter, ResultIsANewPictureThatCtrlZTakesBack) {
     // A chequered 2-colour point blurs into more colours.
-    EditorSession e = point(20, 20, {grey(100), grey(200)});
+    EditorSession e = checkered_point(20, 20, {grey(100), grey(200)});
     const PixelGrid pixels = e.pixels;
     const Palette palette = e.palette;
     ScriptedPrompt ui;
@@ -170,7 +171,7 @@ TEST(Filter, ResultIsANewPictureThatCtrlZTakesBack) {
     EXPECT_EQ(e.pixels, after);
 
     // A polygon keeps two colours.
-    EditorSession p = point(8, 8, {grey(60), grey(220)});
+    EditorSession p = checkered_point(8, 8, {grey(60), grey(220)});
     p.curclass = 0;
     ASSERT_TRUE(Filter(p, f_extrude, ui));
     EXPECT_EQ(p.ncols(), 2);
@@ -178,7 +179,7 @@ TEST(Filter, ResultIsANewPictureThatCtrlZTakesBack) {
 
 TEST(Transforms, QuarterTurnAndMirrorsMovePixelsExactly) {
     ScriptedPrompt ui;
-    EditorSession e = point(3, 2, {grey(0), grey(1), grey(2), grey(3), grey(4), grey(5)});
+    EditorSession e = checkered_point(3, 2, {grey(0), grey(1), grey(2), grey(3), grey(4), grey(5)});
     for (int i = 0; i < 6; ++i) e.pixels.values()[static_cast<size_t>(i)] = static_cast<uint8_t>(i);  // rows 0 1 2 / 3 4 5
     painticon(e);
     start_history(e);
@@ -208,7 +209,7 @@ TEST(Transforms, QuarterTurnAndMirrorsMovePixelsExactly) {
     EXPECT_FALSE(flip(e, 0, true, ui));
     EXPECT_EQ(ui.messages, (std::vector<std::string>{"Cannot apply to selections.", "Invert selection first."}));
     EXPECT_EQ(e.pixels, turned);
-    EditorSession line = point(32, 4, {grey(0), grey(9)});
+    EditorSession line = checkered_point(32, 4, {grey(0), grey(9)});
     line.curclass = 1;
     ScriptedPrompt lu;
     ToolEngine tools(line, lu);
@@ -219,7 +220,7 @@ TEST(Transforms, QuarterTurnAndMirrorsMovePixelsExactly) {
 }
 
 TEST(Tools, AnOpenAdjustmentPanelBlocksTheCanvas) {
-    EditorSession e = point(4, 4, {grey(0), grey(255)});
+    EditorSession e = checkered_point(4, 4, {grey(0), grey(255)});
     ScriptedPrompt ui;
     ToolEngine tools(e, ui);
     tools.panel_open = true;

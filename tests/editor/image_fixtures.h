@@ -1,5 +1,5 @@
 // Small pictures and working copies for the tests of image import, paste
-// and size changes.
+// and size changes; W, K and M serve the other editor tests too.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -12,6 +12,7 @@
 
 namespace korvex::editor::fixtures {
 
+// Palette colours: white, black and the transparent marker.
 constexpr uint32_t W = 0xFFFFFF, K = 0x000000, M = k_transparent_magenta;
 // Image pixels, 0xAARRGGBB.
 constexpr uint32_t red = 0xFFFF0000, green = 0xFF00FF00, blue = 0xFF0000FF, clear = 0x00000000;

@@ -14,9 +14,6 @@ namespace {
 using namespace variants;
 using platform::Answer;
 
-constexpr int32_t k_night_point = 0, k_plain_point = 1;
-constexpr uint32_t k_magenta = k_transparent_magenta;
-
 TEST(NightPicture, OpensBothPicturesAndSwapsThemOnTheCanvas) {
     Project p;
     EditorSession e = p.open(2, k_night_point);

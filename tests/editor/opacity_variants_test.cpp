@@ -16,8 +16,6 @@ namespace {
 using namespace variants;
 using platform::Answer;
 
-constexpr int32_t k_night_point = 0, k_plain_point = 1, k_alpha_point = 2;
-constexpr uint32_t k_magenta = k_transparent_magenta;
 const uint32_t k_red = rgb(0xFF, 0, 0), k_green = rgb(0, 0xFF, 0), k_blue = rgb(0, 0, 0xFF);
 
 std::vector<std::string> lines_with(const std::string& text, const std::string& word) {

@@ -191,10 +191,10 @@ TEST(SaveBitmap, TrueSizeMagentaTransparencyAndAnExistingFile) {
     EXPECT_EQ(ui.messages.back().rfind(nowhere + "\r\n", 0), 0u) << ui.messages.back();
 }
 
-struct Project {
+struct OnePointProject {
     model::Store s;
     platform::ScriptedPrompt ui;
-    Project() {
+    OnePointProject() {
         model::newproject(s);
         EXPECT_TRUE(text::load_txt(s, ui, "t.txt",
                                    "[_id]\nFID=7\nCodePage=1252\n[end]\n"
@@ -206,7 +206,7 @@ struct Project {
 };
 
 TEST(PointSize, ApplyResizesThroughTheOpenFrame) {
-    Project p;
+    OnePointProject p;
     EditorSession e = p.open();
     const std::string row = p.s.pt_bmp[0].substr(0, 4);
     e.width_box = 8;
@@ -223,7 +223,7 @@ TEST(PointSize, ApplyResizesThroughTheOpenFrame) {
 
 TEST(ImportRoundTrip, ABmpFileThroughApplyIntoTypAndBack) {
     TempDir tmp;
-    Project p;
+    OnePointProject p;
     platform::BmpImageCodec codec;
     const uint32_t colours[] = {red, green, blue, 0xFF123456, 0xFFFFFFFF};
     platform::Image pic{5, 3, {}};

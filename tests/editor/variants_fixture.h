@@ -40,6 +40,11 @@ inline const char* k_project =
     "[_point]\nType=0x31\nDayXpm=\"2 2 2 1\" Colormode=32\n\"! c #FF0000\" alpha=2\n\"# c #00FF00\" alpha=0\n"
     "\"!#\"\n\"#!\"\n[end]\n";
 
+// Rows of the points of k_project, and the colour that stands for
+// transparent in the editor.
+constexpr int32_t k_night_point = 0, k_plain_point = 1, k_alpha_point = 2;
+constexpr uint32_t k_magenta = k_transparent_magenta;
+
 struct Project {
     model::Store s;
     platform::ScriptedPrompt ui;

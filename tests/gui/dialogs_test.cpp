@@ -22,6 +22,7 @@
 #include "gui/qt_prompt.h"
 #include "platform/file_dialog.h"
 #include "platform/fonts.h"
+#include "support/harness.h"
 
 namespace {
 
@@ -85,7 +86,7 @@ TEST(QtPrompt, ProgressAndStatusGoToTheWindowsWidgets) {
 TEST(QtFileDialog, FiltersAndStartFolderReachTheDialogAndTheChoiceComesBack) {
     korvex::gui::QtFileDialog files;
     files.set_native(false);
-    const std::string folder = std::string(KORVEX_SOURCE_DIR) + "/data/samples";
+    const std::string folder = korvex::testing::source_dir() + "/data/samples";
     QStringList filters;
     QString start;
     QTimer::singleShot(0, [&] {
@@ -127,7 +128,7 @@ T* find(QWidget& w, const char* name) {
 
 TEST(PreferencesDialog, ApplyHandsBackTheControlsRefusalsKeepTheOldValueCancelDrops) {
     PrefFixture f;
-    const std::string sample = std::string(KORVEX_SOURCE_DIR) + "/data/samples/sample.typ";
+    const std::string sample = korvex::testing::source_dir() + "/data/samples/sample.typ";
     f.st.label_font_size = 10;
     f.st.custom_icon_size = 700;
     f.st.polygon_seed = "00100";
@@ -185,7 +186,7 @@ TEST(LanguageMenu, ListsTheBundledFileAndItsCaptionsComeAndGo) {
     QMenu languages, file(QStringLiteral("File"));
     korvex::gui::CaptionTable captions;
     captions.add(&file, "mfile", QStringLiteral("File"));
-    korvex::gui::LanguageMenu menu(&languages, msgs, {std::string(KORVEX_SOURCE_DIR) + "/data/languages"},
+    korvex::gui::LanguageMenu menu(&languages, msgs, {korvex::testing::source_dir() + "/data/languages"},
                                    [&] { captions.apply(msgs); });
     menu.rebuild();
     ASSERT_EQ(languages.actions().size(), 2);

@@ -23,6 +23,7 @@
 #include "platform/files.h"
 #include "platform/prompt.h"
 #include "typ/decoder.h"
+#include "support/harness.h"
 
 namespace {
 
@@ -40,15 +41,15 @@ int32_t filterable_point(const korvex::model::Store& s) {
     return -1;
 }
 
-struct Fixture {
+struct FiltersFixture {
     korvex::model::Store s;
     korvex::platform::ScriptedPrompt prompt{korvex::platform::Answer::yes};
     std::unique_ptr<EditorWindow> ed;
     int32_t row = -1;
 
-    Fixture() {
+    FiltersFixture() {
         korvex::model::newproject(s);
-        const std::string path = std::string(KORVEX_SOURCE_DIR) + "/data/samples/sample.typ";
+        const std::string path = korvex::testing::source_dir() + "/data/samples/sample.typ";
         korvex::typ::open_typ_bytes(s, prompt, korvex::platform::read_file(path).value_or(""), path);
         row = filterable_point(s);
         korvex::editor::OpenRequest r;
@@ -66,7 +67,7 @@ struct Fixture {
 };
 
 TEST(EditorFilters, AFilterFromTheMenuReachesTheElementOnApply) {
-    Fixture f;
+    FiltersFixture f;
     ASSERT_GE(f.row, 0);
     const std::string before = f.s.pt_bmp[static_cast<size_t>(f.row)] + f.s.pt_col[static_cast<size_t>(f.row)];
     korvex::editor::EditorSession& e = f.ed->session();
@@ -105,7 +106,7 @@ TEST(EditorFilters, AFilterFromTheMenuReachesTheElementOnApply) {
 }
 
 TEST(EditorFilters, ThePanelPreviewsBlocksAndComesBack) {
-    Fixture f;
+    FiltersFixture f;
     ASSERT_GE(f.row, 0);
     korvex::editor::EditorSession& e = f.ed->session();
     EditorFilters* filters = f.ed->filters();

@@ -25,6 +25,7 @@
 #include "text/text_writer.h"
 #include "typ/decoder.h"
 #include "typ/encoder.h"
+#include "support/harness.h"
 
 namespace {
 
@@ -32,15 +33,15 @@ using korvex::gui::EditorWindow;
 using korvex::gui::MainWindow;
 using korvex::platform::Answer;
 
-const char* k_project =
+const char* k_image_project =
     "[_id]\r\nFID=7\r\nCodePage=1252\r\n[end]\r\n"
     "[_point]\r\nType=0x2f\r\nSubType=0x01\r\nDayXpm=\"4 2 2 1\" Colormode=0\r\n\"! c #FFFFFF\"\r\n\"# c #000000\"\r\n"
     "\"!!##\"\r\n\"##!!\"\r\n[end]\r\n";
 
-struct Fixture : korvex::testing::WindowFixture {
-    Fixture() : WindowFixture(Answer::yes) {
+struct ImageFixture : korvex::testing::WindowFixture {
+    ImageFixture() : WindowFixture(Answer::yes) {
         show(services(), 900, 600);
-        EXPECT_TRUE(korvex::platform::write_file_atomic(file("p.txt"), k_project));
+        EXPECT_TRUE(korvex::platform::write_file_atomic(file("p.txt"), k_image_project));
         EXPECT_TRUE(w->open_file(file("p.txt")));
         w->show_class(2);
     }
@@ -94,12 +95,12 @@ class ImportFormat : public ::testing::TestWithParam<const char*> {};
 
 TEST_P(ImportFormat, AFileThroughImportApplyAndTypKeepsItsPixels) {
     const std::string format = GetParam();
-    Fixture f;
+    ImageFixture f;
     const QImage pic = test_picture();
     const std::string path = f.file("pic." + format);
     // Qt writes no GIF: the file of the test data holds the same picture.
     if (format == "gif")
-        ASSERT_TRUE(QFile::copy(QString(KORVEX_SOURCE_DIR) + "/tests/data/images/picture.gif", QString::fromStdString(path)));
+        ASSERT_TRUE(QFile::copy(QString::fromStdString(korvex::testing::source_dir()) + "/tests/data/images/picture.gif", QString::fromStdString(path)));
     else
         ASSERT_TRUE(pic.save(QString::fromStdString(path), nullptr, 100));
     EditorWindow* ed = f.open();
@@ -131,7 +132,7 @@ TEST_P(ImportFormat, AFileThroughImportApplyAndTypKeepsItsPixels) {
 INSTANTIATE_TEST_SUITE_P(Formats, ImportFormat, ::testing::Values("png", "bmp", "jpg", "gif", "xpm"));
 
 TEST(EditorImage, CtrlVPastesTheClipboardsPictureIntoTheSelection) {
-    Fixture f;
+    ImageFixture f;
     EditorWindow* ed = f.open();
     ASSERT_NE(ed, nullptr);
     QTest::keyClick(ed, Qt::Key_V, Qt::ControlModifier);
@@ -148,7 +149,7 @@ TEST(EditorImage, CtrlVPastesTheClipboardsPictureIntoTheSelection) {
 }
 
 TEST(EditorImage, TheResizeFrameAndSaveAsBitmap) {
-    Fixture f;
+    ImageFixture f;
     EditorWindow* ed = f.open();
     ASSERT_NE(ed, nullptr);
     auto* w = ed->findChild<QSpinBox*>("width_box");

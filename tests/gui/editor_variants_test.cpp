@@ -32,7 +32,7 @@ using korvex::gui::EditorVariants;
 using korvex::gui::EditorWindow;
 namespace editor = korvex::editor;
 
-const char* k_project =
+const char* k_variants_project =
     "[_id]\nFID=7\nCodePage=1252\n[end]\n"
     "[_line]\nType=0x05\nXpm=\"32 2 2 1\"\n\"0 c #FF0000\"\n\"1 c #0000FF\"\n"
     "\"00000000111111110000000011111111\"\n\"11111111000000001111111100000000\"\n[end]\n"
@@ -40,14 +40,14 @@ const char* k_project =
     "NightXpm=\"4 2 2 1\" Colormode=0\n\"a c #FF0000\"\n\"b c #00FF00\"\n\"abab\"\n\"baba\"\n[end]\n"
     "[_point]\nType=0x30\nDayXpm=\"3 1 3 1\" Colormode=0\n\"! c #FF0000\"\n\"# c #00FF00\"\n\"% c #0000FF\"\n\"!#%\"\n[end]\n";
 
-struct Fixture {
+struct VariantsFixture {
     korvex::model::Store s;
     korvex::platform::ScriptedPrompt ui{korvex::platform::Answer::yes};
     std::unique_ptr<EditorWindow> w;
 
-    Fixture() {
+    VariantsFixture() {
         korvex::model::newproject(s);
-        EXPECT_TRUE(korvex::text::load_txt(s, ui, "t.txt", k_project, false, true));
+        EXPECT_TRUE(korvex::text::load_txt(s, ui, "t.txt", k_variants_project, false, true));
     }
     EditorWindow* open(int cls, int32_t row) {
         korvex::editor::OpenRequest r;
@@ -69,7 +69,7 @@ QPoint pixel(korvex::gui::CanvasWidget* c, int x, int y) {
 }
 
 TEST(EditorVariants, SwapToTheNightDrawApplyAndTheTextHasIt) {
-    Fixture f;
+    VariantsFixture f;
     EditorWindow* ed = f.open(2, 0);
     EditorVariants* v = f.v();
     ASSERT_TRUE(v->night_tick()->isChecked());
@@ -94,7 +94,7 @@ TEST(EditorVariants, SwapToTheNightDrawApplyAndTheTextHasIt) {
 }
 
 TEST(EditorVariants, OpacityTickLevelsAndThePinkPencilReachTheText) {
-    Fixture f;
+    VariantsFixture f;
     EditorWindow* ed = f.open(2, 1);
     EditorVariants* v = f.v();
     ASSERT_FALSE(v->level_box()->isEnabled());
@@ -132,7 +132,7 @@ TEST(EditorVariants, OpacityTickLevelsAndThePinkPencilReachTheText) {
 }
 
 TEST(EditorVariants, ANightLineTicksTheExtendedLabelsAndShowsItsNightColours) {
-    Fixture f;
+    VariantsFixture f;
     EditorWindow* ed = f.open(1, 0);
     EditorVariants* v = f.v();
     ASSERT_FALSE(ed->labels()->extended_tick()->isChecked());
@@ -151,7 +151,7 @@ TEST(EditorVariants, ANightLineTicksTheExtendedLabelsAndShowsItsNightColours) {
 }
 
 TEST(EditorVariants, TheListOfExtendedPointsKeepsTheEditsAndNamesTheNext) {
-    Fixture f;
+    VariantsFixture f;
     const std::string icon = "[_point]\r\nType=0x10\r\nDayXpm=\"2 1 2 1\" Colormode=0\r\n\"$ c #FF0000\"\r\n\"% c #00FF00\"\r\n\"$%\"\r\n[end]\r\n";
     ASSERT_GE(korvex::workbench::new_extrapoi(f.s, f.ui, icon), 0);
     ASSERT_GE(korvex::workbench::new_extrapoi(f.s, f.ui, icon), 0);

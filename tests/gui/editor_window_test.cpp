@@ -35,6 +35,7 @@
 #include "gui/palette_widget.h"
 #include "platform/environment.h"
 #include "text/text_writer.h"
+#include "support/harness.h"
 
 namespace {
 
@@ -43,10 +44,10 @@ using korvex::gui::EditorWindow;
 using korvex::gui::MainWindow;
 using korvex::platform::Answer;
 
-const std::string k_samples = std::string(KORVEX_SOURCE_DIR) + "/data/samples/";
+using korvex::testing::k_samples;
 
-struct Fixture : korvex::testing::WindowFixture {
-    Fixture() : WindowFixture(Answer::yes) { show(services(), 900, 600); }
+struct EditorFixture : korvex::testing::WindowFixture {
+    EditorFixture() : WindowFixture(Answer::yes) { show(services(), 900, 600); }
 
     // Double clicks a cell of the class and gives the editor that opened.
     EditorWindow* open_cell(int cls, int cell) {
@@ -109,7 +110,7 @@ void drag(CanvasWidget* c, Qt::MouseButton b, QPoint from, QPoint to) {
 }
 
 TEST(EditorWindow, DrawUndoRedoAndApplyReachTheElementText) {
-    Fixture f;
+    EditorFixture f;
     EditorWindow* ed = f.open_drawable_sample_point();
     ASSERT_NE(ed, nullptr);
     korvex::editor::EditorSession& e = ed->session();
@@ -169,7 +170,7 @@ TEST(EditorWindow, DrawUndoRedoAndApplyReachTheElementText) {
 }
 
 TEST(EditorWindow, EscCancelsAToolCancelDiscardsAndRefusalsKeepTheEditorOpen) {
-    Fixture f;
+    EditorFixture f;
     EditorWindow* ed = f.open_drawable_sample_point();
     ASSERT_NE(ed, nullptr);
     korvex::editor::EditorSession& e = ed->session();
@@ -231,7 +232,7 @@ TEST(EditorWindow, EscCancelsAToolCancelDiscardsAndRefusalsKeepTheEditorOpen) {
 }
 
 TEST(EditorWindow, PolygonDrawOrderAndTheSampleOnScreen) {
-    Fixture f;
+    EditorFixture f;
     ASSERT_TRUE(f.w->open_file(k_samples + "sample.typ"));
     EditorWindow* ed = f.open_cell(0, 0);
     ASSERT_NE(ed, nullptr);
@@ -259,7 +260,7 @@ TEST(EditorWindow, PolygonDrawOrderAndTheSampleOnScreen) {
 // A line of colours only has no pixels to draw, yet its canvas shows the
 // line as it would stand as a bitmap: border rows and line rows.
 TEST(EditorWindow, ALineOfColoursOnlyShowsItsBands) {
-    Fixture f;
+    EditorFixture f;
     ASSERT_TRUE(f.w->open_file(k_samples + "sample.typ"));
     EditorWindow* ed = f.open_cell(1, 0);  // the motorway: width 6, border 1
     ASSERT_NE(ed, nullptr);
@@ -292,7 +293,7 @@ void on_dialog(Fn fn) {
 }
 
 TEST(EditorWindow, ColourDialogPaletteUndoMarkerAndCanvasReachTheText) {
-    Fixture f;
+    EditorFixture f;
     EditorWindow* ed = f.open_drawable_sample_point();
     ASSERT_NE(ed, nullptr);
     korvex::editor::EditorSession& e = ed->session();
@@ -375,7 +376,7 @@ TEST(EditorWindow, ColourDialogPaletteUndoMarkerAndCanvasReachTheText) {
 }
 
 TEST(EditorWindow, TheChooserFeedsLabelColoursAndHidesAColourTakenTwice) {
-    Fixture f;
+    EditorFixture f;
     ASSERT_TRUE(f.w->open_file(k_samples + "sample.typ"));
     // A double click on an active line opens its text: Edit Icon opens the editor.
     f.w->show_class(3);

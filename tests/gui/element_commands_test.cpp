@@ -25,6 +25,7 @@
 #include "gui/qt_clipboard.h"
 #include "platform/environment.h"
 #include "workbench/type_key.h"
+#include "support/harness.h"
 
 namespace {
 
@@ -32,7 +33,7 @@ using korvex::gui::MainWindow;
 using korvex::platform::Answer;
 namespace wb = korvex::workbench;
 
-const std::string k_samples = std::string(KORVEX_SOURCE_DIR) + "/data/samples/";
+using korvex::testing::k_samples;
 
 struct ScriptedDialogs : wb::ElementDialogs {
     std::vector<wb::NewElementForm> shown;
@@ -46,10 +47,10 @@ struct ScriptedDialogs : wb::ElementDialogs {
     }
 };
 
-struct Fixture : korvex::testing::WindowFixture {
+struct CommandsFixture : korvex::testing::WindowFixture {
     ScriptedDialogs element_dialogs;
 
-    Fixture() : WindowFixture(Answer::no) {
+    CommandsFixture() : WindowFixture(Answer::no) {
         korvex::gui::WindowServices sv = services();
         sv.element_dialogs = &element_dialogs;
         show(sv, 1000, 650);
@@ -73,7 +74,7 @@ struct Fixture : korvex::testing::WindowFixture {
 };
 
 TEST(ElementCommands, CopyDeleteAndPasteByKeys) {
-    Fixture f;
+    CommandsFixture f;
     f.w->show_class(2);
     const int32_t points = f.w->store().pt_n;
     f.click(3);
@@ -120,7 +121,7 @@ bool has_point(const korvex::model::Store& s, const std::string& type, const std
 }
 
 TEST(ElementCommands, PasteEntriesTakeTheirFormOfTheClipboardAndCutAndCopyKeys) {
-    Fixture f;
+    CommandsFixture f;
     f.w->show_class(2);
     auto& cmd = f.w->commands();
     const auto& s = f.w->store();
@@ -150,7 +151,7 @@ TEST(ElementCommands, PasteEntriesTakeTheirFormOfTheClipboardAndCutAndCopyKeys) 
 }
 
 TEST(ElementCommands, ACodePanelSelectionIsCopiedAsText) {
-    Fixture f;
+    CommandsFixture f;
     f.w->show_class(2);
     f.click(1);
     QPlainTextEdit* panel = f.w->code_panel();
@@ -164,7 +165,7 @@ TEST(ElementCommands, ACodePanelSelectionIsCopiedAsText) {
 }
 
 TEST(ElementCommands, TheEditMenuFollowsTheClassInView) {
-    Fixture f;
+    CommandsFixture f;
     auto& cmd = f.w->commands();
     for (const char* name : {"Cut", "Copy", "Paste", "Paste UTF-8", "Paste Plain Text", "Create Copy", "Delete",
                              "New Polygon", "New Extra Point", "New Element", "Import Style (KRVX)"})
@@ -183,7 +184,7 @@ TEST(ElementCommands, TheEditMenuFollowsTheClassInView) {
 }
 
 TEST(ElementCommands, ANewButtonShowsItsClassAndTheNewElement) {
-    Fixture f;
+    CommandsFixture f;
     f.w->show_class(2);
     const int32_t polygons = f.w->store().pg_n;
     f.w->commands().button("New Polygon")->click();
@@ -207,7 +208,7 @@ TEST(ElementCommands, ANewButtonShowsItsClassAndTheNewElement) {
 }
 
 TEST(ElementCommands, TheContextMenuOffersCreateCopyAndSubtypes) {
-    Fixture f;
+    CommandsFixture f;
     f.w->show_class(2);
     f.click(0);
     QMenu menu;
@@ -228,7 +229,7 @@ TEST(ElementCommands, TheContextMenuOffersCreateCopyAndSubtypes) {
 }
 
 TEST(ElementCommands, ANewTypeNumberInTheCodePanelMovesTheElement) {
-    Fixture f;
+    CommandsFixture f;
     f.w->show_class(0);
     f.click(0);
     QString text = f.w->code_panel()->toPlainText();
@@ -247,7 +248,7 @@ TEST(ElementCommands, ANewTypeNumberInTheCodePanelMovesTheElement) {
 }
 
 TEST(ElementCommands, TextNotAppliedIsOnlyDroppedWhenTheUserSaysSo) {
-    Fixture f;
+    CommandsFixture f;
     f.w->show_class(2);
     f.click(1);
     QPlainTextEdit* panel = f.w->code_panel();
@@ -316,7 +317,7 @@ TEST(QtClipboard, TextInTheProjectsPageUnicodeAsUtf8AndPictures) {
 namespace {
 
 TEST(ElementCommands, AStyleImportAndAThemeComeInThroughTheFileMenus) {
-    Fixture f;
+    CommandsFixture f;
     const std::string krvx = f.home.filePath("style.krvx").toStdString();
     {
         QFile out(QString::fromStdString(krvx));

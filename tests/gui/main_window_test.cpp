@@ -28,17 +28,18 @@
 #include "gui/editor_window.h"
 #include "gui/main_window.h"
 #include "platform/environment.h"
+#include "support/harness.h"
 
 namespace {
 
 using korvex::gui::MainWindow;
 using korvex::platform::Answer;
 
-const std::string k_samples = std::string(KORVEX_SOURCE_DIR) + "/data/samples/";
+using korvex::testing::k_samples;
 
 // A window on a data folder of its own, with scripted answers and dialogs.
-struct Fixture : korvex::testing::WindowFixture {
-    Fixture() : WindowFixture(Answer::no) { show(services(), 900, 600); }
+struct MainFixture : korvex::testing::WindowFixture {
+    MainFixture() : WindowFixture(Answer::no) { show(services(), 900, 600); }
 
     int cells() const { return w->grid_model()->rowCount(); }
     // A real mouse click in the middle of a cell's icon.
@@ -52,7 +53,7 @@ struct Fixture : korvex::testing::WindowFixture {
 };
 
 TEST(MainWindow, OpensTheSamplesWithOneCellAnElementOfEachClass) {
-    Fixture f;
+    MainFixture f;
     for (const char* name : {"sample.typ", "sample.txt"}) {
         SCOPED_TRACE(name);
         ASSERT_TRUE(f.w->open_file(k_samples + name));
@@ -80,7 +81,7 @@ TEST(MainWindow, OpensTheSamplesWithOneCellAnElementOfEachClass) {
 }
 
 TEST(MainWindow, ClicksBuildTheSelectionListsInBothDirections) {
-    Fixture f;
+    MainFixture f;
     ASSERT_TRUE(f.w->open_file(k_samples + "sample.typ"));
     f.w->show_class(2);
     auto& b = f.w->browser();
@@ -120,7 +121,7 @@ TEST(MainWindow, ClicksBuildTheSelectionListsInBothDirections) {
 }
 
 TEST(MainWindow, AnAppliedEditMakesTheProjectDirtyAndSaveAsWritesIt) {
-    Fixture f;
+    MainFixture f;
     ASSERT_TRUE(f.w->open_file(k_samples + "sample.typ"));
     f.w->show_class(2);
     f.click(0);
@@ -166,7 +167,7 @@ TEST(MainWindow, AnAppliedEditMakesTheProjectDirtyAndSaveAsWritesIt) {
 }
 
 TEST(MainWindow, ClosingADirtyProjectAsksAndCancelKeepsTheWindow) {
-    Fixture f;
+    MainFixture f;
     ASSERT_TRUE(f.w->open_file(k_samples + "sample.typ"));
     f.w->session().set_dirty(true);
     f.prompt.script(Answer::cancel);
@@ -179,7 +180,7 @@ TEST(MainWindow, ClosingADirtyProjectAsksAndCancelKeepsTheWindow) {
 }
 
 TEST(MainWindow, TheReportLabelTurnsRedWithAReport) {
-    Fixture f;
+    MainFixture f;
     ASSERT_TRUE(f.w->open_file(k_samples + "sample.typ"));
     f.w->store().loadrep = "Something odd\r\n";
     f.w->session().paint_report();
@@ -196,7 +197,7 @@ namespace {
 QMenu* top_menu(MainWindow& w, int n) { return w.menuBar()->actions().at(n)->menu(); }
 
 TEST(MainWindow, RecentFilesComeFirstAndAGoneFileIsGreyed) {
-    Fixture f;
+    MainFixture f;
     const std::string copy = f.path("copy.typ");
     ASSERT_TRUE(QFile::copy(QString::fromStdString(k_samples + "sample.typ"), QString::fromStdString(copy)));
     ASSERT_TRUE(f.w->open_file(copy));
@@ -214,7 +215,7 @@ TEST(MainWindow, RecentFilesComeFirstAndAGoneFileIsGreyed) {
 }
 
 TEST(MainWindow, ALanguageFileRewordsMenusButtonsAndMessages) {
-    Fixture f;
+    MainFixture f;
     ASSERT_TRUE(f.w->open_file(k_samples + "sample.typ"));
     QMenu* language = nullptr;
     for (QAction* m : f.w->menuBar()->actions())
@@ -240,7 +241,7 @@ TEST(MainWindow, ALanguageFileRewordsMenusButtonsAndMessages) {
 }  // namespace
 
 TEST(MainWindow, CtrlSSavesAnEditorApplyInPlace) {
-    Fixture f;
+    MainFixture f;
     const QString typ = QString::fromStdString(f.path("work.typ"));
     ASSERT_TRUE(QFile::copy(QString::fromStdString(k_samples + "sample.typ"), typ));
     QFile::setPermissions(typ, QFile::ReadOwner | QFile::WriteOwner);

@@ -17,8 +17,12 @@
 #include "platform/file_dialog.h"
 #include "platform/launcher.h"
 #include "platform/prompt.h"
+#include "support/harness.h"
 
 namespace korvex::testing {
+
+// The bundled samples the window tests open.
+inline const std::string k_samples = source_dir() + "/data/samples/";
 
 struct WindowFixture {
     QTemporaryDir home;

@@ -33,16 +33,17 @@
 #include "platform/clipboard.h"
 #include "platform/environment.h"
 #include "typ/draw_order.h"
+#include "support/harness.h"
 
 namespace {
 
 using korvex::gui::MainWindow;
 using korvex::platform::Answer;
 
-const std::string k_samples = std::string(KORVEX_SOURCE_DIR) + "/data/samples/";
+using korvex::testing::k_samples;
 
-struct Fixture : korvex::testing::WindowFixture {
-    Fixture() : WindowFixture(Answer::no) {
+struct MenusFixture : korvex::testing::WindowFixture {
+    MenusFixture() : WindowFixture(Answer::no) {
         show(services(), 1000, 650);
         EXPECT_TRUE(w->open_file(k_samples + "sample.typ"));
     }
@@ -105,7 +106,7 @@ void grab(QWidget* widget, const char* name) {
 }  // namespace
 
 TEST(DrawOrderWindow, ThePolygonsButtonSwitchesToTheLayersAndBack) {
-    Fixture f;
+    MenusFixture f;
     EXPECT_EQ(f.w->store().drwlist, " 0001,1 000C,1 0017,2 001A,2 004E,2 004F,2 0050,2 003C,3 0051,3 10F03,3 0005,4 0013,4 0014,5");
     f.right_click_polygons_button();
     auto& b = f.w->browser();
@@ -136,7 +137,7 @@ TEST(DrawOrderWindow, ThePolygonsButtonSwitchesToTheLayersAndBack) {
 }
 
 TEST(DrawOrderWindow, SetLevelAndInsertLayerFromTheMenusAreSaved) {
-    Fixture f;
+    MenusFixture f;
     f.menus().show_draworders();
     auto& b = f.w->browser();
     ASSERT_TRUE(b.layer_view());
@@ -148,10 +149,10 @@ TEST(DrawOrderWindow, SetLevelAndInsertLayerFromTheMenusAreSaved) {
     f.click_layer(scree, Qt::ControlModifier);
     f.click_layer(0, Qt::ControlModifier);
     EXPECT_EQ(b.sel1(), "," + std::to_string(scree) + ",0,");
-    QMenu* levels = Fixture::entry(f.menu("Draworder"), "Set Draworders to Same Level")->menu();
+    QMenu* levels = MenusFixture::entry(f.menu("Draworder"), "Set Draworders to Same Level")->menu();
     emit levels->aboutToShow();
-    ASSERT_NE(Fixture::entry(levels, "4"), nullptr);
-    Fixture::entry(levels, "4")->trigger();
+    ASSERT_NE(MenusFixture::entry(levels, "4"), nullptr);
+    MenusFixture::entry(levels, "4")->trigger();
     EXPECT_EQ(b.sel1(), "");  // the cells moved: the selection is gone
     // Ties keep the order they had in the list; the saved file sorts them by type.
     EXPECT_EQ(f.w->store().drwlist,
@@ -164,7 +165,7 @@ TEST(DrawOrderWindow, SetLevelAndInsertLayerFromTheMenusAreSaved) {
     f.click_layer(reserve);
     QMenu context;
     f.menus().fill_layer_menu(context, b.layers().layers[2].cell);
-    Fixture::entry(&context, "Insert Lower Layer")->trigger();
+    MenusFixture::entry(&context, "Insert Lower Layer")->trigger();
     EXPECT_EQ(f.w->store().drwlist,
               " 000C,1 0017,2 001A,2 004E,2 004F,2 0050,2 0014,3 003C,4 0051,4 0001,5 10F03,5 0005,5 0013,5");
     EXPECT_EQ(f.saved_drwlist(),
@@ -172,7 +173,7 @@ TEST(DrawOrderWindow, SetLevelAndInsertLayerFromTheMenusAreSaved) {
 }
 
 TEST(DrawOrderWindow, TheDialogsAddGiveAndRemoveEntries) {
-    Fixture f;
+    MenusFixture f;
     f.menus().show_draworders();
     auto& b = f.w->browser();
 
@@ -186,7 +187,7 @@ TEST(DrawOrderWindow, TheDialogsAddGiveAndRemoveEntries) {
         d.level_field()->setCurrentText("2");
         d.accept();
     });
-    Fixture::entry(f.menu("Draworder"), "Add Separate Draworder")->trigger();
+    MenusFixture::entry(f.menu("Draworder"), "Add Separate Draworder")->trigger();
     EXPECT_NE(f.w->store().drwlist.find(" 0053,2"), std::string::npos);
     // Its cell is a placeholder of the view: the sample has no polygon 0x53.
     bool placeholder = false;
@@ -218,7 +219,7 @@ TEST(DrawOrderWindow, TheDialogsAddGiveAndRemoveEntries) {
         d.levels()->setCurrentText("7");
         d.accept();
     });
-    Fixture::entry(f.menu("Draworder"), "Give Selected Polygons Draworder")->trigger();
+    MenusFixture::entry(f.menu("Draworder"), "Give Selected Polygons Draworder")->trigger();
     EXPECT_NE(f.w->store().drwlist.find(" 0001,7 000C,8"), std::string::npos);
 
     // Show/Remove Extra Draworders lists the placeholder; OK removes it.
@@ -227,7 +228,7 @@ TEST(DrawOrderWindow, TheDialogsAddGiveAndRemoveEntries) {
         EXPECT_EQ(d.list()->item(0)->text().toStdString(), "0053 (d3)");
         d.accept();
     });
-    Fixture::entry(f.menu("Draworder"), "Show/Remove Extra Draworders")->trigger();
+    MenusFixture::entry(f.menu("Draworder"), "Show/Remove Extra Draworders")->trigger();
     EXPECT_EQ(f.w->store().drwlist.find("0053"), std::string::npos);
 
     // Delete in the view takes the selected entry out of the draw order.
@@ -241,12 +242,12 @@ TEST(DrawOrderWindow, TheDialogsAddGiveAndRemoveEntries) {
 
     // Duplicates from the menu.
     f.w->store().drwlist += " 0005,9";
-    Fixture::entry(f.menu("Draworder"), "Check Duplicated Draworders")->trigger();
+    MenusFixture::entry(f.menu("Draworder"), "Check Duplicated Draworders")->trigger();
     EXPECT_EQ(f.prompt.messages.back(), "Found and removed duplicates :\r\n\r\n0005,9");
 }
 
 TEST(FontsWindow, TheMenuRunsBothFormsTheListAndTheStringLine) {
-    Fixture f;
+    MenusFixture f;
     f.w->show_class(0);
     auto& s = f.w->store();
     // Polygon 2 (0x05, no style) selected: Add Font "Large".
@@ -258,7 +259,7 @@ TEST(FontsWindow, TheMenuRunsBothFormsTheListAndTheStringLine) {
         grab(&d, "font-dialog.png");
         d.ok_button()->click();
     });
-    Fixture::entry(f.menu("Fonts"), "Edit  Fonts of Selected Elements")->trigger();
+    MenusFixture::entry(f.menu("Fonts"), "Edit  Fonts of Selected Elements")->trigger();
     EXPECT_EQ(korvex::integration::font_style_of(s.pg_txt[1]), "Large");
     EXPECT_EQ(f.prompt.messages.back(), "Changes made:\r\n\r\nPolygons: 1\r\nLines: 0\r\nPoints: 0");
     EXPECT_TRUE(f.w->windowTitle().endsWith("+"));
@@ -278,7 +279,7 @@ TEST(FontsWindow, TheMenuRunsBothFormsTheListAndTheStringLine) {
         grab(&d, "font-colours-dialog.png");
         d.ok_button()->click();
     });
-    Fixture::entry(f.menu("Fonts"), "Font Colours")->trigger();
+    MenusFixture::entry(f.menu("Fonts"), "Font Colours")->trigger();
     EXPECT_NE(s.pt_txt[0].find("DaycustomColor:#0000FF"), std::string::npos);
     EXPECT_EQ(s.pt_cc[0].substr(0, 6), "FF0000");
 
@@ -291,7 +292,7 @@ TEST(FontsWindow, TheMenuRunsBothFormsTheListAndTheStringLine) {
         EXPECT_EQ(f.prompt.messages.back(), "Tick Select All\r\n\r\nCTRL/SHFT  (CTRL A) (Esc = cancel)");
         d.reject();
     });
-    Fixture::entry(f.menu("Fonts"), "Edit  Fonts of Selected Elements")->trigger();
+    MenusFixture::entry(f.menu("Fonts"), "Edit  Fonts of Selected Elements")->trigger();
 
     f.next_dialog<QDialog>([](QDialog& d) {
         auto* list = d.findChild<QPlainTextEdit*>("fontList");
@@ -300,7 +301,7 @@ TEST(FontsWindow, TheMenuRunsBothFormsTheListAndTheStringLine) {
             << list->toPlainText().toStdString();
         d.accept();
     });
-    Fixture::entry(f.menu("Fonts"), "Create Font List")->trigger();
+    MenusFixture::entry(f.menu("Fonts"), "Create Font List")->trigger();
 
     // Add String: the selected word becomes the next String line.
     f.w->click_cell(0, false, false);
@@ -312,19 +313,19 @@ TEST(FontsWindow, TheMenuRunsBothFormsTheListAndTheStringLine) {
     cur.setPosition(at);
     cur.setPosition(at + 16, QTextCursor::KeepAnchor);
     panel->setTextCursor(cur);
-    Fixture::entry(f.menu("Fonts"), "Add String (= 0 x language)")->trigger();
+    MenusFixture::entry(f.menu("Fonts"), "Add String (= 0 x language)")->trigger();
     EXPECT_TRUE(panel->toPlainText().contains("String1=0x04,String3=0x00,Residential area\nString2=0x02,Wohngebiet"))
         << panel->toPlainText().toStdString();
     EXPECT_TRUE(f.w->session().text_pending());
 }
 
 TEST(MkgmapWindow, TheGridMenuMakesRulesAndCopiesThem) {
-    Fixture f;
+    MenusFixture f;
     f.w->show_class(0);
     f.w->click_cell(10, false, false, true);  // the forest
     QMenu menu;
     f.menus().add_grid_entries(menu);
-    QAction* entry = Fixture::entry(&menu, "Mkgmap Code");
+    QAction* entry = MenusFixture::entry(&menu, "Mkgmap Code");
     ASSERT_NE(entry, nullptr);
     EXPECT_TRUE(entry->isEnabled());
     f.next_dialog<korvex::gui::MkgmapDialog>([](korvex::gui::MkgmapDialog& d) {
@@ -348,5 +349,5 @@ TEST(MkgmapWindow, TheGridMenuMakesRulesAndCopiesThem) {
     f.w->show_class(3);
     QMenu active;
     f.menus().add_grid_entries(active);
-    EXPECT_FALSE(Fixture::entry(&active, "Mkgmap Code")->isEnabled());
+    EXPECT_FALSE(MenusFixture::entry(&active, "Mkgmap Code")->isEnabled());
 }

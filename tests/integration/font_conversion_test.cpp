@@ -12,6 +12,8 @@ using namespace korvex::integration;
 
 namespace {
 
+using korvex::testing::english_messages;
+
 const std::string k_head = "[_polygon]\r\nType=0x01\r\nString1=0x04,Wood\r\n";
 const std::string k_xpm = "Xpm=\"0 0 1 0\"\r\n\"1 c #102030\"\r\n";
 
@@ -36,11 +38,6 @@ model::Store project(platform::ScriptedPrompt& ui) {
     text::load_txt(s, ui, "p.txt", text, false, false);
     s.dirty = false;
     return s;
-}
-
-Messages& msgs() {
-    static Messages m;
-    return m;
 }
 
 }  // namespace
@@ -123,7 +120,7 @@ TEST(FontConversion, SelectionRunChangesTheRowsCountsAndEncodes) {
     r.option = k_font_add;
     r.style = "Normal";
     FontCounts c;
-    ASSERT_TRUE(fontconv(s, ui, msgs(), r, model::k_polygons, {1}, &c));
+    ASSERT_TRUE(fontconv(s, ui, english_messages(), r, model::k_polygons, {1}, &c));
     EXPECT_EQ(c.polygons, 1);
     EXPECT_EQ(c.total(), 1);
     EXPECT_TRUE(s.dirty);
@@ -146,7 +143,7 @@ TEST(FontConversion, ClassRunsFollowTheBoxesAndTheColourFormSetsTheColumns) {
     r.select_all = true;
     r.polygons = r.points = true;
     FontCounts c;
-    ASSERT_TRUE(fontconv(s, ui, msgs(), r, model::k_lines, {}, &c));
+    ASSERT_TRUE(fontconv(s, ui, english_messages(), r, model::k_lines, {}, &c));
     EXPECT_EQ(c.polygons, 1);
     EXPECT_EQ(c.points, 1);
     EXPECT_EQ(c.lines, 0);
@@ -159,7 +156,7 @@ TEST(FontConversion, ClassRunsFollowTheBoxesAndTheColourFormSetsTheColumns) {
     colours.points = colours.lines = true;
     colours.day = "112233";
     colours.night = "445566";
-    ASSERT_TRUE(fontconv(s, ui, msgs(), colours, model::k_polygons, {}, &c));
+    ASSERT_TRUE(fontconv(s, ui, english_messages(), colours, model::k_polygons, {}, &c));
     EXPECT_EQ(c.lines, 1);
     EXPECT_EQ(c.points, 1);
     EXPECT_EQ(s.ln_dayc[0], "332211");
@@ -175,10 +172,10 @@ TEST(FontConversion, RefusalsAndReportNotesChangeNothing) {
     model::Store s = project(ui);
     const std::vector<std::string> before = s.pg_txt;
     FontRequest r;
-    EXPECT_FALSE(fontconv(s, ui, msgs(), r, model::k_polygons, {}));
+    EXPECT_FALSE(fontconv(s, ui, english_messages(), r, model::k_polygons, {}));
     EXPECT_EQ(ui.messages.back(), "Tick Select All\r\n\r\nCTRL/SHFT  (CTRL A) (Esc = cancel)");
     r.style.clear();
-    EXPECT_FALSE(fontconv(s, ui, msgs(), r, model::k_polygons, {0}));
+    EXPECT_FALSE(fontconv(s, ui, english_messages(), r, model::k_polygons, {0}));
     EXPECT_EQ(ui.messages.back(), "No Font selected");
     EXPECT_EQ(s.pg_txt, before);
     EXPECT_FALSE(s.dirty);
@@ -187,11 +184,11 @@ TEST(FontConversion, RefusalsAndReportNotesChangeNothing) {
     FontRequest rep;
     rep.option = k_font_replace_only;
     rep.style = "Large";
-    ASSERT_TRUE(fontconv(s, ui, msgs(), rep, model::k_polygons, {0}));
+    ASSERT_TRUE(fontconv(s, ui, english_messages(), rep, model::k_polygons, {0}));
     EXPECT_NE(ui.messages.back().find("All selected elements already have Fonts\r\nSelect Add Font if no Font exists."),
               std::string::npos);
     EXPECT_FALSE(s.dirty);  // Large was Large already
-    ASSERT_TRUE(fontconv(s, ui, msgs(), rep, model::k_polygons, {1}));
+    ASSERT_TRUE(fontconv(s, ui, english_messages(), rep, model::k_polygons, {1}));
     EXPECT_NE(ui.messages.back().find("Cannot find Font information."), std::string::npos);
 }
 

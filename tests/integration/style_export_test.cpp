@@ -11,7 +11,7 @@ using namespace korvex::integration;
 
 namespace {
 
-model::Store project(platform::ScriptedPrompt& ui) {
+model::Store style_project(platform::ScriptedPrompt& ui) {
     model::Store s;
     model::newproject(s);
     const std::string xpm = "Xpm=\"0 0 1 0\"\r\n\"1 c #102030\"\r\n";
@@ -33,7 +33,7 @@ model::Store project(platform::ScriptedPrompt& ui) {
 
 TEST(StyleExport, TypesAsMkgmapNamesThem) {
     platform::ScriptedPrompt ui;
-    model::Store s = project(ui);
+    model::Store s = style_project(ui);
     ASSERT_EQ(s.pg_n, 3);
     ASSERT_EQ(s.ln_n, 2);
     ASSERT_EQ(s.pt_n, 3);
@@ -50,7 +50,7 @@ TEST(StyleExport, TypesAsMkgmapNamesThem) {
 
 TEST(StyleExport, TheValueComesFromTheLabelAsOneWord) {
     platform::ScriptedPrompt ui;
-    model::Store s = project(ui);
+    model::Store s = style_project(ui);
     EXPECT_EQ(default_value(s, model::k_polygons, 0), "Golf_course");
     EXPECT_EQ(default_value(s, model::k_polygons, 1), "Jims__back_ground");
     EXPECT_EQ(default_value(s, model::k_polygons, 2), "");
@@ -65,7 +65,7 @@ TEST(StyleExport, TheValueComesFromTheLabelAsOneWord) {
 
 TEST(StyleExport, OneRuleOrAChainThatLetsTheNextRun) {
     platform::ScriptedPrompt ui;
-    model::Store s = project(ui);
+    model::Store s = style_project(ui);
     StyleCode c = create_code(s, ui, model::k_polygons, {0}, "leisure", "golf", "22");
     EXPECT_TRUE(c.ok);
     EXPECT_EQ(c.text, "leisure=golf [0x10f00 resolution 22]\r\n");
@@ -82,7 +82,7 @@ TEST(StyleExport, OneRuleOrAChainThatLetsTheNextRun) {
 
 TEST(StyleExport, RefusalsAndTheCopy) {
     platform::ScriptedPrompt ui;
-    model::Store s = project(ui);
+    model::Store s = style_project(ui);
     EXPECT_FALSE(create_code(s, ui, model::k_polygons, {0}, "?", "golf", "22").ok);
     EXPECT_EQ(ui.messages.back(), "? = golf");
     EXPECT_FALSE(create_code(s, ui, model::k_polygons, {0}, "leisure", "  ", "22").ok);

@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "platform/files.h"
+#include "support/file_params.h"
 #include "support/harness.h"
 
 namespace korvex::testing::interop {
@@ -89,7 +90,13 @@ inline std::string complaints(const std::string& log) {
     return out;
 }
 
-inline std::string name_of(const ::testing::TestParamInfo<std::string>& info) { return file_param_name(info.param); }
+// What a run of many sources says of one of them: the run itself when it
+// went cleanly, else a run of the source alone, which tells whether the
+// complaint or the failure was this source's.
+inline Compiled run_of(const Compiled& together, const Source& source) {
+    if (together.status == 0 && complaints(together.log).empty()) return together;
+    return mkgmap_all({source});
+}
 
 // The element sections of a text, each without comments, in file order.
 inline std::vector<std::string> elements(const std::string& text) {

@@ -21,31 +21,49 @@ std::vector<std::string> inputs() {
     return files;
 }
 
-class Mkgmap : public ::testing::TestWithParam<std::string> {};
-
-TEST_P(Mkgmap, CompilesOurTextCleanlyToTheSameElements) {
-    if (!have_mkgmap()) GTEST_SKIP() << "mkgmap is not installed";
+// A file as we decode it, in what mkgmap knows of it, and our text of it.
+Source source_of(const std::string& path, model::Store& ours) {
     platform::ScriptedPrompt ui;
-    model::Store ours;
-    decode_bytes(ours, ui, typ_bytes(GetParam()));
+    decode_bytes(ours, ui, typ_bytes(path));
     if (ours.fid == "0") ours.fid = "1";
     if (ours.pid == "0") ours.pid = "1";
     // mkgmap knows neither active routing nor extra points.
     ours.ln_nact = 0;
     ours.pt_nx = 0;
-    const std::string text = text_of(ours, ui);
+    return {file_param_name(path), text_of(ours, ui), ours.fid, std::to_string(ours.codepage)};
+}
 
-    Compiled c = mkgmap_all({{"style", text, ours.fid, std::to_string(ours.codepage)}});
+// All files in one mkgmap run, on first use.
+const Compiled& compiled_together() {
+    static const Compiled c = [] {
+        std::vector<Source> all;
+        for (const std::string& path : inputs()) {
+            model::Store s;
+            all.push_back(source_of(path, s));
+        }
+        return mkgmap_all(all);
+    }();
+    return c;
+}
+
+class Mkgmap : public ::testing::TestWithParam<std::string> {};
+
+TEST_P(Mkgmap, CompilesOurTextCleanlyToTheSameElements) {
+    if (!have_mkgmap()) GTEST_SKIP() << "mkgmap is not installed";
+    platform::ScriptedPrompt ui;
+    model::Store ours, theirs;
+    const Source source = source_of(GetParam(), ours);
+    const Compiled c = run_of(compiled_together(), source);
     EXPECT_EQ(c.status, 0) << c.log;
     EXPECT_EQ(complaints(c.log), "");
-    ASSERT_FALSE(c.typ["style"].empty()) << c.log;
+    const std::string& typ = c.typ.at(source.name);
+    ASSERT_FALSE(typ.empty()) << c.log;
 
-    model::Store theirs;
-    decode_bytes(theirs, ui, c.typ["style"]);
+    decode_bytes(theirs, ui, typ);
     EXPECT_EQ(theirs.pg_n, ours.pg_n);
     EXPECT_EQ(theirs.ln_n, ours.ln_n);
     EXPECT_EQ(theirs.pt_n, ours.pt_n);
-    const auto a = elements(text);
+    const auto a = elements(source.text);
     const auto b = elements(text_of(theirs, ui));
     ASSERT_EQ(a.size(), b.size());
     dump_painted(fs::path(GetParam()).stem().string(), a, b);
@@ -57,28 +75,48 @@ TEST_P(Mkgmap, CompilesOurTextCleanlyToTheSameElements) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Files, Mkgmap, ::testing::ValuesIn(inputs()), name_of);
+INSTANTIATE_TEST_SUITE_P(Files, Mkgmap, ::testing::ValuesIn(inputs()), file_test_name);
 
 // Hand-made texts of shapes the corpus lacks: what we write of them compiles
 // cleanly, and mkgmap's TYP paints what our own TYP of the text paints.
+std::vector<std::string> hand_made() { return files_with(source_dir() + "/tests/data/interop", ".txt"); }
+
+Source hand_made_source(const std::string& path, model::Store& s) {
+    platform::ScriptedPrompt ui;
+    model::newproject(s);
+    text::load_txt(s, ui, path, read_bytes(path), false, false);
+    return {file_param_name(path), text_of(s, ui), s.fid, std::to_string(s.codepage)};
+}
+
+const Compiled& hand_made_together() {
+    static const Compiled c = [] {
+        std::vector<Source> all;
+        for (const std::string& path : hand_made()) {
+            model::Store s;
+            all.push_back(hand_made_source(path, s));
+        }
+        return mkgmap_all(all);
+    }();
+    return c;
+}
+
 class MkgmapHandMade : public ::testing::TestWithParam<std::string> {};
 
 TEST_P(MkgmapHandMade, OurTextOfItCompilesCleanlyToWhatWeMakeOfIt) {
     if (!have_mkgmap()) GTEST_SKIP() << "mkgmap is not installed";
     platform::ScriptedPrompt ui;
     model::Store s;
-    model::newproject(s);
-    text::load_txt(s, ui, GetParam(), read_bytes(GetParam()), false, false);
-    const std::string text = text_of(s, ui);
+    const Source source = hand_made_source(GetParam(), s);
     const std::string ours = encode(s, ui);
     ASSERT_FALSE(ours.empty());
 
-    Compiled c = mkgmap_all({{"hand", text, s.fid, std::to_string(s.codepage)}});
+    const Compiled c = run_of(hand_made_together(), source);
     EXPECT_EQ(c.status, 0) << c.log;
     EXPECT_EQ(complaints(c.log), "");
-    ASSERT_FALSE(c.typ["hand"].empty()) << c.log;
+    const std::string& typ = c.typ.at(source.name);
+    ASSERT_FALSE(typ.empty()) << c.log;
     model::Store theirs, mine;
-    decode_bytes(theirs, ui, c.typ["hand"]);
+    decode_bytes(theirs, ui, typ);
     decode_bytes(mine, ui, ours);
     const auto a = elements(text_of(mine, ui));
     const auto b = elements(text_of(theirs, ui));
@@ -86,8 +124,7 @@ TEST_P(MkgmapHandMade, OurTextOfItCompilesCleanlyToWhatWeMakeOfIt) {
     for (size_t k = 0; k < a.size(); ++k) EXPECT_EQ(first_difference(painted(a[k]), painted(b[k])), "") << "element " << k;
 }
 
-INSTANTIATE_TEST_SUITE_P(Files, MkgmapHandMade, ::testing::ValuesIn(files_with(source_dir() + "/tests/data/interop", ".txt")),
-                         name_of);
+INSTANTIATE_TEST_SUITE_P(Files, MkgmapHandMade, ::testing::ValuesIn(hand_made()), file_test_name);
 
 // A label damaged in the TYP (a byte that code page 1252 leaves undefined):
 // the text we write of it still compiles.

@@ -263,6 +263,6 @@ TEST_P(MkgmapText, OurWrittenTextCompilesCleanlyToTheSame) {
               "");
 }
 
-INSTANTIATE_TEST_SUITE_P(Files, MkgmapText, ::testing::ValuesIn(corpus_params(corpus_texts())), name_of);
+INSTANTIATE_TEST_SUITE_P(Files, MkgmapText, ::testing::ValuesIn(corpus_params(corpus_texts())), file_test_name);
 
 }  // namespace

@@ -13,10 +13,8 @@ namespace korvex::testing {
 
 namespace fs = std::filesystem;
 
-std::string source_dir() { return KORVEX_SOURCE_DIR; }
-
 std::string corpus_dir() {
-    fs::path p = fs::path(KORVEX_SOURCE_DIR).parent_path() / "shared" / "corpus";
+    fs::path p = fs::path(source_dir()).parent_path() / "shared" / "corpus";
     return fs::is_directory(p) ? p.string() : std::string();
 }
 
@@ -66,6 +64,11 @@ std::string encode(model::Store& s, platform::Prompt& ui) {
     return s.curf;
 }
 
+const integration::Messages& english_messages() {
+    static const integration::Messages m;
+    return m;
+}
+
 std::vector<std::string> lines_of(const std::string& text) {
     std::vector<std::string> out;
     size_t start = 0;
@@ -76,6 +79,15 @@ std::vector<std::string> lines_of(const std::string& text) {
         if (!line.empty() && line.back() == '\r') line.pop_back();
         out.push_back(std::move(line));
         start = end + 1;
+    }
+    return out;
+}
+
+std::string crlf(const std::string& text) {
+    std::string out;
+    for (char c : text) {
+        if (c == '\n') out += '\r';
+        out += c;
     }
     return out;
 }

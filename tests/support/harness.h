@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "integration/messages.h"
 #include "model/store.h"
 #include "platform/clock.h"
 #include "platform/prompt.h"
@@ -13,7 +14,8 @@ namespace korvex::testing {
 
 inline const platform::Stamp k_fixed_stamp{2024, 5, 17, 13, 45, 30};
 
-std::string source_dir();
+std::string source_dir();  // the checkout
+std::string cli_path();    // the built korvex-cli
 std::string corpus_dir();  // ../shared/corpus beside the checkout, "" when absent
 
 // Files of a folder with the extension, sorted by name.
@@ -43,8 +45,16 @@ std::string text_of(model::Store& s, platform::Prompt& ui, int kind = 13);
 // Encodes the tables with the fixed clock; "" when the save was refused.
 std::string encode(model::Store& s, platform::Prompt& ui);
 
+// The built-in English messages, one catalogue for every test that only
+// reads them.
+const integration::Messages& english_messages();
+
 // Lines of a text, CR LF or LF ended, without their line ends.
 std::vector<std::string> lines_of(const std::string& text);
+
+// The text with CR LF for each "\n": expected texts are written with "\n"
+// for readability, the program's have CR LF.
+std::string crlf(const std::string& text);
 
 // The text without comment lines and blank lines.
 std::string without_comments(const std::string& text);

@@ -20,12 +20,12 @@ using platform::ScriptedPrompt;
 
 const std::string k_stars(40, '*');
 // "Привет мир" in cp1251 and in UTF-8; "Café" in 1252 and in UTF-8.
-const std::string k_privet_1251 = "\xCF\xF0\xE8\xE2\xE5\xF2 \xEC\xE8\xF0";
-const std::string k_privet_utf8 = "\xD0\x9F\xD1\x80\xD0\xB8\xD0\xB2\xD0\xB5\xD1\x82 \xD0\xBC\xD0\xB8\xD1\x80";
+const std::string k_privet_mir_1251 = "\xCF\xF0\xE8\xE2\xE5\xF2 \xEC\xE8\xF0";
+const std::string k_privet_mir_utf8 = "\xD0\x9F\xD1\x80\xD0\xB8\xD0\xB2\xD0\xB5\xD1\x82 \xD0\xBC\xD0\xB8\xD1\x80";
 const std::string k_cafe_1252 = "Caf\xE9";
 const std::string k_cafe_utf8 = "Caf\xC3\xA9";
 
-void add_polygon(Store& s, const std::string& strings, const std::string& label) {
+void add_labelled_polygon(Store& s, const std::string& strings, const std::string& label) {
     s.pg_txt.push_back("[_polygon]\r\nType=0x01\r\n" + strings + "Xpm=\"0 0 1 0\"\r\n\"1 c #FF0000\"\r\n");
     s.pg_lab.push_back(std::string("\0\0#", 3) + label);
     s.pg_n = static_cast<int32_t>(s.pg_txt.size());
@@ -75,10 +75,10 @@ TEST(CorrectCp, Utf8In1252FileBecomesPageBytesOnlyWhereLeadByteStarts) {
     Store s;
     s.codepage = 1252;
     s.opt.langid = 4;
-    add_polygon(s, "String1=0x00,Other " + k_cafe_utf8 + "\r\nString2=0x04," + k_cafe_utf8 + " au lait\r\n",
-                k_cafe_utf8 + " au lait");
-    add_polygon(s, "String1=0x04,\xE9t\xE9 " + k_cafe_utf8 + "\r\n", "x");  // a real page character first
-    add_polygon(s, "String1=0x00," + k_cafe_utf8 + "\r\n", k_cafe_utf8);  // no string of the language
+    add_labelled_polygon(s, "String1=0x00,Other " + k_cafe_utf8 + "\r\nString2=0x04," + k_cafe_utf8 + " au lait\r\n",
+                         k_cafe_utf8 + " au lait");
+    add_labelled_polygon(s, "String1=0x04,\xE9t\xE9 " + k_cafe_utf8 + "\r\n", "x");  // a real page character first
+    add_labelled_polygon(s, "String1=0x00," + k_cafe_utf8 + "\r\n", k_cafe_utf8);  // no string of the language
     ScriptedPrompt ui;
 
     const CpRepair r = correct_cp(s, ui, model::k_polygons, k_repair_in_1252);
@@ -101,16 +101,16 @@ TEST(CorrectCp, CyrillicUtf8In1252FileBecomes1251AndLabelFollows) {
     Store s;
     s.codepage = 1252;
     s.opt.langid = 0x19;
-    s.ln_txt = {"[_line]\r\nType=0x01\r\nString1=0x19," + k_privet_utf8 + "\r\n"};
-    s.ln_lab = {"0x00100#" + k_privet_utf8};
+    s.ln_txt = {"[_line]\r\nType=0x01\r\nString1=0x19," + k_privet_mir_utf8 + "\r\n"};
+    s.ln_lab = {"0x00100#" + k_privet_mir_utf8};
     s.ln_nact = 1;  // active lines are lines too
     ScriptedPrompt ui;
 
     const CpRepair r = correct_cp(s, ui, model::k_lines, k_repair_in_1252);
     EXPECT_TRUE(r.repaired);
-    EXPECT_EQ(r.report, k_stars + "Lines\r\nType=0x01 String1=0x19," + k_privet_utf8 + "\r\n");
-    EXPECT_EQ(s.ln_txt[0], "[_line]\r\nType=0x01\r\nString1=0x19," + k_privet_1251 + "\r\n");
-    EXPECT_EQ(s.ln_lab[0], "0x00100#" + k_privet_1251);
+    EXPECT_EQ(r.report, k_stars + "Lines\r\nType=0x01 String1=0x19," + k_privet_mir_utf8 + "\r\n");
+    EXPECT_EQ(s.ln_txt[0], "[_line]\r\nType=0x01\r\nString1=0x19," + k_privet_mir_1251 + "\r\n");
+    EXPECT_EQ(s.ln_lab[0], "0x00100#" + k_privet_mir_1251);
     EXPECT_TRUE(ui.messages.empty());  // the polygon pass alone names the page
 }
 
@@ -147,7 +147,7 @@ TEST(CodepageTools, RefuseOtherPagesAndReportRepairs) {
     Store s;
     s.codepage = 1252;
     s.opt.langid = 4;
-    add_polygon(s, "String1=0x04," + k_cafe_utf8 + "\r\n", k_cafe_utf8);
+    add_labelled_polygon(s, "String1=0x04," + k_cafe_utf8 + "\r\n", k_cafe_utf8);
     platform::RecordingLauncher launcher;
 
     ScriptedPrompt refused;

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "support/harness.h"
 #include "text/colour_check.h"
 #include "text/load_driver.h"
 #include "workbench/type_range.h"
@@ -9,15 +10,9 @@
 namespace korvex::text {
 namespace {
 
+using korvex::testing::crlf;
 using platform::ScriptedPrompt;
 using Messages = std::vector<std::string>;
-
-// Texts are written with "\n" for readability; the panel has CR LF.
-std::string crlf(const std::string& t) {
-    std::string out;
-    for (char c : t) out += c == '\n' ? std::string("\r\n") : std::string(1, c);
-    return out;
-}
 
 const std::string k_red_polygon = "[_polygon]\nType=0x01\nString1=0x04,One\nXpm=\"0 0 1 0\"\n\"0 c #FF0000\"\n[end]\n";
 const std::string k_line = "[_line]\nType=0x02\nLineWidth=2\nBorderWidth=1\nXpm=\"0 0 2 0\"\n\"0 c #00FF00\"\n"

@@ -24,16 +24,7 @@ struct Reader {
     void line(const std::string& text) { text::pollineparse(s, ui, text, 0, true); }
 };
 
-std::string crlf(const std::string& lf_text) {
-    std::string out;
-    for (char c : lf_text) {
-        if (c == '\n') out += '\r';
-        out += c;
-    }
-    return out;
-}
-
-std::string rows(int n, char c) {
+std::string uniform_rows(int n, char c) {
     std::string out;
     for (int k = 0; k < n; ++k) out += (k ? "\r\n" : "") + std::string(32, c);
     return out;
@@ -100,7 +91,7 @@ TEST(PolygonReader, NoneInSecondColourSwapsPairAndPixels) {
     EXPECT_EQ(r.s.pg_col[0], "\"0 c none\"\r\n\"1 c #990099\"");
     EXPECT_EQ(r.s.pg_mode[0], 14);
     EXPECT_EQ(r.s.pg_bmp[0].substr(0, 34), std::string(16, '1') + std::string(16, '0') + "\r\n");
-    EXPECT_EQ(r.s.pg_bmp[0].substr(34), rows(31, '0'));
+    EXPECT_EQ(r.s.pg_bmp[0].substr(34), uniform_rows(31, '0'));
 }
 
 TEST(PolygonReader, FourColourModesFollowTheirNoneLines) {
@@ -150,7 +141,7 @@ TEST(LineReader, SolidModesAndSynthesisedRows) {
     EXPECT_EQ(r.s.ln_mode[0], 0);
     EXPECT_EQ(r.s.ln_wid[0], 2);
     EXPECT_EQ(r.s.ln_bord[0], 1);
-    EXPECT_EQ(r.s.ln_bmp[0], rows(1, '1') + "\r\n" + rows(2, '0') + "\r\n" + rows(1, '1'));
+    EXPECT_EQ(r.s.ln_bmp[0], uniform_rows(1, '1') + "\r\n" + uniform_rows(2, '0') + "\r\n" + uniform_rows(1, '1'));
     EXPECT_EQ(r.s.ln_col[0], "\"0 c #909090\"\r\n\"1 c #898989\"");
     // Without UseOrientation= mkgmap keeps the line upright.
     EXPECT_EQ(r.s.ln_txt[0], crlf("[_line]\nType=0x1\nString1=0x04,Test\nLineWidth=2\nBorderWidth=1\n"
@@ -161,12 +152,12 @@ TEST(LineReader, SolidModesAndSynthesisedRows) {
     r.line(crlf("[_line]\nType=0x1\nLineWidth=3\nBorderWidth=0\nXpm=\"0 0 2 0\"\n\"a c #909090\"\n"
                 "\"b c #898989\"\n[end]"));
     EXPECT_EQ(r.s.ln_mode[0], 7);
-    EXPECT_EQ(r.s.ln_bmp[0], rows(3, '0'));
+    EXPECT_EQ(r.s.ln_bmp[0], uniform_rows(3, '0'));
 
     r.line(crlf("[_line]\nType=0x1\nlwidth(=4\nXpm=\"0 0 1 0\"\n\"a c #909090\"\n[end]"));
     EXPECT_EQ(r.s.ln_mode[0], 6);
     EXPECT_EQ(r.s.ln_wid[0], 4);
-    EXPECT_EQ(r.s.ln_bmp[0], rows(4, '0'));
+    EXPECT_EQ(r.s.ln_bmp[0], uniform_rows(4, '0'));
 }
 
 TEST(LineReader, RulerOfACommentedOutPictureDoesNotEndTheRows) {

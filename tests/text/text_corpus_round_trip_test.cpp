@@ -12,7 +12,7 @@ using namespace korvex::testing::interop;
 
 namespace {
 
-void load(model::Store& s, platform::Prompt& ui, const std::string& path, std::string text) {
+void load_with_ids(model::Store& s, platform::Prompt& ui, const std::string& path, std::string text) {
     model::newproject(s);
     text::load_txt(s, ui, path, std::move(text), false, false);
     if (s.fid.empty() || s.fid == "0") s.fid = "1";
@@ -33,9 +33,9 @@ TEST_P(TextRoundTrip, WrittenTextReadsBackToTheSameText) {
     for (const int kind : {13, text::k_kind_utf8}) {
         platform::ScriptedPrompt ui;
         model::Store first, second;
-        load(first, ui, GetParam(), read_bytes(GetParam()));
+        load_with_ids(first, ui, GetParam(), read_bytes(GetParam()));
         const std::string once = text_of(first, ui, kind);
-        load(second, ui, GetParam(), once);
+        load_with_ids(second, ui, GetParam(), once);
         EXPECT_EQ(first_difference(without_created(once), without_created(text_of(second, ui, kind))), "")
             << "kind " << kind;
     }
@@ -49,7 +49,7 @@ TEST_P(TextRoundTrip, TypOfTheTextHoldsEveryElementAndItsTextKeepsThem) {
     KORVEX_SKIP_WITHOUT_CORPUS(GetParam());
     platform::ScriptedPrompt ui;
     model::Store s;
-    load(s, ui, GetParam(), read_bytes(GetParam()));
+    load_with_ids(s, ui, GetParam(), read_bytes(GetParam()));
     auto decoded = [&](const std::string& typ, model::Store& out) {
         decode_bytes(out, ui, typ);
         if (out.pid == "0") out.pid = "1";
@@ -60,12 +60,12 @@ TEST_P(TextRoundTrip, TypOfTheTextHoldsEveryElementAndItsTextKeepsThem) {
     EXPECT_EQ(back.pg_n, s.pg_n);
     EXPECT_EQ(back.ln_n, s.ln_n);
     EXPECT_EQ(back.pt_n, s.pt_n);
-    load(again, ui, GetParam(), text);
+    load_with_ids(again, ui, GetParam(), text);
     // The decoder completes the draw order of a TYP from its polygons, but
     // says so in a polygon's ";draworder:" comment only when the TYP had it.
     EXPECT_EQ(first_difference(without_comments(text), without_comments(decoded(encode(again, ui), last))), "");
 }
 
-INSTANTIATE_TEST_SUITE_P(Files, TextRoundTrip, ::testing::ValuesIn(corpus_params(corpus_texts())), name_of);
+INSTANTIATE_TEST_SUITE_P(Files, TextRoundTrip, ::testing::ValuesIn(corpus_params(corpus_texts())), file_test_name);
 
 }  // namespace

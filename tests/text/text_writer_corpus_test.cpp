@@ -6,6 +6,7 @@
 #include <regex>
 
 #include "platform/codepage.h"
+#include "support/file_params.h"
 #include "support/harness.h"
 #include "text/encoding.h"
 #include "text/text_writer.h"
@@ -15,12 +16,10 @@ using namespace korvex::testing;
 
 namespace {
 
-std::vector<std::string> typ_files() {
+std::vector<std::string> corpus_typ_files() {
     if (corpus_dir().empty()) return corpus_params({});
     return corpus_params(files_with(corpus_dir() + "/typ", ".typ"));
 }
-
-std::string name_of(const ::testing::TestParamInfo<std::string>& info) { return file_param_name(info.param); }
 
 int count_of(const std::string& text, const std::string& what) {
     int n = 0;
@@ -64,6 +63,6 @@ TEST_P(CorpusText, Utf8KindIsValidUtf8Throughout) {
     EXPECT_TRUE(platform::is_valid_utf8(text));
 }
 
-INSTANTIATE_TEST_SUITE_P(Files, CorpusText, ::testing::ValuesIn(typ_files()), name_of);
+INSTANTIATE_TEST_SUITE_P(Files, CorpusText, ::testing::ValuesIn(corpus_typ_files()), file_test_name);
 
 }  // namespace

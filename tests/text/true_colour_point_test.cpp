@@ -10,7 +10,7 @@ using namespace korvex::testing;
 
 namespace {
 
-const std::string k_head = "[_id]\r\nProductCode=1\r\nFID=7\r\nCodePage=1252\r\n[end]\r\n";
+const std::string k_id_section = "[_id]\r\nProductCode=1\r\nFID=7\r\nCodePage=1252\r\n[end]\r\n";
 
 std::string point_section(const std::string& text) {
     const size_t at = text.find("[_point]");
@@ -49,7 +49,7 @@ TEST(TrueColourPoint, DayPixelsSurviveTextAndTypInEveryShape) {
     for (const char* head : {"DayXpm=\"4 3 0 0\"", "Xpm=\"4 3 0 0\"", "DayXpm=\"4 3 0 1\""}) {
         std::string lowered = rows;
         for (char& c : lowered) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-        const std::string text = k_head + "[_point]\r\nType=0x2f\r\n" + head + "\r\n" + lowered + "[end]\r\n";
+        const std::string text = k_id_section + "[_point]\r\nType=0x2f\r\n" + head + "\r\n" + lowered + "[end]\r\n";
         SCOPED_TRACE(head);
         const std::string once = reprint(text);
         EXPECT_EQ(point_section(once), expected);
@@ -65,7 +65,7 @@ TEST(TrueColourPoint, DayPixelsSurviveTextAndTypInEveryShape) {
 // every pixel's colour. Opacity of a day picture stays in the old-style form
 // the reader takes back.
 TEST(TrueColourPoint, NightPicturesGetAPaletteAndOpacityStays) {
-    const std::string text = k_head +
+    const std::string text = k_id_section +
                              "[_point]\r\nType=0x2f01\r\nDayXpm=\"3 1 0 0\"\r\n\"#FF0000#00FF00#FF0000\"\r\n"
                              "NightXpm=\"3 1 0 0\"\r\n\"#110000#001100#000011\"\r\n[end]\r\n"
                              "[_point]\r\nType=0x30\r\nDayXpm=\"2 1 0 0\"\r\n\"#FF00000A#00FF00\"\r\n[end]\r\n";

@@ -12,13 +12,13 @@ using namespace korvex::testing;
 
 namespace {
 
-size_t rows(const model::Store& s) { return s.pg_txt.size() + s.ln_txt.size() + s.pt_txt.size(); }
+size_t row_count(const model::Store& s) { return s.pg_txt.size() + s.ln_txt.size() + s.pt_txt.size(); }
 
 void survive(const std::string& bytes) {
     model::Store s;
     platform::ScriptedPrompt ui;
     decode_bytes(s, ui, bytes);
-    EXPECT_LE(rows(s), bytes.size() + 8) << "tables larger than the file";
+    EXPECT_LE(row_count(s), bytes.size() + 8) << "tables larger than the file";
     text_of(s, ui);
     encode(s, ui);
 }

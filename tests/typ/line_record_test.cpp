@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "support/record_bytes.h"
 #include "typ/curf_access.h"
 #include "typ/extended_sections.h"
 #include "typ/header.h"
@@ -11,22 +12,18 @@ using namespace korvex;
 
 namespace {
 
-std::string bytes(std::initializer_list<int> v) {
-    std::string out;
-    for (int b : v) out += static_cast<char>(b);
-    return out;
-}
+using korvex::testing::bytes;
+using korvex::testing::record_colours::A;
+using korvex::testing::record_colours::B;
+using korvex::testing::record_colours::C;
+using korvex::testing::record_colours::D;
 
-const std::string A = bytes({0x10, 0x20, 0x30});  // #302010
-const std::string B = bytes({0x40, 0x50, 0x60});  // #605040
-const std::string C = bytes({0x70, 0x80, 0x90});  // #908070
-const std::string D = bytes({0xa0, 0xb0, 0xc0});  // #C0B0A0
 // One row: set bits are the line colour 0.
 const std::string ROW = bytes({0xff, 0x00, 0x01, 0x80});
 const std::string ROW_TEXT = "00000000" "11111111" "01111111" "11111110";
 
 // One line record at offset 0 of curf, type 0x2b, decoded into row `row`.
-model::Store decode_one(const std::string& record, const std::string& ldopts = "111111", int32_t row = 0) {
+model::Store decode_line(const std::string& record, const std::string& ldopts = "111111", int32_t row = 0) {
     model::Store s;
     s.ldopts = ldopts;
     s.curf = record;
@@ -54,7 +51,7 @@ class LineScheme : public ::testing::TestWithParam<LineCase> {};
 
 TEST_P(LineScheme, DecodesTextAndEncodesTheSameBytes) {
     const LineCase& c = GetParam();
-    model::Store s = decode_one(c.record);
+    model::Store s = decode_line(c.record);
     EXPECT_EQ(s.ln_txt[0], "[_line] \r\nType=0x2B00\r\n" + c.keys + c.xpm + "\r\n" + c.palette + "\r\n");
     EXPECT_EQ(s.ln_xpm[0], c.xpm);
     EXPECT_EQ(s.ln_col[0], c.palette);
@@ -98,14 +95,14 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& info) { return info.param.name; });
 
 TEST(LineRecord, BitmapBitsAreInvertedAgainstPolygons) {
-    model::Store s = decode_one(bytes({8, 0}) + A + B + ROW);
+    model::Store s = decode_line(bytes({8, 0}) + A + B + ROW);
     EXPECT_EQ(s.ln_bmp[0], ROW_TEXT);
     EXPECT_EQ(s.ln_mode[0], 8);
     EXPECT_EQ(s.ln_wid[0], 0);
 }
 
 TEST(LineRecord, SolidLineGetsRowsOfBorderLineBorder) {
-    model::Store s = decode_one(bytes({0, 0}) + A + B + bytes({2, 4}));
+    model::Store s = decode_line(bytes({0, 0}) + A + B + bytes({2, 4}));
     const std::string ones(32, '1'), zeros(32, '0');
     EXPECT_EQ(s.ln_bmp[0], ones + "\r\n" + zeros + "\r\n" + zeros + "\r\n" + ones);
     EXPECT_EQ(s.ln_wid[0], 2);
@@ -121,7 +118,7 @@ TEST(LineRecord, OddExcessOfTheTotalWidthRoundsTheBorderToEven) {
     } cases[] = {{3, 0, 6}, {4, 1, 0}, {5, 2, 0}, {7, 2, 0}, {9, 4, 0}};
     for (const auto& c : cases) {
         SCOPED_TRACE(c.total);
-        model::Store s = decode_one(bytes({0, 0}) + A + B + bytes({2, c.total}));
+        model::Store s = decode_line(bytes({0, 0}) + A + B + bytes({2, c.total}));
         EXPECT_EQ(s.ln_wid[0], 2);
         EXPECT_EQ(s.ln_bord[0], c.border);
         EXPECT_EQ(s.ln_mode[0], c.scheme);
@@ -132,9 +129,9 @@ TEST(LineRecord, OddExcessOfTheTotalWidthRoundsTheBorderToEven) {
 }
 
 TEST(LineRecord, Scheme2IsReportedBothWays) {
-    model::Store s = decode_one(bytes({2, 0, 3, 5}));
+    model::Store s = decode_line(bytes({2, 0, 3, 5}));
     EXPECT_EQ(s.loadrep, "unknown polyline format\r\n");
-    model::Store t = decode_one(bytes({10, 0}) + ROW);
+    model::Store t = decode_line(bytes({10, 0}) + ROW);
     EXPECT_EQ(t.loadrep, "unknown polyline format line_bmp\r\n");
     s.loadrep.clear();
     EXPECT_EQ(typ::encode_line_record(s, 0), bytes({2, 0, 3, 5}));
@@ -159,7 +156,7 @@ TEST(LineRecord, NightColoursOffKeepsTheDayLook) {
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(static_cast<int>(c.record[0]));
-        model::Store s = decode_one(c.record, "111101");
+        model::Store s = decode_line(c.record, "111101");
         EXPECT_EQ(s.ln_mode[0], c.mode);
         EXPECT_EQ(s.ln_col[0], c.palette);
         EXPECT_EQ(s.ln_ncol[0], c.mode == 6 ? 1 : 2);
@@ -219,7 +216,7 @@ TEST(LineRecord, LabelsAndFontFollowTheWidths) {
     ASSERT_GE(record.size(), 7u);
     EXPECT_EQ(record.substr(0, 6), bytes({6, 1 | 4}) + A + bytes({3}));
 
-    model::Store t = decode_one(record);
+    model::Store t = decode_line(record);
     EXPECT_NE(t.ln_txt[0].find("String1=0x04,Road\r\n"), std::string::npos);
     EXPECT_NE(t.ln_txt[0].find("FontStyle=SmallFont\r\n"), std::string::npos);
     EXPECT_EQ(t.ln_len[0], static_cast<int32_t>(record.size()));

@@ -3,6 +3,7 @@
 #include <initializer_list>
 
 #include "support/harness.h"
+#include "support/record_bytes.h"
 #include "typ/curf_access.h"
 #include "typ/header.h"
 #include "typ/point_detail.h"
@@ -13,16 +14,12 @@ using namespace korvex;
 
 namespace {
 
+using korvex::testing::bytes;
+
 constexpr int32_t k_code_2f00 = 0x2f * 32;  // index code of type 0x2F00
 
-std::string bytes(std::initializer_list<int> v) {
-    std::string out;
-    for (int b : v) out += static_cast<char>(b);
-    return out;
-}
-
 // The file holds `lead` zero bytes and then the record; row 0 decodes it.
-model::Store decode_one(const std::string& record, int lead = 0, int32_t code = k_code_2f00) {
+model::Store decode_point(const std::string& record, int lead = 0, int32_t code = k_code_2f00) {
     model::Store s;
     s.curf = std::string(static_cast<size_t>(lead), '\0') + record;
     s.pt_n = 1;
@@ -92,7 +89,7 @@ TEST(PointPalette, NoneInMode32IsWhiteAndFullyTransparent) {
 TEST(PointRecord, Mode0OneColourOddWidthHasOneBitPixels) {
     // 3 x 2, colour blue; rows of one byte each.
     const std::string rec = bytes({1, 3, 2, 1, 0, 0xFF, 0x00, 0x00, 0x00, 0x00});
-    model::Store s = decode_one(rec);
+    model::Store s = decode_point(rec);
     EXPECT_EQ(s.pt_txt[0], head_text("DayXpm=\"3 2 1 1\" Colormode=0") + "\"$ c #0000FF\"\r\n");
     EXPECT_EQ(s.pt_bmp[0], "$$$\r\n$$$\r\n");
     EXPECT_EQ(s.pt_xpm[0], "DayXpm=\"3 2 1 1\" Colormode=0");
@@ -107,7 +104,7 @@ TEST(PointRecord, Mode0OneColourOddWidthHasOneBitPixels) {
 TEST(PointRecord, Mode0TwoColoursReadTwoBitsLowestFirst) {
     // Rows 0 1 1 and 1 0 0: 0b010100 and 0b000001.
     const std::string rec = bytes({1, 3, 2, 2, 0, 0, 0, 0, 0xFF, 0xFF, 0xFF, 0x14, 0x01});
-    model::Store s = decode_one(rec);
+    model::Store s = decode_point(rec);
     EXPECT_EQ(s.pt_col[0], "\"$ c #000000\"\r\n\"% c #FFFFFF\"\r\n");
     EXPECT_EQ(s.pt_bmp[0], "$%%\r\n%$$\r\n");
     expect_encodes_back(s, rec);
@@ -116,7 +113,7 @@ TEST(PointRecord, Mode0TwoColoursReadTwoBitsLowestFirst) {
 TEST(PointRecord, Mode16AddsTheTransparentColourBehindThePalette) {
     // 2 colours and the transparent value 2, two bits a pixel: 2 0 1 2 in one byte.
     const std::string rec = bytes({1, 4, 1, 2, 16, 0x00, 0x00, 0xFF, 0x00, 0xFF, 0x00, 0x92});
-    model::Store s = decode_one(rec);
+    model::Store s = decode_point(rec);
     EXPECT_EQ(s.pt_txt[0], head_text("DayXpm=\"4 1 3 1\" Colormode=16") +
                                "\"$ c #FF0000\"\r\n\"% c #00FF00\"\r\n\"& c none\"\r\n");
     EXPECT_EQ(s.pt_bmp[0], "&$%&\r\n");
@@ -133,7 +130,7 @@ TEST(PointRecord, Mode16ThreeColoursWidth33HasOnePaddingNibbleARow) {
         pixels += static_cast<char>((32 + y) % 4);
     }
     const std::string rec = bytes({1, 33, 2, 3, 16, 1, 1, 1, 2, 2, 2, 3, 3, 3}) + pixels;
-    model::Store s = decode_one(rec);
+    model::Store s = decode_point(rec);
     EXPECT_EQ(s.pt_xpm[0], "DayXpm=\"33 2 4 1\" Colormode=16");
     EXPECT_EQ(s.pt_bmp[0], "$%&'$%&'$%&'$%&'$%&'$%&'$%&'$%&'$\r\n%&'$%&'$%&'$%&'$%&'$%&'$%&'$%&'$%\r\n");
     expect_encodes_back(s, rec);
@@ -143,7 +140,7 @@ TEST(PointRecord, Mode0ThreeColoursWidth33PadsTheRowWithZeroBits) {
     // Two bits a pixel: 66 bits, 9 bytes a row.
     std::string rec = bytes({1, 33, 1, 3, 0, 1, 1, 1, 2, 2, 2, 3, 3, 3});
     rec += std::string(8, static_cast<char>(0x24)) + bytes({0x02});  // 0 1 2 0 ..., last pixel 2
-    model::Store s = decode_one(rec);
+    model::Store s = decode_point(rec);
     EXPECT_EQ(s.pt_bmp[0], "$%&$$%&$$%&$$%&$$%&$$%&$$%&$$%&$&\r\n");
     expect_encodes_back(s, rec);
 }
@@ -152,7 +149,7 @@ TEST(PointRecord, Mode16FifteenColoursTakeAByteAPixel) {
     std::string rec = bytes({1, 3, 1, 15, 16});
     for (int k = 0; k < 15; ++k) rec += bytes({k, k, k});
     rec += bytes({14, 15, 0});
-    model::Store s = decode_one(rec);
+    model::Store s = decode_point(rec);
     EXPECT_EQ(s.pt_xpm[0], "DayXpm=\"3 1 16 1\" Colormode=16");
     EXPECT_EQ(s.pt_bmp[0], "23$\r\n");
     expect_encodes_back(s, rec);
@@ -162,7 +159,7 @@ TEST(PointRecord, Mode32ThreeColoursKeepTwoBitPixelsAndAlpha) {
     // 3 x 2: two bits a pixel, rows of one byte (the corpus reads this way).
     const std::string rec = bytes({1, 3, 2, 3, 32, 0x01, 0x02, 0x03, 0x00, 0x01, 0x02, 0xF3, 0xAA, 0xBB, 0xCC, 0x05,
                                    0x24, 0x09});
-    model::Store s = decode_one(rec);
+    model::Store s = decode_point(rec);
     EXPECT_EQ(s.pt_txt[0], head_text("DayXpm=\"3 2 3 1\" Colormode=32") +
                                "\"$ c #030201\" alpha=0\r\n\"% c #302010\" alpha=15\r\n\"& c #CCBBAA\" alpha=5\r\n");
     EXPECT_EQ(s.pt_bmp[0], "$%&\r\n%&$\r\n");
@@ -176,19 +173,19 @@ TEST(PointRecord, TwoSymbolCharactersFromThirtyTwoColours) {
         for (int k = 0; k < n; ++k) rec += bytes({k, 0, 0});
         return rec + bytes({pixel});
     };
-    model::Store s31 = decode_one(record(31, 0, 30));
+    model::Store s31 = decode_point(record(31, 0, 30));
     EXPECT_EQ(s31.pt_xpm[0], "DayXpm=\"1 1 31 1\" Colormode=0");
     EXPECT_EQ(s31.pt_bmp[0], "B\r\n");
     expect_encodes_back(s31, record(31, 0, 30));
 
-    model::Store s32 = decode_one(record(32, 0, 31));
+    model::Store s32 = decode_point(record(32, 0, 31));
     EXPECT_EQ(s32.pt_xpm[0], "DayXpm=\"1 1 32 2\" Colormode=0");
     EXPECT_EQ(s32.pt_bmp[0], "%3\r\n");
     EXPECT_NE(s32.pt_col[0].find("\"%3 c #00001F\"\r\n"), std::string::npos);
     expect_encodes_back(s32, record(32, 0, 31));
 
     // 31 colours and the transparent one make 32 lines.
-    model::Store t31 = decode_one(record(31, 16, 31));
+    model::Store t31 = decode_point(record(31, 16, 31));
     EXPECT_EQ(t31.pt_xpm[0], "DayXpm=\"1 1 32 2\" Colormode=16");
     EXPECT_EQ(t31.pt_bmp[0], "%3\r\n");
     EXPECT_NE(t31.pt_col[0].find("\"%3 c none\""), std::string::npos);
@@ -199,7 +196,7 @@ TEST(PointRecord, TwoHundredColoursInMode32) {
     std::vector<uint32_t> entries;
     for (int k = 0; k < 200; ++k) entries.push_back(static_cast<uint32_t>(k) | static_cast<uint32_t>(k % 16) << 24);
     const std::string rec = bytes({1, 3, 1, 200, 32}) + typ::alphacol32(entries) + bytes({0, 199, 100});
-    model::Store s = decode_one(rec);
+    model::Store s = decode_point(rec);
     EXPECT_EQ(s.pt_ncol[0], 200);
     EXPECT_EQ(s.pt_bmp[0], "$$0+*(\r\n");
     EXPECT_NE(s.pt_col[0].find("\"0+ c #0000C7\" alpha=7\r\n"), std::string::npos);
@@ -210,7 +207,7 @@ TEST(PointRecord, ColourByteZeroIsTwoHundredFiftySixColoursWhenTheSizeSaysSo) {
     std::string rec = bytes({1, 16, 16, 0, 0});
     for (int k = 0; k < 256; ++k) rec += bytes({k, 0, 0});
     for (int k = 0; k < 256; ++k) rec += static_cast<char>(255 - k);
-    model::Store s = decode_one(rec);
+    model::Store s = decode_point(rec);
     EXPECT_EQ(s.pt_xpm[0], "DayXpm=\"16 16 256 2\" Colormode=0");
     EXPECT_EQ(s.pt_bmp[0].substr(0, 6), "333231");
     expect_encodes_back(s, rec);
@@ -218,7 +215,7 @@ TEST(PointRecord, ColourByteZeroIsTwoHundredFiftySixColoursWhenTheSizeSaysSo) {
 
 TEST(PointRecord, WidthOneHeightOneWithoutPaletteHasNoPixels) {
     const std::string rec = bytes({1, 1, 1, 0, 0});
-    model::Store s = decode_one(rec);
+    model::Store s = decode_point(rec);
     EXPECT_EQ(s.pt_txt[0], head_text("DayXpm=\"1 1 0 1\" Colormode=0"));
     EXPECT_EQ(s.pt_bmp[0], "");
     EXPECT_EQ(s.pt_col[0], "");
@@ -228,7 +225,7 @@ TEST(PointRecord, WidthOneHeightOneWithoutPaletteHasNoPixels) {
 
 TEST(PointRecord, OnlyTransparentPixelsHaveAnEmptyMode16Palette) {
     const std::string rec = bytes({1, 2, 2, 0, 16, 0, 0});
-    model::Store s = decode_one(rec);
+    model::Store s = decode_point(rec);
     EXPECT_EQ(s.pt_txt[0], head_text("DayXpm=\"2 2 1 1\" Colormode=16") + "\"$ c none\"\r\n");
     EXPECT_EQ(s.pt_bmp[0], "$$\r\n$$\r\n");
     expect_encodes_back(s, rec);
@@ -237,7 +234,7 @@ TEST(PointRecord, OnlyTransparentPixelsHaveAnEmptyMode16Palette) {
 TEST(PointRecord, TrueColourPictureWithoutPixelDataListsOneColourAPixel) {
     // 2 x 1 with a colour for each pixel and nothing behind.
     const std::string rec = bytes({1, 2, 1, 0, 0, 0x00, 0x00, 0xFF, 0xFF, 0x00, 0x00});
-    model::Store s = decode_one(rec);
+    model::Store s = decode_point(rec);
     EXPECT_EQ(s.pt_txt[0], head_text("DayXpm=\"2 1 0 1\" Colormode=0") + "\"#FF0000\"\r\n\"#0000FF\"\r\n");
     EXPECT_EQ(s.pt_bmp[0], "");
     expect_encodes_back(s, rec);
@@ -245,7 +242,7 @@ TEST(PointRecord, TrueColourPictureWithoutPixelDataListsOneColourAPixel) {
 
 TEST(PointRecord, UnknownColourModeIsReportedAndReadAsOpaque) {
     const std::string rec = bytes({1, 2, 1, 1, 48, 0x00, 0x00, 0xFF, 0x00});
-    model::Store s = decode_one(rec);
+    model::Store s = decode_point(rec);
     EXPECT_EQ(s.pt_xpm[0], "DayXpm=\"2 1 1 1\" Colormode=0");
     EXPECT_EQ(s.pt_mode[0], 0);
     EXPECT_EQ(s.loadrep, "Colour48\r\n");
@@ -256,7 +253,7 @@ TEST(PointRecord, UnknownColourModeIsReportedAndReadAsOpaque) {
 
 TEST(PointRecord, NightWithoutColoursSharesTheDayPixels) {
     const std::string rec = bytes({3, 2, 1, 1, 0, 0x00, 0x00, 0xFF, 0x00, 0, 0});
-    model::Store s = decode_one(rec);
+    model::Store s = decode_point(rec);
     EXPECT_EQ(s.pt_txt[0], head_text("DayXpm=\"2 1 1 1\" Colormode=0") +
                                "\"$ c #FF0000\"\r\n\r\nNightXpm=\"2 1 0 1\" Colormode=0");
     EXPECT_EQ(s.pt_col[0], "\"$ c #FF0000\"\r\n\r\nNightXpm=\"2 1 0 1\" Colormode=0");
@@ -270,7 +267,7 @@ TEST(PointRecord, NightWithoutColoursSharesTheDayPixels) {
 TEST(PointRecord, NightPictureHasItsOwnPaletteAndMode) {
     // Day: one colour. Night: two colours in mode 16, pixels 1 and 2 (transparent).
     const std::string rec = bytes({3, 2, 1, 1, 0, 0x00, 0x00, 0xFF, 0x00, 2, 16, 0x10, 0x10, 0x10, 0x20, 0x20, 0x20, 0x09});
-    model::Store s = decode_one(rec);
+    model::Store s = decode_point(rec);
     EXPECT_EQ(s.pt_col[0], "\"$ c #FF0000\"\r\n\r\nNightXpm=\"2 1 3 1\" Colormode=16\r\n"
                            "\"$ c #101010\"\r\n\"% c #202020\"\r\n\"& c none\"");
     EXPECT_EQ(s.pt_bmp[0], "$$\r\n");
@@ -300,7 +297,7 @@ TEST(PointRecord, NightIsDroppedWhenLoadOptionSixIsOff) {
 TEST(PointRecord, LabelsStandBeforeThePictureAndEncodeBack) {
     // Label block: code 2*4+5, language 4, "Cafe", 0.
     const std::string rec = bytes({5, 1, 1, 1, 0, 0x00, 0x00, 0xFF, 0x00, 13, 4, 'C', 'a', 'f', 'e', 0});
-    model::Store s = decode_one(rec);
+    model::Store s = decode_point(rec);
     EXPECT_EQ(s.pt_txt[0], "[_point]\r\nType=0x2F00\r\nString1=0x04,Cafe\r\nExtendedLabels=N\r\n"
                            "DayXpm=\"1 1 1 1\" Colormode=0\r\n\"$ c #FF0000\"\r\n");
     EXPECT_EQ(s.pt_lab[0], std::string("\0\0", 2) + "1x1 1 1\r\n02F00#'Cafe'");

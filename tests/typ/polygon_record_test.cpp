@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "support/record_bytes.h"
 #include "typ/curf_access.h"
 #include "typ/header.h"
 #include "typ/polygon_record.h"
@@ -7,6 +8,12 @@
 using namespace korvex;
 
 namespace {
+
+using korvex::testing::bytes;
+using korvex::testing::record_colours::A;
+using korvex::testing::record_colours::B;
+using korvex::testing::record_colours::C;
+using korvex::testing::record_colours::D;
 
 // A bitmap whose rows can be told apart: byte k of the picture is k.
 std::string counting_bitmap() {
@@ -16,7 +23,7 @@ std::string counting_bitmap() {
 }
 
 // One polygon record at offset 0 of curf, decoded into row 0.
-model::Store decode_one(const std::string& record, const std::string& ldopts = "111111") {
+model::Store decode_polygon(const std::string& record, const std::string& ldopts = "111111") {
     model::Store s;
     s.ldopts = ldopts;
     s.curf = record;
@@ -32,12 +39,6 @@ model::Store decode_one(const std::string& record, const std::string& ldopts = "
     return s;
 }
 
-std::string bytes(std::initializer_list<int> v) {
-    std::string out;
-    for (int b : v) out += static_cast<char>(b);
-    return out;
-}
-
 struct SchemeCase {
     int scheme;
     std::string colours;  // colour bytes behind the flag, file order
@@ -45,18 +46,13 @@ struct SchemeCase {
     std::string xpm;
 };
 
-const std::string A = bytes({0x10, 0x20, 0x30});  // #302010
-const std::string B = bytes({0x40, 0x50, 0x60});  // #605040
-const std::string C = bytes({0x70, 0x80, 0x90});  // #908070
-const std::string D = bytes({0xa0, 0xb0, 0xc0});  // #C0B0A0
-
 class PolygonScheme : public ::testing::TestWithParam<SchemeCase> {};
 
 TEST_P(PolygonScheme, DecodesPaletteAndEncodesTheSameBytes) {
     const SchemeCase& c = GetParam();
     const bool bitmap = c.scheme >= 8;
     const std::string record = static_cast<char>(c.scheme) + c.colours + (bitmap ? counting_bitmap() : "");
-    model::Store s = decode_one(record);
+    model::Store s = decode_polygon(record);
 
     EXPECT_EQ(s.pg_mode[0], c.scheme);
     EXPECT_EQ(s.pg_col[0], c.palette);
@@ -91,10 +87,10 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& info) { return "Scheme" + std::to_string(info.param.scheme); });
 
 TEST(PolygonRecord, NightFlagAndCountFollowTheNightColours) {
-    model::Store s = decode_one(bytes({9}) + A + B + C + D + counting_bitmap());
+    model::Store s = decode_polygon(bytes({9}) + A + B + C + D + counting_bitmap());
     EXPECT_EQ(s.pg_lab[0], std::string("\x01\x00#", 3));
     EXPECT_EQ(s.pg_nnight, 1);
-    model::Store t = decode_one(bytes({14}) + A + counting_bitmap());
+    model::Store t = decode_polygon(bytes({14}) + A + counting_bitmap());
     EXPECT_EQ(t.pg_lab[0], std::string("\x00\x01#", 3));
     EXPECT_EQ(t.pg_nnight, 0);
 }
@@ -115,7 +111,7 @@ TEST(PolygonRecord, NightColoursOffKeepsTheDayLook) {
     };
     for (const Case& c : cases) {
         const std::string picture = c.scheme == 7 ? "" : counting_bitmap();
-        model::Store s = decode_one(static_cast<char>(c.scheme) + c.colours + picture, "111011");
+        model::Store s = decode_polygon(static_cast<char>(c.scheme) + c.colours + picture, "111011");
         SCOPED_TRACE(c.scheme);
         EXPECT_EQ(s.pg_mode[0], c.mode);
         EXPECT_EQ(s.pg_col[0], c.palette);
@@ -163,7 +159,7 @@ TEST(PolygonRecord, LabelsAndFontFollowTheBitmap) {
     ASSERT_GT(record.size(), 4u + 128);
     EXPECT_EQ(record.substr(0, 4), bytes({14 | 16 | 32}) + A);
 
-    model::Store t = decode_one(record);
+    model::Store t = decode_polygon(record);
     EXPECT_NE(t.pg_txt[0].find("String1=0x04,Wood\r\n"), std::string::npos);
     EXPECT_NE(t.pg_txt[0].find("FontStyle=SmallFont\r\n"), std::string::npos);
     EXPECT_EQ(t.pg_txt[0].find("ExtendedLabels=N"), std::string::npos);

@@ -5,6 +5,7 @@
 #include <filesystem>
 
 #include "support/every_form.h"
+#include "support/file_params.h"
 #include "support/harness.h"
 
 using namespace korvex;
@@ -19,8 +20,6 @@ std::vector<std::string> typ_files() {
         for (auto& f : files_with(corpus_dir() + "/typ", ".typ")) files.push_back(f);
     return files;
 }
-
-std::string name_of(const ::testing::TestParamInfo<std::string>& info) { return file_param_name(info.param); }
 
 class TypRoundTrip : public ::testing::TestWithParam<std::string> {};
 
@@ -46,6 +45,6 @@ TEST_P(TypRoundTrip, DecodeEncodeDecodeKeepsTheTextAndOurBytesAreStable) {
     EXPECT_TRUE(again == ours) << "re-encoding our own file changed " << GetParam();
 }
 
-INSTANTIATE_TEST_SUITE_P(Files, TypRoundTrip, ::testing::ValuesIn(typ_files()), name_of);
+INSTANTIATE_TEST_SUITE_P(Files, TypRoundTrip, ::testing::ValuesIn(typ_files()), file_test_name);
 
 }  // namespace

@@ -17,6 +17,8 @@ using namespace korvex::workbench;
 
 namespace {
 
+using korvex::testing::english_messages;
+
 std::string polygon(const std::string& type, const std::string& comment = "") {
     return "[_polygon]\r\nType=" + type + "\r\n" + comment + "Xpm=\"0 0 1 0\"\r\n\"1 c #102030\"\r\n[end]\r\n";
 }
@@ -26,7 +28,7 @@ std::string polygon(const std::string& type, const std::string& comment = "") {
 const char* const k_draw = "[_drawOrder]\r\nType=0x01,1\r\nType=0x02,1\r\nType=0x50,2\r\nType=0x03,3\r\n"
                            "Type=0x10f03,3\r\n[end]\r\n";
 
-model::Store sample(platform::ScriptedPrompt& ui, const std::string& draw = k_draw) {
+model::Store polygon_sample(platform::ScriptedPrompt& ui, const std::string& draw = k_draw) {
     model::Store s;
     model::newproject(s);
     const std::string text = "[_id]\r\nFID=1\r\nProductCode=1\r\nCodePage=1252\r\n[end]\r\n" + draw +
@@ -46,18 +48,13 @@ struct Snapshot {
     bool operator==(const Snapshot&) const = default;
 };
 
-integration::Messages& msgs() {
-    static integration::Messages m;
-    return m;
-}
-
 LevelTarget row(int32_t r) { return LevelTarget{r, -1}; }
 
 }  // namespace
 
 TEST(DrawOrderLayers, EntriesInOrderPlaceholdersPaddingAndTheNoLevelGroupLast) {
     platform::ScriptedPrompt ui;
-    model::Store s = sample(ui);
+    model::Store s = polygon_sample(ui);
     ASSERT_EQ(s.pg_n, 5);
     EXPECT_EQ(list(s), " 0001,1 0002,1 0050,2 0003,3 10F03,3");
     const LayerLayout l = refresh_draworders(s, 3);
@@ -92,7 +89,7 @@ TEST(DrawOrderLayers, EntriesInOrderPlaceholdersPaddingAndTheNoLevelGroupLast) {
 
 TEST(DrawOrderLayers, TheBrowserShowsLayerCellsAndGetMdrwTranslatesTheSelection) {
     platform::ScriptedPrompt ui;
-    model::Store s = sample(ui);
+    model::Store s = polygon_sample(ui);
     Browser b;
     b.set_class(model::k_polygons);
     b.opt.draworder_view = true;
@@ -139,8 +136,8 @@ TEST(DrawOrderSort, TiesKeepTheirOrder) {
 
 TEST(DrawOrderSetLevel, ChangesTheEntryOrTheTypeAndReachesTypAndText) {
     platform::ScriptedPrompt ui;
-    model::Store s = sample(ui);
-    EXPECT_TRUE(mlev(s, ui, msgs(), model::k_polygons, {row(0), row(4)}, 3));
+    model::Store s = polygon_sample(ui);
+    EXPECT_TRUE(mlev(s, ui, english_messages(), model::k_polygons, {row(0), row(4)}, 3));
     EXPECT_EQ(list(s), " 0002,1 0050,2 0001,3 0003,3 10F03,3 0005,3");
     EXPECT_EQ(s.pg_drw[0], "Type=0001,3");
     EXPECT_EQ(s.pg_drw[4], "Type=0005,3");
@@ -149,7 +146,7 @@ TEST(DrawOrderSetLevel, ChangesTheEntryOrTheTypeAndReachesTypAndText) {
     EXPECT_NE(std::find(ui.statuses.begin(), ui.statuses.end(), "Setting draworder to 3"), ui.statuses.end());
 
     // Level 0 puts a polygon into the no-level group, never into the list.
-    EXPECT_TRUE(mlev(s, ui, msgs(), model::k_polygons, {row(1)}, 0));
+    EXPECT_TRUE(mlev(s, ui, english_messages(), model::k_polygons, {row(1)}, 0));
     EXPECT_EQ(list(s), " 0050,2 0001,3 0003,3 10F03,3 0005,3");
     EXPECT_EQ(s.pg_drw[1], "Type=0002,0");
     EXPECT_EQ(no_level_text(s), "0002,0 ");
@@ -170,16 +167,16 @@ TEST(DrawOrderSetLevel, ChangesTheEntryOrTheTypeAndReachesTypAndText) {
 
 TEST(DrawOrderSetLevel, ALayerCellMovesOnlyItsEntryAndAWholeTypeCollapses) {
     platform::ScriptedPrompt ui;
-    model::Store s = sample(ui, "[_drawOrder]\r\nType=0x01,1\r\nType=0x02,2\r\n[end]\r\n");
+    model::Store s = polygon_sample(ui, "[_drawOrder]\r\nType=0x01,1\r\nType=0x02,2\r\n[end]\r\n");
     // A text load drops a second level of a type; the duplicate option adds one.
     s.drwlist = " 0001,1 0002,2 0001,4";
     refresh_levels(s);
     // The cell of 0x01's second level (entry 2) moves to 3; its first stays.
-    EXPECT_TRUE(mlev(s, ui, msgs(), model::k_polygons, {LevelTarget{0, 2}}, 3));
+    EXPECT_TRUE(mlev(s, ui, english_messages(), model::k_polygons, {LevelTarget{0, 2}}, 3));
     EXPECT_EQ(list(s), " 0001,1 0002,2 0001,3");
     EXPECT_EQ(s.pg_drw[0], "Type=0001,1\r\nType=0001,3");
     // From the icon view the polygon has one level afterwards.
-    EXPECT_TRUE(mlev(s, ui, msgs(), model::k_polygons, {row(0)}, 2));
+    EXPECT_TRUE(mlev(s, ui, english_messages(), model::k_polygons, {row(0)}, 2));
     EXPECT_EQ(list(s), " 0001,2 0002,2");
     EXPECT_EQ(s.pg_drw[0], "Type=0001,2");
 }
@@ -187,61 +184,62 @@ TEST(DrawOrderSetLevel, ALayerCellMovesOnlyItsEntryAndAWholeTypeCollapses) {
 TEST(DrawOrderSetLevel, RefusalsAndNoOpsChangeNothing) {
     platform::ScriptedPrompt ui;
     model::Store empty;
-    EXPECT_FALSE(mlev(empty, ui, msgs(), model::k_polygons, {row(0)}, 2));
+    EXPECT_FALSE(mlev(empty, ui, english_messages(), model::k_polygons, {row(0)}, 2));
     EXPECT_EQ(ui.messages.back(), "No data.");
 
-    model::Store s = sample(ui);
+    model::Store s = polygon_sample(ui);
     const Snapshot before(s);
     ui.messages.clear();
-    EXPECT_FALSE(mlev(s, ui, msgs(), model::k_polygons, {}, 2));
-    EXPECT_FALSE(mlev(s, ui, msgs(), model::k_lines, {row(0)}, 2));
+    EXPECT_FALSE(mlev(s, ui, english_messages(), model::k_polygons, {}, 2));
+    EXPECT_FALSE(mlev(s, ui, english_messages(), model::k_lines, {row(0)}, 2));
     EXPECT_TRUE(ui.messages.empty());
     EXPECT_TRUE(Snapshot(s) == before);
 }
 
 TEST(DrawOrderSetLevel, TheDecodersCommentFollowsTheLevel) {
     platform::ScriptedPrompt ui;
-    model::Store s = sample(ui);
+    model::Store s = polygon_sample(ui);
     s.pg_txt[0] = "[_polygon]\r\nType=0x01\r\n;draworder:1\r\nExtendedLabels=N\r\nXpm=\"0 0 1 0\"\r\n";
-    mlev(s, ui, msgs(), model::k_polygons, {row(0)}, 7);
+    mlev(s, ui, english_messages(), model::k_polygons, {row(0)}, 7);
     EXPECT_EQ(s.pg_txt[0], "[_polygon]\r\nType=0x01\r\n;draworder:7\r\nExtendedLabels=N\r\nXpm=\"0 0 1 0\"\r\n");
-    mlev(s, ui, msgs(), model::k_polygons, {row(0)}, 0);
+    mlev(s, ui, english_messages(), model::k_polygons, {row(0)}, 0);
     EXPECT_EQ(s.pg_txt[0], "[_polygon]\r\nType=0x01\r\nExtendedLabels=N\r\nXpm=\"0 0 1 0\"\r\n");
 }
 
 TEST(DrawOrderInsertLayer, RaisesTheLayerAndAboveAndGivesTheSelectionTheFreedLevel) {
     platform::ScriptedPrompt ui;
-    model::Store s = sample(ui);
-    EXPECT_TRUE(insert_lower_layer(s, ui, msgs(), 1, {}));
+    model::Store s = polygon_sample(ui);
+    EXPECT_TRUE(insert_lower_layer(s, ui, english_messages(), 1, {}));
     EXPECT_EQ(list(s), " 0001,2 0002,2 0050,3 0003,4 10F03,4");
 
     // Below layer 3 (now 4) the polygon 0x02 gets a layer of its own.
-    EXPECT_TRUE(insert_lower_layer(s, ui, msgs(), 4, {row(1)}));
+    EXPECT_TRUE(insert_lower_layer(s, ui, english_messages(), 4, {row(1)}));
     EXPECT_EQ(list(s), " 0001,2 0050,3 0002,4 0003,5 10F03,5");
     EXPECT_EQ(s.pg_drw[1], "Type=0002,4");
     EXPECT_EQ(s.pg_drw[2], "Type=0003,5");
 
     const Snapshot before(s);
-    EXPECT_FALSE(insert_lower_layer(s, ui, msgs(), 0, {row(1)}));
+    EXPECT_FALSE(insert_lower_layer(s, ui, english_messages(), 0, {row(1)}));
     EXPECT_EQ(ui.messages.back(), "Layer must be > 0 ");
     EXPECT_TRUE(Snapshot(s) == before);
 }
 
 TEST(DrawOrderGiveSelected, EachOrSameAndItsRefusals) {
     platform::ScriptedPrompt ui;
-    model::Store s = sample(ui);
-    EXPECT_TRUE(drawsel(s, ui, msgs(), model::k_polygons, {row(4), row(0), LevelTarget{-1, 2}}, DrawselMode::each, 5));
+    model::Store s = polygon_sample(ui);
+    EXPECT_TRUE(drawsel(s, ui, english_messages(), model::k_polygons, {row(4), row(0), LevelTarget{-1, 2}},
+                        DrawselMode::each, 5));
     EXPECT_EQ(list(s), " 0002,1 0050,2 0003,3 10F03,3 0005,5 0001,6");
     EXPECT_EQ(s.pg_drw[4], "Type=0005,5");
     EXPECT_EQ(s.pg_drw[0], "Type=0001,6");
-    EXPECT_TRUE(drawsel(s, ui, msgs(), model::k_polygons, {row(2), row(3)}, DrawselMode::same, 1));
+    EXPECT_TRUE(drawsel(s, ui, english_messages(), model::k_polygons, {row(2), row(3)}, DrawselMode::same, 1));
     EXPECT_EQ(list(s), " 0002,1 0003,1 10F03,1 0050,2 0005,5 0001,6");
 
     const Snapshot before(s);
     ui.messages.clear();
-    EXPECT_FALSE(drawsel(s, ui, msgs(), model::k_lines, {row(0)}, DrawselMode::same, 1));
-    EXPECT_FALSE(drawsel(s, ui, msgs(), model::k_polygons, {}, DrawselMode::same, 1));
-    EXPECT_FALSE(drawsel(s, ui, msgs(), model::k_polygons, {row(0)}, DrawselMode::none, 1));
+    EXPECT_FALSE(drawsel(s, ui, english_messages(), model::k_lines, {row(0)}, DrawselMode::same, 1));
+    EXPECT_FALSE(drawsel(s, ui, english_messages(), model::k_polygons, {}, DrawselMode::same, 1));
+    EXPECT_FALSE(drawsel(s, ui, english_messages(), model::k_polygons, {row(0)}, DrawselMode::none, 1));
     ASSERT_EQ(ui.messages.size(), 3u);
     EXPECT_EQ(ui.messages[0], "Please Select Polygons");
     EXPECT_EQ(ui.messages[1], "Please select.\r\n\r\nCTRL/SHFT  (CTRL A) (Esc = cancel)");
@@ -251,7 +249,7 @@ TEST(DrawOrderGiveSelected, EachOrSameAndItsRefusals) {
 
 TEST(DrawOrderSeparateEntry, RulesInOrderAndWhatEachStores) {
     platform::ScriptedPrompt ui;
-    model::Store s = sample(ui);
+    model::Store s = polygon_sample(ui);
     const Snapshot before(s);
     struct Case {
         EdpolRequest r;
@@ -268,27 +266,27 @@ TEST(DrawOrderSeparateEntry, RulesInOrderAndWhatEachStores) {
         {{"50", "", "2", true}, "0x50 has a Draworder."},  // the same pair stands
     };
     for (const Case& c : refused) {
-        EXPECT_FALSE(edpol(s, ui, msgs(), c.r)) << c.says;
+        EXPECT_FALSE(edpol(s, ui, english_messages(), c.r)) << c.says;
         EXPECT_EQ(ui.messages.back(), c.says);
         EXPECT_TRUE(Snapshot(s) == before) << c.says;
     }
 
     // A new placeholder, an extended type, and a polygon of the no-level group.
-    EXPECT_TRUE(edpol(s, ui, msgs(), {"0x60", "", "1"}));
-    EXPECT_TRUE(edpol(s, ui, msgs(), {"10f", "4", "2"}));
-    EXPECT_TRUE(edpol(s, ui, msgs(), {"5", "", "3"}));
+    EXPECT_TRUE(edpol(s, ui, english_messages(), {"0x60", "", "1"}));
+    EXPECT_TRUE(edpol(s, ui, english_messages(), {"10f", "4", "2"}));
+    EXPECT_TRUE(edpol(s, ui, english_messages(), {"5", "", "3"}));
     EXPECT_EQ(list(s), " 0001,1 0002,1 0060,1 0050,2 10F04,2 0003,3 10F03,3 0005,3");
     EXPECT_EQ(s.pg_drw[4], "Type=0005,3");
     // With the duplicate option a polygon gets a second level.
-    EXPECT_TRUE(edpol(s, ui, msgs(), {"01", "", "4", true}));
+    EXPECT_TRUE(edpol(s, ui, english_messages(), {"01", "", "4", true}));
     EXPECT_EQ(s.pg_drw[0], "Type=0001,1\r\nType=0001,4");
     // A placeholder of the type is replaced, and the user is told.
     ui.messages.clear();
-    EXPECT_TRUE(edpol(s, ui, msgs(), {"50", "", "5"}));
+    EXPECT_TRUE(edpol(s, ui, english_messages(), {"50", "", "5"}));
     EXPECT_EQ(ui.messages, std::vector<std::string>{"Draworder will replace existing placeholder."});
     EXPECT_EQ(list(s), " 0001,1 0002,1 0060,1 10F04,2 0003,3 10F03,3 0005,3 0001,4 0050,5");
     // An edit replaces its entry in place, even with the pair it had.
-    EXPECT_TRUE(edpol(s, ui, msgs(), {"61", "", "1", false, 2}));
+    EXPECT_TRUE(edpol(s, ui, english_messages(), {"61", "", "1", false, 2}));
     EXPECT_EQ(list(s), " 0001,1 0002,1 0061,1 10F04,2 0003,3 10F03,3 0005,3 0001,4 0050,5");
 
     // A placeholder survives a save and a load.
@@ -300,36 +298,37 @@ TEST(DrawOrderSeparateEntry, RulesInOrderAndWhatEachStores) {
 
 TEST(DrawOrderRedundant, ListsPlaceholdersButTheBackgroundAndRemovesTheTicked) {
     platform::ScriptedPrompt ui;
-    model::Store s = sample(ui, "[_drawOrder]\r\nType=0x4b,1\r\nType=0x01,1\r\nType=0x50,2\r\nType=0x51,4\r\n[end]\r\n");
-    auto items = redund(s, ui, msgs(), 0);
+    model::Store s =
+        polygon_sample(ui, "[_drawOrder]\r\nType=0x4b,1\r\nType=0x01,1\r\nType=0x50,2\r\nType=0x51,4\r\n[end]\r\n");
+    auto items = redund(s, ui, english_messages(), 0);
     ASSERT_EQ(items.size(), 2u);
     EXPECT_EQ(items[0].caption, "0050 (d2)");
     EXPECT_EQ(items[1].caption, "0051 (d4)");
-    EXPECT_TRUE(remove_entries(s, ui, msgs(), {items[1].entry}));
+    EXPECT_TRUE(remove_entries(s, ui, english_messages(), {items[1].entry}));
     EXPECT_EQ(list(s), " 0001,1 004B,1 0050,2");
     EXPECT_TRUE(s.dirty);
 
     const Snapshot before(s);
-    EXPECT_FALSE(remove_entries(s, ui, msgs(), {}));
+    EXPECT_FALSE(remove_entries(s, ui, english_messages(), {}));
     EXPECT_EQ(ui.messages.back(), "Not Found.");
     EXPECT_TRUE(Snapshot(s) == before);
 
     // Mode 1: the selected entries lose their draw order.
-    items = redund(s, ui, msgs(), 1, {row(0)});
+    items = redund(s, ui, english_messages(), 1, {row(0)});
     ASSERT_EQ(items.size(), 1u);
     EXPECT_EQ(items[0].caption, "0001 (d1)");
-    EXPECT_TRUE(remove_entries(s, ui, msgs(), {items[0].entry}));
+    EXPECT_TRUE(remove_entries(s, ui, english_messages(), {items[0].entry}));
     EXPECT_EQ(list(s), " 004B,1 0050,2");
     EXPECT_EQ(s.pg_drw[0], "Type=0001,0");
 
-    model::Store none = sample(ui, "[_drawOrder]\r\nType=0x4b,1\r\nType=0x01,1\r\n[end]\r\n");
-    EXPECT_TRUE(redund(none, ui, msgs(), 0).empty());
+    model::Store none = polygon_sample(ui, "[_drawOrder]\r\nType=0x4b,1\r\nType=0x01,1\r\n[end]\r\n");
+    EXPECT_TRUE(redund(none, ui, english_messages(), 0).empty());
     EXPECT_EQ(ui.messages.back(), "None found.");
 }
 
 TEST(DrawOrderDuplicateCheck, LaterEntriesOfATypeGoAndThePolygonsFollow) {
     platform::ScriptedPrompt ui;
-    model::Store s = sample(ui);
+    model::Store s = polygon_sample(ui);
     s.drwlist = " 0001,1 0002,1 0001,3";
     refresh_levels(s);
     EXPECT_EQ(s.pg_drw[0], "Type=0001,1\r\nType=0001,3");
@@ -343,14 +342,14 @@ TEST(DrawOrderDuplicateCheck, LaterEntriesOfATypeGoAndThePolygonsFollow) {
 
 TEST(DrawOrderView, ShowingNeedsPolygonsAndADrawOrder) {
     platform::ScriptedPrompt ui;
-    model::Store s = sample(ui);
-    EXPECT_TRUE(can_show_draworders(s, ui, msgs()));
+    model::Store s = polygon_sample(ui);
+    EXPECT_TRUE(can_show_draworders(s, ui, english_messages()));
     s.drwlist = " ";
-    EXPECT_FALSE(can_show_draworders(s, ui, msgs()));
+    EXPECT_FALSE(can_show_draworders(s, ui, english_messages()));
     EXPECT_EQ(ui.messages.back(), "Polygons have no draworder");
     model::Store none;
     none.drwlist = " 0001,1";
-    EXPECT_FALSE(can_show_draworders(none, ui, msgs()));
+    EXPECT_FALSE(can_show_draworders(none, ui, english_messages()));
 }
 
 TEST(DrawOrderModel, TypeTextOfACode) {

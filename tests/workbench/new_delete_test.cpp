@@ -10,14 +10,14 @@ namespace {
 using platform::Answer;
 using test::OpsFixture;
 
-const std::string k_polygons = "[_drawOrder]\r\nType=0x01,1\r\nType=0x03,2\r\nType=0x04,3\r\n[end]\r\n" +
-                               test::polygon("0x01", "One") + test::polygon("0x03", "Three");
+const std::string k_polygons_one_three = "[_drawOrder]\r\nType=0x01,1\r\nType=0x03,2\r\nType=0x04,3\r\n[end]\r\n" +
+                                         test::polygon("0x01", "One") + test::polygon("0x03", "Three");
 
 bool accept(NewElementForm&) { return true; }
 
 TEST(NewElement, PolygonTakesTheNextNumberTheDialogsLevelAndItsPlace) {
     OpsFixture f;
-    f.load(k_polygons, model::k_points);
+    f.load(k_polygons_one_three, model::k_points);
     f.dialogs.on_poisizes = [](NewElementForm& form) {
         form.level = 5;
         form.text = "W\xC3\xA4ldchen";
@@ -56,7 +56,7 @@ TEST(NewElement, PolygonTakesTheNextNumberTheDialogsLevelAndItsPlace) {
 
 TEST(NewElement, RefusedAndCancelledFormsChangeNothing) {
     OpsFixture f;
-    f.load(k_polygons);
+    f.load(k_polygons_one_three);
     const std::string before = f.text();
     EXPECT_EQ(f.ops.new_element(model::k_polygons), -1);  // cancelled
     f.dialogs.on_poisizes = [](NewElementForm& form) {
@@ -87,7 +87,7 @@ TEST(NewElement, RefusedAndCancelledFormsChangeNothing) {
 
 TEST(NewElement, BesideTheLayersThePolygonsTypeIsTypedNotProposed) {
     OpsFixture f;
-    f.load(k_polygons, model::k_polygons);
+    f.load(k_polygons_one_three, model::k_polygons);
     f.host.layers = true;
     f.dialogs.on_poisizes = [](NewElementForm&) { return true; };
     EXPECT_EQ(f.ops.new_element(model::k_polygons), -1);
@@ -217,7 +217,7 @@ TEST(NewElement, ExtraPointRaisesTheHeaderAndTakesTheNextId) {
 
 TEST(Delete, AsksFirstAndRemovesFromTheEndOfTheSelection) {
     OpsFixture f;
-    f.load(k_polygons + test::polygon("0x04", "Four") + test::polygon("0x05", "Five"));
+    f.load(k_polygons_one_three + test::polygon("0x04", "Four") + test::polygon("0x05", "Five"));
     const std::string before = f.text();
     f.ui.script(Answer::no);
     EXPECT_FALSE(f.ops.mdelete({1}));
@@ -273,7 +273,7 @@ TEST(Delete, TheOnlyElementAndEveryClass) {
 
 TEST(Renumber, APolygonKeepsItsLayerUnderItsNewTypeAndMovesToItsPlace) {
     OpsFixture f;
-    f.load(k_polygons + test::polygon("0x05", "Five"));
+    f.load(k_polygons_one_three + test::polygon("0x05", "Five"));
     // The panel's apply has read the polygon 0x03 as 0x06.
     f.s.pg_typ[1] = "0x0600";
     EXPECT_EQ(f.ops.renumbered(model::k_polygons, 1, 0x300), 2);
