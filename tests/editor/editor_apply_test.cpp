@@ -353,6 +353,15 @@ TEST(LabelPanel, MarginsAndCanvasDoubling) {
     d.has_night_bitmap = true;
     EXPECT_FALSE(adcvs(d, 'R', ui));
     EXPECT_EQ(ui.messages.back(), "Deselect night bitmap.");
+
+    // The dialog's answer: a margin must be all digits, a side one letter.
+    d.has_night_bitmap = false;
+    for (const char* answer : {"M2x", "M", "X", "LR", ""}) {
+        EXPECT_FALSE(add_canvas(d, answer, ui)) << answer;
+        EXPECT_EQ(d.width, 4) << answer;
+    }
+    EXPECT_TRUE(add_canvas(d, "M1", ui));
+    EXPECT_EQ(d.width, 6);
 }
 
 TEST(EditorApply, CheckOrderPlaceholderAndTheNote) {

@@ -90,6 +90,16 @@ inline std::string complaints(const std::string& log) {
     return out;
 }
 
+// One run of the sources make gives of the files.
+inline Compiled mkgmap_files(const std::vector<std::string>& files, Source (*make)(const std::string&, model::Store&)) {
+    std::vector<Source> all;
+    for (const std::string& path : files) {
+        model::Store s;
+        all.push_back(make(path, s));
+    }
+    return mkgmap_all(all);
+}
+
 // What a run of many sources says of one of them: the run itself when it
 // went cleanly, else a run of the source alone, which tells whether the
 // complaint or the failure was this source's.

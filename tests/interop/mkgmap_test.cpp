@@ -35,14 +35,7 @@ Source source_of(const std::string& path, model::Store& ours) {
 
 // All files in one mkgmap run, on first use.
 const Compiled& compiled_together() {
-    static const Compiled c = [] {
-        std::vector<Source> all;
-        for (const std::string& path : inputs()) {
-            model::Store s;
-            all.push_back(source_of(path, s));
-        }
-        return mkgmap_all(all);
-    }();
+    static const Compiled c = mkgmap_files(inputs(), source_of);
     return c;
 }
 
@@ -89,14 +82,7 @@ Source hand_made_source(const std::string& path, model::Store& s) {
 }
 
 const Compiled& hand_made_together() {
-    static const Compiled c = [] {
-        std::vector<Source> all;
-        for (const std::string& path : hand_made()) {
-            model::Store s;
-            all.push_back(hand_made_source(path, s));
-        }
-        return mkgmap_all(all);
-    }();
+    static const Compiled c = mkgmap_files(hand_made(), hand_made_source);
     return c;
 }
 

@@ -221,6 +221,8 @@ TEST(SectionSort, TypesSortByValue) {
     EXPECT_EQ(sorttxt(text),
               "[_id]\r\n[end]\r\n[_polygon]\r\nType=0x4b\r\n[end]\r\n[_polygon]\r\nType=0x100\r\n[end]\r\n"
               "[_line]\r\nType=0x1\r\n[end]\r\n[_line]\r\nType=0x2\r\n[end]\r\n");
+    // A text that starts with the line part has no polygon part.
+    EXPECT_EQ(sorttxt("_line]\r\nType=0x2\r\n[end]\r\n"), "_line]\r\nType=0x2\r\n[end]\r\n");
     EXPECT_EQ(chksemicolon("a;b\r\n;c\nd"), "a\r\n\r\nd");
 }
 

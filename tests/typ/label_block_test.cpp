@@ -27,6 +27,9 @@ TEST(LabelBlock, LengthCodeOneByteUpToL125ThenTwoBytes) {
         int32_t pos = 4;
         EXPECT_EQ(typ::lengthbyte(s, 0, pos), L);
         EXPECT_EQ(pos, 4 + static_cast<int32_t>(typ::length_code(L).size()));
+        // The same code right at the base.
+        int32_t first = 0;
+        EXPECT_EQ(typ::lengthbyte(s, 4, first), L);
     }
 }
 
