@@ -262,9 +262,12 @@ bool mut8(const std::string& clipboard_utf8, int file_codepage, int language, co
 
 namespace {
 
-int transparent_index(const EditorSession& e) {
+int margin_entry(const EditorSession& e) {
     return e.palette.first_transparent(e.transparentcolour) - 1;
 }
+
+// A point's night picture would keep the old size: the canvas tools refuse it.
+bool has_night_bitmap(const EditorSession& e) { return is_point(e) && (e.has_night_bitmap || e.bmpmode != 0 || e.newbmp); }
 
 void place(EditorSession& e, int w, int h, int at_x, int at_y, int fill) {
     PixelGrid grown(w, h, static_cast<uint8_t>(fill));
@@ -286,7 +289,11 @@ void place(EditorSession& e, int w, int h, int at_x, int at_y, int fill) {
 }  // namespace
 
 bool adb(EditorSession& e, int margin, platform::Prompt& ui) {
-    const int t = transparent_index(e);
+    if (has_night_bitmap(e)) {
+        ui.message("Deselect night bitmap.");
+        return false;
+    }
+    const int t = margin_entry(e);
     if (t < 0) {
         ui.message("No transp. Please add a transparent color");
         return false;
@@ -302,11 +309,11 @@ bool adb(EditorSession& e, int margin, platform::Prompt& ui) {
 }
 
 bool adcvs(EditorSession& e, char side, platform::Prompt& ui) {
-    if (e.has_night_bitmap) {
+    if (has_night_bitmap(e)) {
         ui.message("Deselect night bitmap.");
         return false;
     }
-    const int t = transparent_index(e);
+    const int t = margin_entry(e);
     if (t < 0) {
         ui.message("Please add a transparent color");
         return false;
