@@ -6,6 +6,7 @@
 #include "editor/ascii_case.h"
 #include "editor/canvas.h"
 #include "editor/palette_file.h"
+#include "editor/point_pictures.h"
 #include "platform/codepage.h"
 
 namespace korvex::editor {
@@ -262,8 +263,13 @@ bool mut8(const std::string& clipboard_utf8, int file_codepage, int language, co
 
 namespace {
 
+// The entry a new margin takes: in opacity mode the first of level 15, else
+// the first transparent one; -1 for none.
 int margin_entry(const EditorSession& e) {
-    return e.palette.first_transparent(e.transparentcolour) - 1;
+    if (!e.alpha) return e.palette.first_transparent(e.transparentcolour) - 1;
+    for (int entry = 1; entry <= e.ncols(); ++entry)
+        if (level_of(e.palette, entry, e.transparentcolour) == 15) return entry - 1;
+    return -1;
 }
 
 // A point's night picture would keep the old size: the canvas tools refuse it.
@@ -271,14 +277,19 @@ bool has_night_bitmap(const EditorSession& e) { return is_point(e) && (e.has_nig
 
 void place(EditorSession& e, int w, int h, int at_x, int at_y, int fill) {
     PixelGrid grown(w, h, static_cast<uint8_t>(fill));
+    // Every old pixel keeps its level; the margin is fully transparent.
+    PixelGrid levels(w, h, static_cast<uint8_t>(e.alpha ? 15 : 0));
     for (int y = 0; y < e.height; ++y)
-        for (int x = 0; x < e.width; ++x) grown.set(at_x + x, at_y + y, e.pixels.at(x, y));
+        for (int x = 0; x < e.width; ++x) {
+            grown.set(at_x + x, at_y + y, e.pixels.at(x, y));
+            levels.set(at_x + x, at_y + y, e.opacity.at(x, y));
+        }
     e.width = w;
     e.height = h;
     e.width_box = w;
     e.height_box = h;
     e.pixels = std::move(grown);
-    e.opacity = PixelGrid(w, h);
+    e.opacity = std::move(levels);
     e.surface = Raster(w, h);
     painticon(e);
     start_history(e);
