@@ -6,6 +6,7 @@
 
 #include "editor/canvas.h"
 #include "editor/image_raster.h"
+#include "editor/night_option.h"
 #include "editor/palette_edit.h"
 #include "editor/point_size.h"
 #include "platform/files.h"
@@ -55,6 +56,30 @@ uint32_t nearest_entry_colour(const Palette& p, uint32_t c) {
         if (d < best_d) best_d = d, best = q;
     }
     return best;
+}
+
+// The size a point takes from a picture over its whole bitmap (pasteinto_p4's rule).
+void pasted_size(const EditorSession& e, const platform::Image& picture, int& w, int& h) {
+    w = e.width;
+    h = e.height;
+    if (picture.width <= e.width && picture.height <= e.height) return;
+    if (picture.width <= k_max_point_side && picture.height <= k_max_point_side) {
+        w = picture.width;
+        h = picture.height;
+    } else if (e.width <= 0 || e.height <= 0) {
+        w = h = k_max_point_side;
+        fit_proportions(picture.width, picture.height, w, h);
+    }
+}
+
+// A picture that gives a point with a night picture another size: the
+// night cannot follow, so check4up decides (the night goes, or the paste).
+bool night_allows_paste(EditorSession& e, platform::Prompt& ui, const platform::Image& picture) {
+    if (!is_point(e) || (!e.has_night_bitmap && e.bmpmode == 0 && !e.newbmp)) return true;
+    int w = 0, h = 0;
+    pasted_size(e, picture, w, h);
+    if (w == e.width && h == e.height) return true;
+    return check4up(e, ui);
 }
 
 // A floating layer is stamped before the frame goes: what was pasted stays.
@@ -116,11 +141,13 @@ bool import_picture(EditorSession& e, ToolEngine& tools, platform::Prompt& ui, c
         return true;
     }
     if (tools.has_frame()) drop_selection(tools);
-    if (is_point(e) && !e.truecolour) {
-        if (!ui.yes_no("Convert to RGB.\r\nThis action can not be undone.\r\nContinue?")) return false;
-        // The surface holds the picture's colours already.
-        e.truecolour = true;
-    }
+    const bool to_rgb = is_point(e) && !e.truecolour;
+    if (to_rgb && !ui.yes_no("Convert to RGB.\r\nThis action can not be undone.\r\nContinue?")) return false;
+    // An extra point's night cannot outlive a change of its colours.
+    if (e.curclass == 4 && !resetnight(e, ui)) return false;
+    if (!night_allows_paste(e, ui, picture)) return false;
+    // The surface holds the picture's colours already.
+    if (to_rgb) e.truecolour = true;
     savebmp(e, 0);
     if (!pasteinto_p4(e, ui, picture)) return false;
     const ReduceOutcome reduced = pasteloadedpic(e, picture, opt);
@@ -227,6 +254,7 @@ bool pastebut(EditorSession& e, ToolEngine& tools, platform::Prompt& ui, platfor
     }
     if (into_selection || tools.has_frame()) return paste_into_selection(e, tools, ui, *picture, opt);
     if (!chkbmp(e, ui)) return false;
+    if (!night_allows_paste(e, ui, *picture)) return false;
     savebmp(e, 0);
     if (!pasteinto_p4(e, ui, *picture)) return false;
     const ReduceOutcome reduced = pasteloadedpic(e, *picture, opt);

@@ -6,6 +6,7 @@
 #include "editor/ascii_case.h"
 #include "editor/canvas.h"
 #include "editor/palette_file.h"
+#include "editor/point_pictures.h"
 #include "platform/codepage.h"
 
 namespace korvex::editor {
@@ -262,20 +263,33 @@ bool mut8(const std::string& clipboard_utf8, int file_codepage, int language, co
 
 namespace {
 
-int transparent_index(const EditorSession& e) {
-    return e.palette.first_transparent(e.transparentcolour) - 1;
+// The entry a new margin takes: in opacity mode the first of level 15, else
+// the first transparent one; -1 for none.
+int margin_entry(const EditorSession& e) {
+    if (!e.alpha) return e.palette.first_transparent(e.transparentcolour) - 1;
+    for (int entry = 1; entry <= e.ncols(); ++entry)
+        if (level_of(e.palette, entry, e.transparentcolour) == 15) return entry - 1;
+    return -1;
 }
+
+// A point's night picture would keep the old size: the canvas tools refuse it.
+bool has_night_bitmap(const EditorSession& e) { return is_point(e) && (e.has_night_bitmap || e.bmpmode != 0 || e.newbmp); }
 
 void place(EditorSession& e, int w, int h, int at_x, int at_y, int fill) {
     PixelGrid grown(w, h, static_cast<uint8_t>(fill));
+    // Every old pixel keeps its level; the margin is fully transparent.
+    PixelGrid levels(w, h, static_cast<uint8_t>(e.alpha ? 15 : 0));
     for (int y = 0; y < e.height; ++y)
-        for (int x = 0; x < e.width; ++x) grown.set(at_x + x, at_y + y, e.pixels.at(x, y));
+        for (int x = 0; x < e.width; ++x) {
+            grown.set(at_x + x, at_y + y, e.pixels.at(x, y));
+            levels.set(at_x + x, at_y + y, e.opacity.at(x, y));
+        }
     e.width = w;
     e.height = h;
     e.width_box = w;
     e.height_box = h;
     e.pixels = std::move(grown);
-    e.opacity = PixelGrid(w, h);
+    e.opacity = std::move(levels);
     e.surface = Raster(w, h);
     painticon(e);
     start_history(e);
@@ -286,7 +300,11 @@ void place(EditorSession& e, int w, int h, int at_x, int at_y, int fill) {
 }  // namespace
 
 bool adb(EditorSession& e, int margin, platform::Prompt& ui) {
-    const int t = transparent_index(e);
+    if (has_night_bitmap(e)) {
+        ui.message("Deselect night bitmap.");
+        return false;
+    }
+    const int t = margin_entry(e);
     if (t < 0) {
         ui.message("No transp. Please add a transparent color");
         return false;
@@ -302,11 +320,11 @@ bool adb(EditorSession& e, int margin, platform::Prompt& ui) {
 }
 
 bool adcvs(EditorSession& e, char side, platform::Prompt& ui) {
-    if (e.has_night_bitmap) {
+    if (has_night_bitmap(e)) {
         ui.message("Deselect night bitmap.");
         return false;
     }
-    const int t = transparent_index(e);
+    const int t = margin_entry(e);
     if (t < 0) {
         ui.message("Please add a transparent color");
         return false;

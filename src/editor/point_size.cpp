@@ -173,17 +173,20 @@ bool resize_point(EditorSession& e, platform::Prompt& ui, int width, int height,
         ui.message("maximum length=128");
         return false;
     }
+    const bool night = e.has_night_bitmap || e.bmpmode != 0 || e.newbmp;
     if (width == 0 && height == 0) {
         if (e.width == 0 && e.height == 0) return true;
         if (!ui.yes_no("This may cause problems on Mapsource & some devices.\r\nBitmap will be removed.\r\nContinue?"))
             return false;
+        // A night picture cannot keep a size the day no longer has.
+        if (night && !check4up(e, ui)) return false;
         savebmp(e, 0);
         procnobitmap(e);
         savebmp(e, 1);
         return true;
     }
     const bool changes = width != e.width || height != e.height;
-    if (changes && valid_side(width) && valid_side(height) && (e.has_night_bitmap || e.newbmp) && !check4up(e, ui))
+    if (changes && valid_side(width) && valid_side(height) && night && !check4up(e, ui))
         return false;
     return changepoisize(e, ui, width, height, stretch);
 }

@@ -44,6 +44,11 @@ bool rotate(EditorSession& e, bool selection_active, platform::Prompt& ui) {
         painticon(e);
     }
     if (!e.opacity.empty()) e.opacity = turned(e.opacity);
+    // A point's other picture (its night, or its day) turns with it: both
+    // keep one size.
+    if (!e.other.pixels.empty()) e.other.pixels = turned(e.other.pixels);
+    if (!e.other.opacity.empty()) e.other.opacity = turned(e.other.opacity);
+    if (!e.other.surface.empty()) e.other.surface = turned(e.other.surface);
     std::swap(e.width, e.height);
     std::swap(e.width_box, e.height_box);
     if (square) {

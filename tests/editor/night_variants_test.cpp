@@ -2,7 +2,13 @@
 // the canvas and written back, the night tick of points, lines and
 // polygons with its questions, the reversal of a transparent pair, the
 // night preview, and the list of extended points.
+#include <functional>
+
 #include "editor/extra_points.h"
+#include "editor/image_import.h"
+#include "editor/label_panel.h"
+#include "editor/point_size.h"
+#include "editor/transforms.h"
 #include "editor/night_option.h"
 #include "editor/tools.h"
 #include "variants_fixture.h"
@@ -254,6 +260,151 @@ TEST(ExtraPointList, GoingToAnotherPointKeepsOrDropsTheEditsAndLogs) {
     EXPECT_TRUE(applied.committed);
     EXPECT_TRUE(has(p.code(4, 0), "\"$ c #563412\""));
     EXPECT_EQ(log, (std::vector<std::string>{"icon:0+N cols dont match"}));
+}
+
+// A corpus file's points with a night picture: one whose day has a
+// transparent entry, and one that is not square.
+struct CorpusNight {
+    model::Store s;
+    platform::ScriptedPrompt ui;
+    int32_t keyed = -1, oblong = -1;
+    CorpusNight() {
+        const std::string dir = testing::corpus_dir();
+        if (dir.empty()) return;
+        const std::string path = dir + "/txt/aio-basemap.txt";
+        model::newproject(s);
+        if (!text::load_txt(s, ui, path, testing::read_bytes(path), false, true)) return;
+        for (int32_t r = 0; r < s.pt_n; ++r) {
+            if (s.pt_col[static_cast<size_t>(r)].find("NightXpm") == std::string::npos) continue;
+            const EditorSession e = open(r);
+            if (e.bmpmode != 1 || e.truecolour) continue;
+            if (keyed < 0 && !e.alpha && e.palette.first_transparent(k_magenta) != 0) keyed = r;
+            if (oblong < 0 && e.width != e.height) oblong = r;
+        }
+        s.dirty = false;
+    }
+    EditorSession open(int32_t r) const {
+        OpenRequest q;
+        q.curclass = 2;
+        q.row = r;
+        return open_element(s, q);
+    }
+    std::string code(int32_t r) { return text::create_code(s, r + 1, 2, false); }
+};
+
+// After Apply the point's night picture has the day picture's size.
+void expect_night_fits_day(const CorpusNight& c, int32_t row) {
+    const EditorSession back = c.open(row);
+    if (back.bmpmode == 0) return;
+    const PointPicture night = night_picture(back);
+    EXPECT_EQ(night.pixels.width(), back.width);
+    EXPECT_EQ(night.pixels.height(), back.height);
+}
+
+TEST(NightKeepsDaySize, RotateTurnsTheNightWithTheDay) {
+    CorpusNight c;
+    if (c.oblong < 0) GTEST_SKIP() << "no corpus";
+    EditorSession e = c.open(c.oblong);
+    const int w = e.width, h = e.height;
+    const Look night = look(e.other, k_magenta);
+    ASSERT_TRUE(rotate(e, false, c.ui));
+    ASSERT_TRUE(apply(c.s, e, c.ui).committed);
+    const EditorSession back = c.open(c.oblong);
+    ASSERT_EQ(back.bmpmode, 1);
+    EXPECT_EQ(back.width, h);
+    EXPECT_EQ(back.height, w);
+    const PointPicture turned_night = night_picture(back);
+    ASSERT_EQ(turned_night.pixels.width(), h);
+    ASSERT_EQ(turned_night.pixels.height(), w);
+    // (x, y) of the old night is (h - 1 - y, x) of the new one.
+    Look turned(night.size());
+    for (int y = 0; y < h; ++y)
+        for (int x = 0; x < w; ++x) turned[static_cast<size_t>(x * h + h - 1 - y)] = night[static_cast<size_t>(y * w + x)];
+    EXPECT_EQ(look(turned_night, k_magenta), turned);
+}
+
+TEST(NightKeepsDaySize, BorderAndCanvasRefuseANightPoint) {
+    CorpusNight c;
+    if (c.keyed < 0) GTEST_SKIP() << "no corpus";
+    const std::string before = c.code(c.keyed);
+    EditorSession e = c.open(c.keyed);
+    const int w = e.width;
+    for (const char* answer : {"M2", "L", "D"}) {
+        EXPECT_FALSE(add_canvas(e, answer, c.ui)) << answer;
+        EXPECT_EQ(c.ui.messages.back(), "Deselect night bitmap.") << answer;
+        EXPECT_EQ(e.width, w) << answer;
+    }
+    ASSERT_TRUE(apply(c.s, e, c.ui).committed);
+    EXPECT_EQ(c.code(c.keyed), before);
+}
+
+// A picture of another size over the whole bitmap, and a point made empty:
+// check4up asks; No keeps both pictures as they were, Yes drops the night.
+TEST(NightKeepsDaySize, ImportPasteAndEmptyGoThroughCheck4up) {
+    CorpusNight c;
+    if (c.keyed < 0) GTEST_SKIP() << "no corpus";
+    const std::string before = c.code(c.keyed);
+    const std::string resize_question = "Points with night bmp cannot be resized.\r\nContinue?";
+    const platform::Image big{20, 24, std::vector<uint32_t>(20 * 24, 0xFF336699)};
+    platform::MemoryClipboard clipboard;
+    clipboard.set_image(big);
+    const model::Store original = c.s;
+    using Run = std::function<bool(EditorSession&, ToolEngine&)>;
+    const std::vector<std::pair<const char*, Run>> tools_run = {
+        {"import", [&](EditorSession& e, ToolEngine& t) { return import_picture(e, t, c.ui, big); }},
+        {"paste", [&](EditorSession& e, ToolEngine& t) { return pastebut(e, t, c.ui, clipboard, false); }},
+        {"empty", [&](EditorSession& e, ToolEngine&) { return resize_point(e, c.ui, 0, 0, false); }},
+    };
+    for (const auto& [name, run] : tools_run) {
+        SCOPED_TRACE(name);
+        const std::string name_s = name;
+        EditorSession e = c.open(c.keyed);
+        ToolEngine tools(e, c.ui);
+        const int w = e.width;
+        // Import asks "Convert to RGB." first, the empty bitmap whether to remove it.
+        if (name_s != "paste") c.ui.script(Answer::yes);
+        c.ui.script(Answer::no);
+        EXPECT_FALSE(run(e, tools));
+        EXPECT_EQ(c.ui.questions.back(), resize_question);
+        EXPECT_EQ(e.width, w);
+        EXPECT_EQ(e.bmpmode, 1);
+        EXPECT_FALSE(e.truecolour);
+        ASSERT_TRUE(apply(c.s, e, c.ui).committed);
+        EXPECT_EQ(c.code(c.keyed), before);
+
+        EditorSession again = c.open(c.keyed);
+        ToolEngine tools2(again, c.ui);
+        if (name_s != "paste") c.ui.script(Answer::yes);
+        c.ui.script(Answer::yes);
+        ASSERT_TRUE(run(again, tools2));
+        EXPECT_EQ(again.bmpmode, 0);
+        ASSERT_TRUE(apply(c.s, again, c.ui).committed);
+        EXPECT_FALSE(has(c.code(c.keyed), "NightXpm"));
+        EXPECT_EQ(c.s.pt_nbmp[static_cast<size_t>(c.keyed)], "");
+        expect_night_fits_day(c, c.keyed);
+        // The next tool starts from the point as it was.
+        c.s = original;
+    }
+}
+
+// An extra point's import asks resetnight first, whatever the size.
+TEST(NightKeepsDaySize, ImportOfAnExtendedPointAsksResetnight) {
+    Project p;
+    EditorSession e = p.open(2, k_night_point);
+    e.curclass = 4;
+    ToolEngine tools(e, p.ui);
+    const platform::Image small{2, 2, std::vector<uint32_t>(4, 0xFF336699)};
+    p.ui.script(Answer::yes);
+    p.ui.script(Answer::no);
+    EXPECT_FALSE(import_picture(e, tools, p.ui, small));
+    EXPECT_EQ(p.ui.questions.back(), "This requires removing night option. Continue?");
+    EXPECT_EQ(e.bmpmode, 1);
+    EXPECT_FALSE(e.truecolour);
+    p.ui.script(Answer::yes);
+    p.ui.script(Answer::yes);
+    ASSERT_TRUE(import_picture(e, tools, p.ui, small));
+    EXPECT_EQ(e.bmpmode, 0);
+    EXPECT_TRUE(e.truecolour);
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 // with their refusals, the opacity tools and levels, and what reaches the
 // element's text and the TYP file.
 #include "editor/canvas.h"
+#include "editor/label_panel.h"
 #include "editor/opacity.h"
 #include "editor/palette_edit.h"
 #include "editor/point_picture_text.h"
@@ -162,6 +163,33 @@ TEST(Opacity, WrittenPointCarriesAlphaOnEveryColourLine) {
         EXPECT_EQ(back.colormode, 32);
         EXPECT_EQ(look(canvas_picture(back), k_magenta), shown);
     }
+}
+
+// A border and a doubled canvas in opacity mode: the new margin is fully
+// transparent and every old pixel keeps its level, through Apply.
+TEST(Opacity, BorderAndCanvasKeepEveryLevel) {
+    Project p;
+    EditorSession e = p.open(2, k_plain_point);
+    ASSERT_TRUE(opaval(e, true, p.ui));
+    ASSERT_TRUE(set_colour_level(e, 2, 7));
+    e.oplevel = 9;
+    ASSERT_TRUE(opacity_plot(e, 0, 0));
+    PointPicture folded = canvas_picture(e);
+    fold_opacity(folded, k_magenta);
+    const Look before = look(folded, k_magenta);
+    const int w = e.width, h = e.height;
+    ASSERT_TRUE(add_canvas(e, "M1", p.ui));
+    ASSERT_TRUE(add_canvas(e, "L", p.ui));
+    // A margin of 1, then a new left half: old pixel (x, y) is at (w + 3 + x, 1 + y).
+    const int nw = 2 * (w + 2), nh = h + 2;
+    ASSERT_EQ(e.width, nw);
+    Look expected(static_cast<size_t>(nw * nh), {0, 15});
+    for (int y = 0; y < h; ++y)
+        for (int x = 0; x < w; ++x) expected[static_cast<size_t>((y + 1) * nw + w + 3 + x)] = before[static_cast<size_t>(y * w + x)];
+    ASSERT_TRUE(apply(p.s, e, p.ui).committed);
+    const EditorSession back = p.open(2, k_plain_point);
+    EXPECT_TRUE(back.alpha);
+    EXPECT_EQ(look(canvas_picture(back), k_magenta), expected);
 }
 
 TEST(Opacity, AddalphaLeavesAlphaTextsAndFillsTheRest) {
