@@ -109,6 +109,14 @@ TEST(ColourAdjuster, ApplyCancelRestoreAndOneColour) {
     EXPECT_EQ(e.palette.colours[0], rgb(10, 10, 10));
     EXPECT_EQ(e.changes2, 0);
 
+    // One colour without a valid current colour changes nothing.
+    e.curcol = 0;
+    a.open(e);
+    a.set_onecolour(e, true);
+    a.move(e, bright);
+    EXPECT_EQ(e.palette.colours, (std::vector<uint32_t>{rgb(10, 10, 10), rgb(20, 20, 20), M}));
+    a.cancel(e);
+
     e.curcol = 2;
     a.open(e);
     a.set_onecolour(e, true);

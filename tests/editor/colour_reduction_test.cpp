@@ -223,6 +223,15 @@ TEST(Reducecols, NearestEntryLowestOnATieAndNothingForOneColourPolygons) {
     EXPECT_EQ(indexes(e), (std::vector<uint32_t>{0, 2, 1}));
     EXPECT_EQ(e.surface.pixels(), (std::vector<uint32_t>{k0, w, k2}));
     EXPECT_EQ(e.pixeltext, "$&%\r\n");
+    // The lower entry of a tie whose red difference alone equals the best
+    // distance, on either side of the colour's red.
+    const uint32_t c = rgb(100, 0, 0);
+    EditorSession below = session(2, 1, 1, {c}, {rgb(90, 0, 0), rgb(100, 10, 0)});
+    reducecols(below);
+    EXPECT_EQ(indexes(below), std::vector<uint32_t>{0});
+    EditorSession above = session(2, 1, 1, {c}, {rgb(110, 0, 0), rgb(100, 0, 10)});
+    reducecols(above);
+    EXPECT_EQ(indexes(above), std::vector<uint32_t>{0});
 
     EditorSession one = session(0, 2, 1, {w, k0}, {k0});
     one.pixels.fill(0);

@@ -261,6 +261,7 @@ TEST(LabelPanel, StylesLanguagesAndCaptions) {
     EXPECT_EQ(language_codepage(0, 1250), 1250);
     EXPECT_EQ(language_codepage(25, 1252), 1251);
     EXPECT_EQ(language_codepage(20, 1252), 1250);
+    EXPECT_EQ(language_codepage(32, 1252), 1250);
     EXPECT_EQ(language_codepage(33, 1252), 1252);
     EXPECT_EQ(language_codepage(25, 65001), 65001);
     EXPECT_EQ(chktxt4("80"), 0xFFFFFFu);      // 000080: dark, white caption

@@ -54,6 +54,9 @@ TEST(FilterPicture, ConvolutionsWithTheirWeightsBiasInversionAndClamp) {
     EXPECT_EQ(filtered(greys(2, 1, {100, 50}), f_blur), (std::vector<uint32_t>{grey(70), 0}));
     // Dark grey everywhere ends black.
     EXPECT_EQ(filtered(greys(1, 1, {40}), f_blur), std::vector<uint32_t>{0});
+    // 840 / 20 + 8 is exactly 50 and stays; 816 / 20 + 8 = 48.8 gives 49 and goes black.
+    EXPECT_EQ(filtered(greys(1, 1, {70}), f_blur), std::vector<uint32_t>{grey(50)});
+    EXPECT_EQ(filtered(greys(1, 1, {68}), f_blur), std::vector<uint32_t>{0});
 
     // Hard Outline: flat ground gives 32, inverted 223; the corner sees
     // missing neighbours, goes below 0, inverts past 255 and is cut to white.
@@ -190,6 +193,13 @@ TEST(Transforms, QuarterTurnAndMirrorsMovePixelsExactly) {
     EXPECT_EQ(e.undo.level(), 1);
     ASSERT_TRUE(flip(e, 1, false, ui));
     EXPECT_EQ(e.pixels.values(), (std::vector<uint8_t>{5, 4, 3, 2, 1, 0}));
+    // Per-pixel opacity levels travel with their pixels.
+    EditorSession levels = e;
+    levels.opacity = PixelGrid(3, 2);
+    levels.opacity.values() = {1, 2, 3, 4, 5, 6};
+    ASSERT_TRUE(flip(levels, 0, false, ui));
+    EXPECT_EQ(levels.pixels.values(), (std::vector<uint8_t>{3, 4, 5, 0, 1, 2}));
+    EXPECT_EQ(levels.opacity.values(), (std::vector<uint8_t>{3, 2, 1, 6, 5, 4}));
     ASSERT_TRUE(undo_step(e));
     ASSERT_TRUE(undo_step(e));
     EXPECT_EQ(e.pixels.values(), (std::vector<uint8_t>{0, 1, 2, 3, 4, 5}));

@@ -335,6 +335,20 @@ TEST(TrueColour, OpacityLevelsOfPixelsReachTheRows) {
     EXPECT_TRUE(back.truecolour);
     EXPECT_EQ(back.opacity.at(1, 0), 10);
     EXPECT_EQ(back.opacity.at(0, 1), 0);
+
+    // Unticked, only a fully transparent pixel (level 15) turns transparent.
+    EditorSession off = p.open(2, k_alpha_point);
+    ASSERT_TRUE(off.truecolour && off.alpha);
+    off.opacity.set(0, 0, 7);
+    off.opacity.set(1, 0, 15);
+    const Raster before = off.surface;
+    p.ui.script(Answer::yes);
+    ASSERT_TRUE(opaval(off, false, p.ui));
+    EXPECT_EQ(off.surface.at(0, 0), before.at(0, 0));
+    EXPECT_EQ(off.surface.at(1, 0), k_magenta);
+    EXPECT_EQ(off.surface.at(0, 1), before.at(0, 1));
+    EXPECT_EQ(off.surface.at(1, 1), before.at(1, 1));
+    EXPECT_EQ(off.colormode, 16);
 }
 
 }  // namespace

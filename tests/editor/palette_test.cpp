@@ -97,6 +97,9 @@ TEST(PaletteMap, HsvAndNearestColourRules) {
     const std::vector<uint32_t> p2{rgb(0, 0, 255), rgb(255, 0, 200), rgb(255, 0, 100)};
     EXPECT_EQ(rgbtohsv(rgb(128, 0, 50)).h, 337);
     EXPECT_EQ(nearest_colour(rgb(128, 0, 50), p2), rgb(255, 0, 200));
+    // Two entries at the same distance: the lower one.
+    const std::vector<uint32_t> tie{rgb(90, 0, 0), rgb(110, 0, 0)};
+    EXPECT_EQ(nearest_colour(rgb(100, 0, 0), tie), rgb(90, 0, 0));
 }
 
 TEST(PaletteMap, AppliesToEntriesKeepsTransparencyAndAvoidsMagenta) {
@@ -204,6 +207,14 @@ TEST(PaletteEdit, AddRemoveTrimFix) {
     EXPECT_EQ(transparency_refusal(pg, 2), "");
     pg.palette.colours[1] = k_transparent_magenta;
     EXPECT_EQ(transparency_refusal(pg, 2), "Transparency colour exists.");
+    // A line or an active line: only the second entry may be transparent.
+    for (const int cls : {1, 3}) {
+        EditorSession ln;
+        ln.curclass = cls;
+        ln.palette.colours = {1, 2};
+        EXPECT_EQ(transparency_refusal(ln, 1), "Make 2nd palette colour transparent then click 'reverse'.") << cls;
+        EXPECT_EQ(transparency_refusal(ln, 2), "") << cls;
+    }
 }
 
 TEST(PaletteEdit, TrimOrdersFromTheLastRowUpAndKeepsTheTransparentPlace) {

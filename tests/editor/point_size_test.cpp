@@ -49,6 +49,18 @@ TEST(PointSize, StretchPadRefusalsAndTheSizeUndo) {
     EXPECT_EQ(p.palette.colours, (std::vector<uint32_t>{K, W, M}));
     EXPECT_EQ(rows_of(p), "012\n");
     EXPECT_EQ(p.surface.pixels(), (std::vector<uint32_t>{K, W, M}));
+
+    // A full palette (254 colours, none transparent) has no room for the
+    // entry: the margin takes the first colour and the count stays.
+    std::vector<uint32_t> full;
+    for (int i = 0; i < k_max_colours; ++i) full.push_back(rgb(static_cast<uint32_t>(i), 0, 1));
+    EditorSession big = point(16, 16, full);
+    std::vector<uint8_t>& every = big.pixels.values();
+    for (size_t i = 0; i < every.size(); ++i) every[i] = static_cast<uint8_t>(i % static_cast<size_t>(k_max_colours));
+    painticon(big);
+    ASSERT_TRUE(resize_point(big, ui, 17, 16, false));
+    EXPECT_EQ(big.ncols(), k_max_colours);
+    EXPECT_EQ(big.palette.first_transparent(M), 0);
 }
 
 TEST(PointSize, NoBitmapAndTheNightBitmapAskFirst) {

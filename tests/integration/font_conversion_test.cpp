@@ -24,7 +24,7 @@ std::string converted(std::string section, int option, const std::string& style 
     return section;
 }
 
-model::Store project(platform::ScriptedPrompt& ui) {
+model::Store project(platform::ScriptedPrompt& ui, const std::string& more = "") {
     model::Store s;
     model::newproject(s);
     const std::string text =
@@ -34,7 +34,7 @@ model::Store project(platform::ScriptedPrompt& ui) {
         "[_polygon]\r\nType=0x02\r\nString1=0x04,Lake\r\n" + k_xpm + "[end]\r\n"
         "[_line]\r\nType=0x01\r\nString1=0x04,Road\r\nXpm=\"0 0 1 0\"\r\n\"1 c #000000\"\r\n[end]\r\n"
         "[_point]\r\nType=0x2a00\r\nString1=0x04,Food\r\nExtendedLabels=Y\r\nFontStyle=SmallFont\r\n"
-        "DayXpm=\"1 1 1 1\"\r\n\"! c #FF0000\"\r\n\"!\"\r\n[end]\r\n";
+        "DayXpm=\"1 1 1 1\"\r\n\"! c #FF0000\"\r\n\"!\"\r\n[end]\r\n" + more;
     text::load_txt(s, ui, "p.txt", text, false, false);
     s.dirty = false;
     return s;
@@ -199,6 +199,12 @@ TEST(FontList, OneLineARowWithItsStyleOrADash) {
     EXPECT_EQ(font_list(s, model::k_points), "FONTLIST for Points\r\n\r\n1,SmallFont\r\n");
     EXPECT_EQ(font_list(s, model::k_lines), "FONTLIST for Lines\r\n\r\n1, - \r\n");
     EXPECT_EQ(font_list(s, model::k_extra_points), "");
+    // Active lines have a list of their own and stay out of the lines'.
+    model::Store act = project(ui, "[_line]\r\nType=0x100\r\nActivity=Walking\r\nString1=0x04,Walk\r\n"
+                                   "ExtendedLabels=Y\r\nFontStyle=Normal\r\nXpm=\"0 0 1 0\"\r\n\"1 c #000000\"\r\n[end]\r\n");
+    ASSERT_EQ(act.ln_nact, 1);
+    EXPECT_EQ(font_list(act, model::k_lines), "FONTLIST for Lines\r\n\r\n1, - \r\n");
+    EXPECT_EQ(font_list(act, model::k_active_lines), "FONTLIST for Lines\r\n\r\n1,Normal\r\n");
 }
 
 TEST(AddString, TakesTheFirstFreeNumberAndTheSelectedText) {

@@ -20,6 +20,7 @@ model::Store style_project(platform::ScriptedPrompt& ui) {
         "[_polygon]\r\nType=0x10f00\r\nString1=0x04,Golf course\r\n" + xpm + "[end]\r\n"
         "[_polygon]\r\nType=0x4b\r\nString1=0x04,Jim's  back ground \r\n" + xpm + "[end]\r\n"
         "[_polygon]\r\nType=0x04\r\nSubType=0x01\r\n" + xpm + "[end]\r\n"
+        "[_polygon]\r\nType=0x10000\r\n" + xpm + "[end]\r\n"
         "[_line]\r\nType=0x0a\r\nString1=0x04,Track\r\n" + xpm + "[end]\r\n"
         "[_line]\r\nType=0x10101\r\n" + xpm + "[end]\r\n"
         "[_point]\r\nType=0x2a00\r\nString1=0x04,Food\r\nDayXpm=\"1 1 1 1\"\r\n\"! c #FF0000\"\r\n\"!\"\r\n[end]\r\n"
@@ -34,12 +35,13 @@ model::Store style_project(platform::ScriptedPrompt& ui) {
 TEST(StyleExport, TypesAsMkgmapNamesThem) {
     platform::ScriptedPrompt ui;
     model::Store s = style_project(ui);
-    ASSERT_EQ(s.pg_n, 3);
+    ASSERT_EQ(s.pg_n, 4);
     ASSERT_EQ(s.ln_n, 2);
     ASSERT_EQ(s.pt_n, 3);
     EXPECT_EQ(mkgmap_type(s, model::k_polygons, 0), "0x10f00");
     EXPECT_EQ(mkgmap_type(s, model::k_polygons, 1), "0x4b");
     EXPECT_EQ(mkgmap_type(s, model::k_polygons, 2), "");  // a plain type with a subtype
+    EXPECT_EQ(mkgmap_type(s, model::k_polygons, 3), "0x10000");  // the first extended type
     EXPECT_EQ(mkgmap_type(s, model::k_lines, 0), "0x0a");
     EXPECT_EQ(mkgmap_type(s, model::k_lines, 1), "0x10101");
     EXPECT_EQ(mkgmap_type(s, model::k_points, 0), "0x2a00");

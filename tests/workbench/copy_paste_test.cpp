@@ -120,6 +120,13 @@ TEST(Paste, ANewPolygonTakesItsPlaceAndTheLevelOfItsNote) {
     f.clip.set_text(test::polygon("0x06", "Sechs"));
     EXPECT_EQ(f.ops.mpaste3(), 3);
     EXPECT_EQ(f.s.pg_drw[3], "Type=0006,1");
+    // Two sections of one new type: the first makes the row, the second asks.
+    f.ui.script(Answer::yes);
+    f.clip.set_text(test::polygon("0x08", "Acht") + test::polygon("0x08", "Otto"));
+    EXPECT_EQ(f.ops.mpaste3(), 4);
+    EXPECT_EQ(f.s.pg_n, 5);
+    EXPECT_EQ(f.ui.questions, std::vector<std::string>{"0x00800 exists.\r\n\r\nReplace ?"});
+    EXPECT_EQ(f.s.pg_lab[4].substr(3), "Otto");
 }
 
 TEST(Paste, AnExistingTypeIsReplacedOnlyOnYes) {

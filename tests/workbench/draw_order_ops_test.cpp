@@ -288,6 +288,10 @@ TEST(DrawOrderSeparateEntry, RulesInOrderAndWhatEachStores) {
     // An edit replaces its entry in place, even with the pair it had.
     EXPECT_TRUE(edpol(s, ui, english_messages(), {"61", "", "1", false, 2}));
     EXPECT_EQ(list(s), " 0001,1 0002,1 0061,1 10F04,2 0003,3 10F03,3 0005,3 0001,4 0050,5");
+    // 99 is the top level while there are no more polygons than that.
+    ASSERT_LE(s.pg_n, 99);
+    EXPECT_TRUE(edpol(s, ui, english_messages(), {"62", "", "99"}));
+    EXPECT_EQ(list(s), " 0001,1 0002,1 0061,1 10F04,2 0003,3 10F03,3 0005,3 0001,4 0050,5 0062,99");
 
     // A placeholder survives a save and a load.
     model::Store back;

@@ -18,7 +18,8 @@ TEST(StyleImport, WantedNewTypesAreMadeAndSortedOthersLeftAlone) {
     f.load(test::polygon("0x03", "Three") + test::point("0x2f05", "cafe"), model::k_points);
     const std::string krvx =
         "<Korvex>\r\n<2/>\r\n<Points>0x2f06,amenity=yes</Points>\r\n<Points>2f05,amenity=yes</Points>\r\n"
-        "<Points>2a00,shop=no</Points>\r\n<Points>2f06,tourism=hotel</Points>\r\n<Points>0x300,x=yes</Points>\r\n"
+        "<Points>2a00,shop=no</Points>\r\n<Points>2a01,shop=false</Points>\r\n<Points>2f06,tourism=hotel</Points>\r\n"
+        "<Points>0x300,x=yes</Points>\r\n"
         "<0/>\r\n<Polygons>0x01,landuse=residential</Polygons>\r\n<1/>\r\n<Lines>0x16,\thighway=*</Lines>\r\n";
     EXPECT_EQ(f.ops.import_krv_text(krvx), 3);
     EXPECT_EQ(f.s.pt_n, 2);
@@ -88,6 +89,12 @@ TEST(Theme, StylesBecomeSectionsThroughTheTable) {
               std::string::npos);
     EXPECT_NE(t.find("lwidth(=8\r\nBorderwidth=0\r\nXpm=\"0 0 1 0\""), std::string::npos);
     EXPECT_EQ(t.find("NOWHERE"), std::string::npos);
+    // A line style without a scale counts as scale 1.
+    const std::string unscaled = theme_text(
+        "<THEME><StyleList><Style Field=\"MAP_STREET_CLR\"><Color Day=\"#FFFFFF\"/></Style></StyleList></THEME>", k_table);
+    EXPECT_NE(unscaled.find("Type=0x06\r\nString1=0x0,STREET\r\nExtendedLabels=Y\r\nCustomColor=No\r\nlwidth(=4\r\n"),
+              std::string::npos)
+        << unscaled;
     EXPECT_EQ(theme_text("<THEME></THEME>", k_table), "");
 }
 
