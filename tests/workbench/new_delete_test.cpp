@@ -4,6 +4,8 @@
 #include <functional>
 #include <sstream>
 
+#include "editor/editor_apply.h"
+#include "editor/element_open.h"
 #include "ops_fixture.h"
 #include "text/panel_apply.h"
 #include "workbench/type_key.h"
@@ -400,6 +402,18 @@ TEST(Renumber, OntoATypeThatExistsIsRefused) {
         EXPECT_EQ(f.ui.messages.back(), "Type exists.");
         EXPECT_EQ(f.text(), before);
         EXPECT_EQ(f.s.drwlist, drw);
+    }
+    // The icon editor's type field alike.
+    for (const Case& c : {Case{model::k_polygons, 1, "", "01"}, Case{model::k_lines, 1, "", "02"},
+                          Case{model::k_points, 1, "05", "2f"}}) {
+        SCOPED_TRACE(c.cls);
+        const std::string before = f.text();
+        editor::EditorSession e = editor::open_element(f.s, editor::OpenRequest{c.cls, c.row, {}});
+        e.type_field = c.to;
+        e.subtype_field = c.from;  // the subtype
+        EXPECT_FALSE(editor::apply(f.s, e, f.ui).committed);
+        EXPECT_EQ(f.ui.messages.back(), "Type exists.");
+        EXPECT_EQ(f.text(), before);
     }
     // Its own type again is no renumbering.
     f.s.curclass = model::k_polygons;
