@@ -169,6 +169,7 @@ private:
     bool colour_shapes();
     bool header();
     bool type_line();
+    bool taken_by_other(const std::string& digits) const;
     bool strings();
     bool label_keys();
     bool rows();
@@ -401,9 +402,33 @@ bool PanelCheck::type_line() {
             out_.line = static_cast<int>(w.at);
             return false;
         }
+        if (taken_by_other(digits)) {
+            ui_.message("Type exists.");
+            out_.line = static_cast<int>(w.at);
+            return false;
+        }
         out_.changed_type = true;
     }
     return true;
+}
+
+// Another element of the class has the type (an active line only within its
+// activity, since each activity has lines of its own types).
+bool PanelCheck::taken_by_other(const std::string& digits) const {
+    int32_t from = 0, to = 0;
+    switch (cls_) {
+    case model::k_polygons: to = s_.pg_n; break;
+    case model::k_lines: to = s_.ln_n; break;
+    case model::k_active_lines: from = s_.ln_n, to = s_.ln_n + s_.ln_nact; break;
+    case model::k_points: to = s_.pt_n; break;
+    default: return false;
+    }
+    for (int32_t k = from; k < to; ++k) {
+        const auto r = static_cast<size_t>(k);
+        if (k == row_ || element_digits(s_, cls_, r) != digits) continue;
+        if (cls_ != model::k_active_lines || s_.ln_act[r] == s_.ln_act[static_cast<size_t>(row_)]) return true;
+    }
+    return false;
 }
 
 bool PanelCheck::strings() {

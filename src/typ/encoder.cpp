@@ -42,6 +42,21 @@ bool codepage_allowed(Store& s, platform::Prompt& ui) {
     return true;
 }
 
+// The label blocks (2 to 5) that the header of the open file names but that were
+// not read in full: only then are labels of extra points missing. A project
+// from text, or a file without such blocks, lacks nothing: every extra point
+// carries its own record, and blocks 0 and 1 are built from the rows.
+bool label_blocks_lost(Store& s) {
+    if (s.curf.size() < 2) return false;
+    const int file_hdr_len = curf_u16(s, 0);
+    for (int n = 2; n < 6; ++n) {
+        if (hdr::block_len[n] + 4 > file_hdr_len || hdr::block_len[n] + 4 > static_cast<int64_t>(s.curf.size())) continue;
+        const int64_t named = curf_u32(s, hdr::block_len[n]);
+        if (named > 0 && static_cast<int64_t>(s.blocks[static_cast<size_t>(n)].size()) < named) return true;
+    }
+    return false;
+}
+
 }  // namespace
 
 bool save_typ(Store& s, platform::Prompt& ui, const platform::Clock& clock, bool tofile) {
@@ -74,6 +89,8 @@ bool save_typ(Store& s, platform::Prompt& ui, const platform::Clock& clock, bool
             kept += static_cast<char>(byte);
         }
     }
+
+    const bool labels_lost = s.pt_nx > 0 && tofile && label_blocks_lost(s);
 
     // 7. A fresh buffer of zeros, grown as the sections are written.
     const size_t estimate = s.curf.size() + 4096;
@@ -120,9 +137,9 @@ bool save_typ(Store& s, platform::Prompt& ui, const platform::Clock& clock, bool
         }
     }
 
-    // 13. The default blocks of extra points ship as side files; without
-    // them the labels of extra points cannot be completed.
-    if (s.pt_nx > 0 && s.blocks[3].empty() && tofile)
+    // 13. Labels of extra points that the file held but that could not be
+    // read cannot be completed.
+    if (labels_lost)
         ui.message("Cannot find data labels. Extra Points not saved correctly.");
 
     // 14. Blocks behind everything, each only where the header has its fields.

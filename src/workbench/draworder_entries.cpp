@@ -6,7 +6,7 @@
 #include <unordered_map>
 
 #include "typ/curf_access.h"
-#include "typ/draw_order.h"
+#include "workbench/draw_order_model.h"
 #include "workbench/type_key.h"
 
 namespace korvex::workbench {
@@ -67,11 +67,30 @@ void add_draworder(model::Store& s, int32_t code, int level) { add_draworders(s,
 void add_draworders(model::Store& s, const std::vector<std::pair<int32_t, int>>& levels) {
     if (levels.empty()) return;
     std::unordered_set<int32_t> codes;
-    for (const auto& [code, level] : levels) codes.insert(code);
-    remove_draworders(s.drwlist, codes);
+    std::unordered_set<int64_t> wanted;
+    for (const auto& [code, level] : levels) {
+        codes.insert(code);
+        if (level > 0) wanted.insert(static_cast<int64_t>(code) << 16 | level);
+    }
+    // A layer the type holds already keeps its place among the entries of
+    // its level; its other layers go, new ones join the end of their level.
+    std::unordered_set<int64_t> written;
+    std::string kept;
+    kept.reserve(s.drwlist.size());
+    for_each_token(s.drwlist, [&](std::string_view token) {
+        const int32_t code = token_code(token);
+        if (codes.count(code)) {
+            const size_t comma = token.find(',');
+            const int level = comma == std::string_view::npos ? -1 : std::atoi(std::string(token.substr(comma + 1)).c_str());
+            const int64_t key = static_cast<int64_t>(code) << 16 | std::max(0, level);
+            if (level <= 0 || !wanted.count(key) || !written.insert(key).second) return;
+        }
+        kept += ' ';
+        kept += token;
+    });
+    s.drwlist = std::move(kept);
     remove_draworders(s.walk.no_level_types, codes);
     bool any = false;
-    std::unordered_set<int64_t> written;
     for (const auto& [code, level] : levels) {
         const int l = std::max(0, level);
         if (!written.insert(static_cast<int64_t>(code) << 16 | l).second) continue;
@@ -82,7 +101,34 @@ void add_draworders(model::Store& s, const std::vector<std::pair<int32_t, int>>&
             s.walk.no_level_types += drw_code(code) + ",0 ";
         }
     }
-    if (any) typ::sort_drwlist(s);
+    if (any) sort_draworder(s);
+}
+
+bool rename_draworder(model::Store& s, int32_t old_code, int32_t code) {
+    bool any = false;
+    for_each_token(s.drwlist + " " + s.walk.no_level_types, [&](std::string_view token) { any = any || token_code(token) == old_code; });
+    if (!any) return false;
+    const auto rename = [&](std::string& text, bool trailing) {
+        std::string out;
+        out.reserve(text.size());
+        for_each_token(text, [&](std::string_view token) {
+            if (!trailing) out += ' ';
+            if (token_code(token) == old_code) {
+                const size_t comma = token.find(',');
+                out += drw_code(code);
+                if (comma != std::string_view::npos) out += token.substr(comma);
+            } else {
+                out += token;
+            }
+            if (trailing) out += ' ';
+        });
+        text = std::move(out);
+    };
+    remove_draworder(s.drwlist, code);
+    remove_draworder(s.walk.no_level_types, code);
+    rename(s.drwlist, false);
+    rename(s.walk.no_level_types, true);
+    return true;
 }
 
 int draworder_level(const model::Store& s, int32_t code) {

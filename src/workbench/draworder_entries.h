@@ -23,12 +23,18 @@ int32_t token_code(std::string_view token);
 
 // add_draworder: the type of code takes level (above 0: a drwlist token in
 // the form of drw_code, replacing the type's old tokens; 0: an entry of the
-// no-level list), and drwlist is sorted by level.
+// no-level list), and drwlist is sorted by level, entries of one level in
+// the order they stood. A token the type holds at that level stays where it is.
 void add_draworder(model::Store& s, int32_t code, int level);
 // The same for many types, with one sort: (code, level) pairs. A type given
 // with several levels is drawn in each of those layers; the old tokens of
 // every type given go.
 void add_draworders(model::Store& s, const std::vector<std::pair<int32_t, int>>& levels);
+
+// A renumbered polygon: every token of old_code (drwlist and the no-level
+// list) names code instead, at its place; tokens code held before go. False,
+// and nothing changed, when old_code had no token.
+bool rename_draworder(model::Store& s, int32_t old_code, int32_t code);
 
 // remove_draworder: every token of the type leaves text (drwlist or the
 // no-level list). True when one did.

@@ -144,19 +144,22 @@ int32_t ElementOps::renumbered(int cls, int32_t row, int32_t old_code) {
         if (levels.empty() && r < s_.pg_drw.size() && entry_level(s_.pg_drw[r]) >= 0) levels = {entry_level(s_.pg_drw[r])};
         bool shared = false;
         for (int32_t k = 0; k < s_.pg_n && !shared; ++k) shared = k != row && row_type_code(s_, cls, k) == old_code;
-        if (!shared) {
-            remove_draworder(s_.drwlist, old_code);
-            remove_draworder(s_.walk.no_level_types, old_code);
-        }
         bool can_have = true;
         drw_code(code, &can_have);
         if (!can_have && !levels.empty()) levels = {0};
-        if (!levels.empty()) {
-            if (s_.pg_drw.size() <= r) s_.pg_drw.resize(r + 1);
-            s_.pg_drw[r] = drw_entry(code, levels);
+        // The layers change their type at their places in the draw order.
+        if (shared || !can_have || !rename_draworder(s_, old_code, code)) {
+            if (!shared) {
+                remove_draworder(s_.drwlist, old_code);
+                remove_draworder(s_.walk.no_level_types, old_code);
+            }
             std::vector<std::pair<int32_t, int>> pairs;
             for (const int level : levels) pairs.emplace_back(code, level);
             add_draworders(s_, pairs);
+        }
+        if (!levels.empty()) {
+            if (s_.pg_drw.size() <= r) s_.pg_drw.resize(r + 1);
+            s_.pg_drw[r] = drw_entry(code, levels);
         }
     }
     const int32_t placed = swap_types(s_, cls, row);

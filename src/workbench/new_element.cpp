@@ -62,11 +62,12 @@ int32_t ElementOps::new_polygon() {
     const int32_t code = type_code(f.type);
     bool can_have = true;
     drw_code(code, &can_have);
-    // An entry of the type with no polygon holds its layer free.
-    if (draworder_level(s_, code) > 0 &&
-        !ui_.yes_no("An empty draworder exists for " + f.type + ". Continue?"))
-        return -1;
+    // An entry of the type with no polygon holds its layer free: the new
+    // polygon takes that layer.
+    const int held = draworder_level(s_, code);
+    if (held > 0 && !ui_.yes_no("An empty draworder exists for " + f.type + ". Continue?")) return -1;
     standing_level_ = f.level;
+    if (held > 0 && can_have) f.level = held;
     // Type 0x100 is drawn without a level: the level is dropped, not refused.
     if ((code >> 8) == k_type_without_levels && f.level > 0) {
         ui_.message(msg(m_no_level_at_0x100));

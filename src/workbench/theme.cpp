@@ -2,6 +2,7 @@
 
 #include <cctype>
 #include <set>
+#include <utility>
 
 #include "model/crlf.h"
 #include "platform/files.h"
@@ -86,6 +87,30 @@ std::string line_picture(int32_t code, const std::string& c1, const std::string&
     return out;
 }
 
+// The point tables and the header state they are saved with.
+void swap_point_tables(model::Store& a, model::Store& b) {
+    std::swap(a.pt_col, b.pt_col);
+    std::swap(a.pt_bmp, b.pt_bmp);
+    std::swap(a.pt_nbmp, b.pt_nbmp);
+    std::swap(a.pt_txt, b.pt_txt);
+    std::swap(a.pt_typ, b.pt_typ);
+    std::swap(a.pt_lab, b.pt_lab);
+    std::swap(a.pt_cc, b.pt_cc);
+    std::swap(a.pt_xpm, b.pt_xpm);
+    std::swap(a.pt_len, b.pt_len);
+    std::swap(a.pt_ncol, b.pt_ncol);
+    std::swap(a.pt_nncol, b.pt_nncol);
+    std::swap(a.pt_mode, b.pt_mode);
+    std::swap(a.pt_n, b.pt_n);
+    std::swap(a.pt_nx, b.pt_nx);
+    std::swap(a.pt_nnight, b.pt_nnight);
+    std::swap(a.blocks, b.blocks);
+    std::swap(a.hdr_len, b.hdr_len);
+    std::swap(a.hdr_caption, b.hdr_caption);
+    std::swap(a.codepage, b.codepage);
+    std::swap(a.utf8txt, b.utf8txt);
+}
+
 }  // namespace
 
 std::string theme_text(const std::string& theme, const std::string& table_text) {
@@ -158,6 +183,19 @@ std::string theme_text(const std::string& theme, const std::string& table_text) 
     return order + "[end]\r\n" + polygons + lines;
 }
 
+void theme_newproject(model::Store& s) {
+    if (s.pt_nx == 0) {
+        model::newproject(s);
+        return;
+    }
+    // The points stay beside the extra points, with what their saving needs:
+    // a header long enough, the code page of their labels and the label blocks.
+    model::Store kept;
+    swap_point_tables(kept, s);
+    model::newproject(s);
+    swap_point_tables(kept, s);
+}
+
 bool loadtheme(model::Store& s, platform::Prompt& ui, const std::string& path, const std::vector<std::string>& tables,
                const std::string& data_folder) {
     std::optional<std::string> table;
@@ -177,18 +215,8 @@ bool loadtheme(model::Store& s, platform::Prompt& ui, const std::string& path, c
         ui.message("No data.");
         return false;
     }
-    if (s.pt_nx > 0) {
-        ui.message("Merging with Extra Points");
-    } else {
-        model::procredim(s, model::k_points, 0);
-        s.pt_n = 0;
-        s.pt_nnight = 0;
-    }
-    model::procredim(s, model::k_lines, 0);
-    s.ln_n = s.ln_nact = 0;
-    s.pg_nnight = 0;
-    s.drwlist.clear();
-    s.walk.no_level_types.clear();
+    if (s.pt_nx > 0) ui.message("Merging with Extra Points");
+    theme_newproject(s);
     text::polgon_txt(s, ui, text);
     text::polline_txt(s, ui, text);
     const size_t dot = path.rfind('.');

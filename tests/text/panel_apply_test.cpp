@@ -260,12 +260,14 @@ TEST(PanelApply, LinesNeedAWidthUnlessTheyHaveABitmap) {
 TEST(PanelApply, SuccessReadsOnlyThatElementAgain) {
     Store s = project();
     const Store before = s;
-    Outcome o = apply(s, polygon_with("#FF0000", "#0000FF").replace(0, 10, "[_polygon]\nextendedlabels=y"), 0, 1);
+    std::string text = polygon_with("#FF0000", "#0000FF").replace(0, 10, "[_polygon]\nextendedlabels=y");
+    text.replace(text.find("0x01"), 4, "0x04");  // a type no other polygon has
+    Outcome o = apply(s, text, 0, 1);
     ASSERT_TRUE(o.result.ok) << o.result.caption;
     EXPECT_TRUE(s.dirty);
     EXPECT_EQ(s.pg_col[1], "\"0 c #0000FF\"");
     EXPECT_NE(s.pg_txt[1].find("ExtendedLabels=Y"), std::string::npos);
-    EXPECT_EQ(s.pg_typ[1], "0x0100");
+    EXPECT_EQ(s.pg_typ[1], "0x0400");
     EXPECT_TRUE(o.result.changed_type);
     // The other rows, and the draw order the panel does not carry, stay.
     EXPECT_EQ(s.pg_col[0], before.pg_col[0]);

@@ -120,6 +120,38 @@ TEST(Theme, LoadReplacesTheProjectAndNamesItAfterTheTheme) {
     EXPECT_EQ(f.s.curfile, (dir / "look.typ").string());
     const int16_t widths[] = {f.s.ln_wid[0], f.s.ln_wid[1]};
     EXPECT_EQ(widths[0] + widths[1], 8);  // the dashed trail has a bitmap, the street is 8 wide
+
+    // Beside extra points the points and extra points stay, and save with
+    // the theme; the rest of the old file goes as with any new project.
+    f.load(test::polygon("0x03", "Three") + test::point("0x2f05", "p") +
+           "[_point]\r\nID=0x11b01\r\nString1=0x04,x\r\nXpm=\"2 1 1 1\"\r\n\"! c #FF0000\"\r\n\"!!\"\r\n[end]\r\n");
+    ASSERT_EQ(f.s.pt_nx, 1);
+    f.s.hdr_caption = " a4";
+    f.s.hdr_len = 0xa4;
+    f.s.codepage = 1250;
+    f.s.curf = "old bytes";
+    f.s.fid = "77";
+    f.s.loadrep = "a note of the old file\r\n";
+    const model::Store before = f.s;
+    ASSERT_TRUE(loadtheme(f.s, f.ui, (dir / "look.kmtf").string(), {(dir / "tdat").string()}, "D"));
+    EXPECT_EQ(f.ui.messages.back(), "Merging with Extra Points");
+    EXPECT_EQ(f.s.pg_n, 3);
+    EXPECT_EQ(f.s.ln_n, 2);
+    EXPECT_EQ(f.s.pt_n, 1);
+    EXPECT_EQ(f.s.pt_nx, 1);
+    EXPECT_EQ(f.s.pt_typ, before.pt_typ);
+    EXPECT_EQ(f.s.pt_bmp, before.pt_bmp);
+    EXPECT_EQ(f.s.pt_lab, before.pt_lab);
+    EXPECT_EQ(f.s.hdr_len, 0xa4);
+    EXPECT_EQ(f.s.codepage, 1250);
+    EXPECT_EQ(f.s.curf, "");
+    EXPECT_EQ(f.s.fid, "");
+    EXPECT_EQ(f.s.loadrep, "");
+    model::Store saved;
+    testing::decode_bytes(saved, f.ui, testing::encode(f.s, f.ui));
+    EXPECT_EQ(saved.pt_n, 1);
+    EXPECT_EQ(saved.pt_nx, 1);
+    EXPECT_EQ(saved.pg_n, 3);
     fs::remove_all(dir);
 }
 

@@ -1,7 +1,13 @@
 // New elements of every class, Delete, and renumbering.
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <sstream>
+
+#include "editor/editor_apply.h"
+#include "editor/element_open.h"
 #include "ops_fixture.h"
+#include "text/panel_apply.h"
 #include "workbench/type_key.h"
 
 namespace korvex::workbench {
@@ -283,6 +289,135 @@ TEST(Renumber, APolygonKeepsItsLayerUnderItsNewTypeAndMovesToItsPlace) {
     EXPECT_EQ(f.s.drwlist.find("0003,"), std::string::npos);
     EXPECT_EQ(f.host.log.back(), "Changed type number from 0x00300 to 0x00600");
     EXPECT_EQ(f.host.current, 2);
+}
+
+// The types of the level-1 entries, in their order.
+std::vector<std::string> level_one(const model::Store& s) {
+    std::vector<std::string> out;
+    std::string t;
+    for (std::istringstream in(s.drwlist); in >> t;)
+        if (t.size() > 2 && t.compare(t.size() - 2, 2, ",1") == 0) out.push_back(t.substr(0, t.size() - 2));
+    return out;
+}
+
+// Every operation that adds or renames a draw-order entry leaves the other
+// entries of its level in the order they stood; a new one joins the end.
+TEST(DrawOrderTies, EqualLevelsKeepTheirOrderThroughEveryOperation) {
+    const std::string polygons = "[_drawOrder]\r\nType=0x05,1\r\n[end]\r\n" + test::polygon("0x01", "One") +
+                                 test::polygon("0x03", "Three") + test::polygon("0x05", "Five");
+    struct Case {
+        const char* name;
+        std::function<void(OpsFixture&)> run;
+        std::vector<std::string> expected;
+    };
+    const std::vector<Case> cases = {
+        {"new polygon",
+         [](OpsFixture& f) {
+             f.settings.polygon_seed = "00200";
+             f.dialogs.on_poisizes = [](NewElementForm& form) { form.level = 1; return true; };
+             EXPECT_GE(f.ops.new_element(model::k_polygons), 0);
+         },
+         {"0005", "0001", "0003", "0002"}},
+        {"paste",
+         [](OpsFixture& f) {
+             f.clip.set_unicode_text("krv0\r\n00200\r\nType=0002,1\r\n" + test::polygon("0x02", "Two"));
+             EXPECT_GE(f.ops.mpaste(), 0);
+         },
+         {"0005", "0001", "0003", "0002"}},
+        {"paste replacing a type of the level",
+         [](OpsFixture& f) {
+             f.clip.set_unicode_text("krv0\r\n00100\r\nType=0001,1\r\n" + test::polygon("0x01", "Uno"));
+             EXPECT_GE(f.ops.mpaste(), 0);
+         },
+         {"0005", "0001", "0003"}},
+        {"create copy",
+         [](OpsFixture& f) {
+             f.settings.polygon_seed = "00200";
+             EXPECT_GE(f.ops.mcreatecopy(2), 0);
+         },
+         {"0005", "0001", "0003", "0002"}},
+        {"renumbering",
+         [](OpsFixture& f) {
+             f.s.pg_typ[0] = "0x0600";
+             f.ops.renumbered(model::k_polygons, 0, 0x100);
+         },
+         {"0005", "0006", "0003"}},
+        {"style import",
+         [](OpsFixture& f) { EXPECT_EQ(f.ops.import_krv_text("<0/>\r\n<Polygons>0x02,landuse=yes</Polygons>\r\n"), 1); },
+         {"0005", "0001", "0003", "0002"}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        OpsFixture f;
+        f.load(polygons);
+        f.s.drwlist = " 0005,1 0001,1 0003,1";
+        c.run(f);
+        EXPECT_EQ(level_one(f.s), c.expected);
+    }
+}
+
+// "An empty draworder exists": Yes puts the new polygon into that entry's
+// layer, where the entry stood.
+TEST(NewElement, AnEmptyEntryGivesTheNewPolygonItsLevel) {
+    OpsFixture f;
+    f.load(k_polygons_one_three);
+    f.s.drwlist = " 0001,1 0004,3 0003,3";
+    f.settings.polygon_seed = "00400";
+    f.dialogs.on_poisizes = [](NewElementForm& form) {
+        form.level = 7;
+        return true;
+    };
+    const int32_t row = f.ops.new_element(model::k_polygons);
+    ASSERT_GE(row, 0);
+    EXPECT_EQ(f.ui.questions.back(), "An empty draworder exists for 00400. Continue?");
+    EXPECT_EQ(f.s.pg_drw[static_cast<size_t>(row)], "Type=0004,3");
+    EXPECT_EQ(f.s.drwlist, " 0001,1 0004,3 0003,3");
+}
+
+// A type another element has is refused by the code panel's Apply: the
+// tables and the draw order stay as they were.
+TEST(Renumber, OntoATypeThatExistsIsRefused) {
+    OpsFixture f;
+    f.load(k_polygons_one_three + test::line("0x02", "Two") + test::line("0x04", "Four") + test::point("0x2f05", "a") +
+           test::point("0x2f06", "b"));
+    struct Case {
+        int cls;
+        int32_t row;
+        std::string from, to;
+    };
+    for (const Case& c : {Case{model::k_polygons, 1, "Type=0x03", "Type=0x01"},
+                          Case{model::k_lines, 1, "Type=0x04", "Type=0x02"},
+                          Case{model::k_points, 1, "Type=0x2f06", "Type=0x2f05"}}) {
+        SCOPED_TRACE(c.cls);
+        f.s.curclass = c.cls;
+        const std::string before = f.text();
+        const std::string drw = f.s.drwlist;
+        std::string panel = c.cls == model::k_polygons ? test::polygon("0x03", "Three")
+                            : c.cls == model::k_lines  ? test::line("0x04", "Four")
+                                                       : test::point("0x2f06", "b");
+        panel.replace(panel.find(c.from), c.from.size(), c.to);
+        const text::PanelApply r = text::parsetext(f.s, f.ui, panel, c.cls, c.row, false);
+        EXPECT_FALSE(r.ok);
+        ASSERT_FALSE(f.ui.messages.empty());
+        EXPECT_EQ(f.ui.messages.back(), "Type exists.");
+        EXPECT_EQ(f.text(), before);
+        EXPECT_EQ(f.s.drwlist, drw);
+    }
+    // The icon editor's type field alike.
+    for (const Case& c : {Case{model::k_polygons, 1, "", "01"}, Case{model::k_lines, 1, "", "02"},
+                          Case{model::k_points, 1, "05", "2f"}}) {
+        SCOPED_TRACE(c.cls);
+        const std::string before = f.text();
+        editor::EditorSession e = editor::open_element(f.s, editor::OpenRequest{c.cls, c.row, {}});
+        e.type_field = c.to;
+        e.subtype_field = c.from;  // the subtype
+        EXPECT_FALSE(editor::apply(f.s, e, f.ui).committed);
+        EXPECT_EQ(f.ui.messages.back(), "Type exists.");
+        EXPECT_EQ(f.text(), before);
+    }
+    // Its own type again is no renumbering.
+    f.s.curclass = model::k_polygons;
+    EXPECT_TRUE(text::parsetext(f.s, f.ui, test::polygon("0x03", "Drei"), model::k_polygons, 1, false).ok);
 }
 
 }  // namespace
