@@ -303,21 +303,24 @@ void Session::open_typ() {
     finchk();
 }
 
-// A theme is a new project of its own: New, then the theme; Save asks for a
-// name until the next load or save.
+// A theme is a new project of its own, which loadtheme starts: beside extra
+// points the points stay. Save asks for a name until the next load or save.
+// A theme that cannot be read leaves the project as it was.
 bool Session::open_theme(const std::string& path) {
-    newproject();
-    map_tag_.clear();
     std::vector<std::string> tables = {(std::filesystem::path(data_folder_) / "tdat").string()};
     tables.insert(tables.end(), theme_tables_.begin(), theme_tables_.end());
-    const bool ok = loadtheme(s_, ui_, path, tables, data_folder_);
-    if (!ok) s_.curfile = "untitled";
-    save_as_forced_ = ok;
+    if (!loadtheme(s_, ui_, path, tables, data_folder_)) return false;
+    s_.curel = 0;
+    set_text_pending(false);
+    view_.fill_code_panel("");
+    paint_report();
+    map_tag_.clear();
+    save_as_forced_ = true;
     text_utf8_ = false;
     view_.rebuild_grid();
     update_title(s_.curfile);
     view_.menu_enable(true);
-    return ok;
+    return true;
 }
 
 void Session::open_txt() { open_text_flow(false); }

@@ -418,5 +418,27 @@ TEST(SessionCodepage, CrossingUtf8SavesUnderANewNameAndReloadsOthersJustTakeTheV
     EXPECT_EQ(c.s.codepage, 65001);
 }
 
+// A theme opened over the sample, which has extra points: the points and
+// extra points stay, polygons and lines are the theme's.
+TEST(SessionTheme, OpeningAThemeKeepsThePointsBesideExtraPoints) {
+    Bench b;
+    b.open_copy(".typ");
+    const int32_t points = b.s.pt_n, extra = b.s.pt_nx;
+    ASSERT_GT(extra, 0);
+    const std::vector<std::string> types = b.s.pt_typ;
+    write(b.dir / "tdat", "FOREST,50\nTRAIL,1,16\n");
+    write(b.dir / "look.kmtf",
+          "<StyleList>\n<Style Field=\"MAP_FOREST_CLR\"><Color Day=\"#4CA04C\"/></Style>\n"
+          "<Style Field=\"MAP_TRAIL_CLR\" Scale=\"3\"><Color Day=\"#8B4513\"/></Style>\n</StyleList>\n");
+    ASSERT_TRUE(b.session.open_path(b.dir / "look.kmtf"));
+    EXPECT_NE(std::find(b.ui.messages.begin(), b.ui.messages.end(), "Merging with Extra Points"), b.ui.messages.end());
+    EXPECT_EQ(b.s.pt_n, points);
+    EXPECT_EQ(b.s.pt_nx, extra);
+    EXPECT_EQ(b.s.pt_typ, types);
+    EXPECT_EQ(b.s.pg_n, 1);
+    EXPECT_EQ(b.s.ln_n, 1);
+    EXPECT_EQ(b.s.curfile, b.dir / "look.typ");
+}
+
 }  // namespace
 }  // namespace korvex::workbench
