@@ -10,6 +10,7 @@
 #include "platform/clock.h"
 #include "platform/files.h"
 #include "platform/prompt.h"
+#include "text/file_kind.h"
 #include "text/load_driver.h"
 #include "text/maptk_project.h"
 #include "text/text_writer.h"
@@ -114,70 +115,7 @@ void print_report(const std::string& report, std::FILE* to) {
     }
 }
 
-enum class Kind { typ, text, prj, unknown };
-
-std::string extension(const std::string& path) {
-    const size_t dot = path.rfind('.');
-    if (dot == std::string::npos || path.find('/', dot) != std::string::npos) return {};
-    std::string ext = path.substr(dot);
-    for (char& c : ext) c = static_cast<char>(c >= 'A' && c <= 'Z' ? c + 32 : c);
-    return ext;
-}
-
-// A MapTK project: a "[poi]", "[polyline]" or "[polygon]" line, and none of
-// the text form's "[_" markers.
-bool project_sections(const std::string& data) {
-    if (data.find("[_") != std::string::npos) return false;
-    for (size_t p = data.find('['); p != std::string::npos; p = data.find('[', p + 1)) {
-        std::string word;
-        for (size_t k = p; k < data.size() && k < p + 10 && data[k] != ']'; ++k)
-            word += static_cast<char>(data[k] >= 'A' && data[k] <= 'Z' ? data[k] + 32 : data[k]);
-        if (word == "[poi" || word == "[polyline" || word == "[polygon") return true;
-    }
-    return false;
-}
-
-// The text form's section markers, any of which makes a text.
-bool text_sections(const std::string& data) {
-    for (size_t p = data.find("[_"); p != std::string::npos; p = data.find("[_", p + 2)) {
-        std::string word;
-        for (size_t k = p; k < data.size() && k < p + 13 && data[k] != ']'; ++k)
-            word += static_cast<char>(data[k] >= 'A' && data[k] <= 'Z' ? data[k] + 32 : data[k]);
-        if (word == "[_id" || word == "[_draworder" || word == "[_polygon" || word == "[_line" || word == "[_point")
-            return true;
-    }
-    return false;
-}
-
-// By content alone: a TYP file carries its magic at offset 2 (its first
-// byte, the header length, is "[" for the plain header, so the magic
-// decides first); project sections without any "[_" marker make a project;
-// a section marker of the text form, or a first line opening a section or a
-// comment, makes a text. Anything else is no file of ours, whatever its name.
-Kind kind_of(const std::string& data, const std::string& path) {
-    if (data.size() >= 12 && data.compare(2, 10, "GARMIN TYP") == 0) return Kind::typ;
-    if (project_sections(data)) return Kind::prj;
-    if (text_sections(data)) return Kind::text;
-    size_t i = 0;
-    if (data.compare(0, 3, "\xEF\xBB\xBF") == 0) i = 3;
-    while (i < data.size() && (data[i] == ' ' || data[i] == '\t' || data[i] == '\r' || data[i] == '\n')) ++i;
-    const bool prj = extension(path) == ".prj";
-    if (i < data.size() && (data[i] == '[' || data[i] == ';')) return prj ? Kind::prj : Kind::text;
-    // A project of keys alone ("familyid=") is told by its name, if it is text.
-    const bool textual = std::none_of(data.begin(), data.end(), [](char c) {
-        const auto b = static_cast<unsigned char>(c);
-        return b < 32 && b != '\t' && b != '\r' && b != '\n';
-    });
-    return prj && textual ? Kind::prj : Kind::unknown;
-}
-
-// Why a file cannot be read at all; "" when it can.
-std::string unreadable(const std::string& data, Kind kind) {
-    if (data.empty()) return "the file is empty";
-    if (kind == Kind::unknown)
-        return "not a TYP file (no \"GARMIN TYP\" signature at offset 2), a TYP text or a MapTK project";
-    return {};
-}
+using text::FileKind;
 
 size_t count_tokens(const std::string& list) {
     size_t n = 0;
@@ -193,14 +131,14 @@ size_t count_tokens(const std::string& list) {
     return n;
 }
 
-int info(const model::Store& s, Kind kind) {
+int info(const model::Store& s, FileKind kind) {
     std::string created = s.created;
     const std::string prefix = "Created  ";
     if (created.compare(0, prefix.size(), prefix) == 0) created = created.substr(prefix.size());
     std::string header;
     static const char* hexd = "0123456789abcdef";
     for (int v = s.hdr_len; v > 0 || header.size() < 2; v >>= 4) header.insert(header.begin(), hexd[v & 15]);
-    std::printf("format: %s\n", kind == Kind::prj ? "prj" : kind == Kind::text ? "text" : "typ");
+    std::printf("format: %s\n", kind == FileKind::prj ? "prj" : kind == FileKind::text ? "text" : "typ");
     std::printf("header: %s\n", header.c_str());
     std::printf("created: %s\n", created.c_str());
     std::printf("codepage: %d\n", s.codepage);
@@ -306,14 +244,14 @@ int run(int argc, char** argv) {
         ui.message("Cannot read " + a.input + ": " + error);
         return k_failed;
     }
-    const Kind kind = kind_of(*data, a.input);
-    if (const std::string why = unreadable(*data, kind); !why.empty()) {
+    const FileKind kind = text::file_kind(*data, a.input);
+    if (const std::string why = text::unreadable_reason(*data, kind); !why.empty()) {
         std::fprintf(stderr, "korvex-cli: %s: %s\n", a.input.c_str(), why.c_str());
         return k_failed;
     }
-    if (kind == Kind::prj) {
+    if (kind == FileKind::prj) {
         text::load_prj_data(s, ui, a.input, *data);
-    } else if (kind == Kind::text) {
+    } else if (kind == FileKind::text) {
         // A text of a draw order alone is still a project, so "[_id]" is not required.
         text::load_txt(s, ui, a.input, std::move(*data), false, false);
     } else {
