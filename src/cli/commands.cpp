@@ -19,6 +19,7 @@
 #include "integration/messages.h"
 #include "workbench/load_options.h"
 #include "workbench/save_checks.h"
+#include "workbench/session.h"
 
 namespace korvex::cli {
 
@@ -37,6 +38,8 @@ const char* k_usage_text =
     "         --offsets               show record offsets as comments in the text\n"
     "         --answer yes|no         the answer to every question (default yes)\n"
     "         --fid N, --pid N        family and product id to save with, in place of the file's\n"
+    "         --codepage N            code page to save with, in place of the file's (decode and encode;\n"
+    "                                 1250 to 1258, 874, 932, 936, 949, 950 or 65001)\n"
     "         --version, --help\n";
 
 struct Args {
@@ -47,6 +50,7 @@ struct Args {
     bool offsets = false;
     std::string ldopts = "111111";
     std::string fid, pid;
+    int codepage = 0;  // 0: the file's
     platform::Answer answer = platform::Answer::yes;
 };
 
@@ -80,6 +84,15 @@ std::string parse(int argc, char** argv, Args& a) {
             if (!value(into) || into.empty() || into.find_first_not_of("0123456789") != std::string::npos ||
                 into.size() > 5 || std::stoi(into) > 65535)
                 return arg + " needs a number from 0 to 65535";
+        } else if (arg == "--codepage") {
+            // The values of the window's code-page box.
+            std::string v;
+            const auto& box = workbench::codepage_entries();
+            if (!value(v) || std::none_of(box.begin(), box.end(), [&](const std::string& e) {
+                    return e.substr(0, e.find(' ')) == v;
+                }))
+                return "--codepage needs a code page of the list: 1250 to 1258, 874, 932, 936, 949, 950 or 65001";
+            a.codepage = std::stoi(v);
         } else if (arg == "--answer") {
             std::string v;
             if (!value(v) || (v != "yes" && v != "no")) return "--answer needs yes or no";
@@ -98,7 +111,8 @@ std::string parse(int argc, char** argv, Args& a) {
     a.command = rest[0];
     a.input = rest[1];
     if (a.command != "info" && a.command != "decode" && a.command != "encode") return "unknown command " + a.command;
-    if (a.command == "info" && (!a.output.empty() || a.utf8)) return "info takes no -o or --utf8";
+    if (a.command == "info" && (!a.output.empty() || a.utf8 || a.codepage != 0))
+        return "info takes no -o, --utf8 or --codepage";
     if (a.command == "encode" && a.utf8) return "encode takes no --utf8";
     return {};
 }
@@ -263,6 +277,7 @@ int run(int argc, char** argv) {
     // As if typed into the identifier fields before saving.
     if (!a.fid.empty()) s.fid = a.fid;
     if (!a.pid.empty()) s.pid = a.pid;
+    if (a.codepage != 0) s.codepage = a.codepage;
     if (a.command == "decode") return decode(s, ui, a);
     return encode(s, ui, a);
 }

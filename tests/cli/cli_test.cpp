@@ -123,6 +123,28 @@ TEST_F(CliTest, RefusedSaveLeavesTheOldOutputAndNoTemporaryFile) {
     EXPECT_EQ(files, 2u) << "a temporary file was left behind";
 }
 
+// --codepage is the window's code-page box: a file whose header holds code
+// page 0 is re-encoded from the command line; only the box's values pass.
+TEST_F(CliTest, CodepageOptionSavesWithTheCodePageOfTheBox) {
+    std::string bytes = read_bytes(sample);
+    bytes[21] = 0;
+    bytes[22] = 0;
+    {
+        std::ofstream f(path("cp0.typ"), std::ios::binary);
+        f << bytes;
+    }
+    ASSERT_EQ(cli("encode " + path("cp0.typ") + " --codepage 1252 -o " + path("cp1252.typ")).status, 0);
+    EXPECT_NE(cli("info " + path("cp1252.typ")).out.find("codepage: 1252\n"), std::string::npos);
+    CliRun d = cli("decode " + path("cp0.typ") + " --codepage 65001");
+    EXPECT_EQ(d.status, 0);
+    EXPECT_NE(d.out.find("CodePage=65001\r\n"), std::string::npos);
+    for (const std::string bad : {"0", "125", "1234", "01252", "x", ""})
+        EXPECT_EQ(cli("encode " + sample + " --codepage '" + bad + "'").status, 2) << bad;
+    EXPECT_EQ(cli("encode " + sample + " --codepage").status, 2);
+    EXPECT_EQ(cli("info " + sample + " --codepage 1252").status, 2);
+    EXPECT_NE(cli("--help").out.find("--codepage N"), std::string::npos);
+}
+
 // A text is a view of the file: decode writes identifiers of 0 as they are
 // and says so. A TYP is for a device: encode asks what the window's save
 // asks, and --answer answers.
