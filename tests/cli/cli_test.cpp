@@ -238,6 +238,29 @@ TEST_F(CliTest, EmptyAndForeignFilesAreRefusedWithOneClearLine) {
     EXPECT_NE(d.out.find("report: "), std::string::npos);
 }
 
+// Real files hold labels with two strings of one language; a save keeps the
+// first and says so once for the file, however many labels drop one.
+TEST_F(CliTest, SecondStringsOfALanguageAreDroppedAndSaidOnce) {
+    std::string text = "[_id]\r\nProductCode=1\r\nFID=7\r\nCodePage=1252\r\n[end]\r\n";
+    for (const char* type : {"0x01", "0x02"})
+        text += std::string("[_line]\r\nType=") + type +
+                "\r\nString1=0x04,First\r\nString2=0x04,Second\r\nLineWidth=2\r\nXpm=\"0 0 1 0\"\r\n"
+                "\"1 c #FF0000\"\r\n[end]\r\n";
+    {
+        std::ofstream f(path("twice.txt"), std::ios::binary);
+        f << text;
+    }
+    CliRun r = cli("encode " + path("twice.txt") + " -o " + path("twice.typ"), true);
+    ASSERT_EQ(r.status, 0) << r.out;
+    const std::string said = "report: A label had a second string of one language: the first was kept, the second dropped\n";
+    const size_t at = r.out.find(said);
+    ASSERT_NE(at, std::string::npos) << r.out;
+    EXPECT_EQ(r.out.find(said, at + 1), std::string::npos) << r.out;
+    CliRun d = cli("decode " + path("twice.typ"));
+    EXPECT_NE(d.out.find("String1=0x04,First\r\n"), std::string::npos);
+    EXPECT_EQ(d.out.find("Second"), std::string::npos);
+}
+
 TEST_F(CliTest, VersionAndHelpExitWithZero) {
     CliRun v = cli("--version");
     EXPECT_EQ(v.status, 0);
