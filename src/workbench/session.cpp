@@ -368,12 +368,12 @@ void Session::open_recent(int index) {
     if (index < 0 || index >= k_recent_count) return;
     view_.commit_draworder_edit();
     if (s_.dirty && fnsave_yn() != Answer::no) return;
-    set_dirty(false);
     if (!chkldop()) return;
     const std::string path = normalise_separators(settings_.recent[static_cast<size_t>(index)]);
     if (trim(path).empty()) return;
     updatmff(path);
-    s_.pg_nnight = s_.pt_nnight = 0;
+    // The load clears the project; a file it refuses leaves it as it was,
+    // edits and all.
     if (ends_with_ci(path, ".txt"))
         settings_.last_text_path = path;
     else

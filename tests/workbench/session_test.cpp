@@ -167,7 +167,7 @@ TEST(SessionOpen, EmptyOrForeignFileIsRefusedAndTheOpenProjectStays) {
     const std::string not_ours = not_typ + ", a TYP text or a MapTK project";
     struct Case {
         std::string name, bytes, why;
-        int how;  // 0 open_path, 1 Open TYP, 2 Open TXT, 3 Open UTF-8 TXT
+        int how;  // 0 open_path, 1 Open TYP, 2 Open TXT, 3 Open UTF-8 TXT, 4 Open Recent of an edited project
     };
     const Case cases[] = {
         {"empty.typ", "", "the file is empty", 0},     {"empty.typ", "", "the file is empty", 1},
@@ -175,11 +175,16 @@ TEST(SessionOpen, EmptyOrForeignFileIsRefusedAndTheOpenProjectStays) {
         {"empty.txt", "", "the file is empty", 2},     {"noise.txt", noise, not_ours, 0},
         {"noise.txt", noise, not_ours, 2},             {"noise.txt", noise, not_ours, 3},
         {"noise.prj", noise, not_ours, 0},             {"empty.prj", "", "the file is empty", 2},
+        {"empty.typ", "", "the file is empty", 4},     {"noise.txt", noise, not_ours, 4},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name + " " + std::to_string(c.how));
         Bench b;
         const std::string open = b.open_copy(".typ");
+        if (c.how == 4) {
+            b.session.set_dirty(true);
+            b.ui.script(Answer::no);  // go on without saving
+        }
         const std::string caption = b.view.caption;
         const model::Store before = b.s;
         const std::string path = b.dir / c.name;
@@ -190,6 +195,10 @@ TEST(SessionOpen, EmptyOrForeignFileIsRefusedAndTheOpenProjectStays) {
             EXPECT_FALSE(b.session.open_path(path));
         } else if (c.how == 1) {
             b.session.open_typ();
+        } else if (c.how == 4) {
+            b.settings.recent[0] = path;
+            b.session.open_recent(0);
+            EXPECT_TRUE(b.s.dirty);
         } else if (c.how == 2) {
             b.session.open_txt();
         } else {
