@@ -176,6 +176,7 @@ TEST(SessionOpen, EmptyOrForeignFileIsRefusedAndTheOpenProjectStays) {
         {"noise.txt", noise, not_ours, 2},             {"noise.txt", noise, not_ours, 3},
         {"noise.prj", noise, not_ours, 0},             {"empty.prj", "", "the file is empty", 2},
         {"empty.typ", "", "the file is empty", 4},     {"noise.txt", noise, not_ours, 4},
+        {"typ.txt", testing::read_bytes(sample(".typ")), "a TYP file, not a text (open it with Open TYP)", 2},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name + " " + std::to_string(c.how));
