@@ -10,6 +10,7 @@
 #include "platform/clock.h"
 #include "platform/files.h"
 #include "platform/prompt.h"
+#include "text/file_kind.h"
 #include "text/load_driver.h"
 #include "text/maptk_project.h"
 #include "text/text_writer.h"
@@ -18,6 +19,7 @@
 #include "integration/messages.h"
 #include "workbench/load_options.h"
 #include "workbench/save_checks.h"
+#include "workbench/session.h"
 
 namespace korvex::cli {
 
@@ -36,6 +38,8 @@ const char* k_usage_text =
     "         --offsets               show record offsets as comments in the text\n"
     "         --answer yes|no         the answer to every question (default yes)\n"
     "         --fid N, --pid N        family and product id to save with, in place of the file's\n"
+    "         --codepage N            code page to save with, in place of the file's (decode and encode;\n"
+    "                                 1250 to 1258, 874, 932, 936, 949, 950 or 65001)\n"
     "         --version, --help\n";
 
 struct Args {
@@ -46,6 +50,7 @@ struct Args {
     bool offsets = false;
     std::string ldopts = "111111";
     std::string fid, pid;
+    int codepage = 0;  // 0: the file's
     platform::Answer answer = platform::Answer::yes;
 };
 
@@ -79,6 +84,15 @@ std::string parse(int argc, char** argv, Args& a) {
             if (!value(into) || into.empty() || into.find_first_not_of("0123456789") != std::string::npos ||
                 into.size() > 5 || std::stoi(into) > 65535)
                 return arg + " needs a number from 0 to 65535";
+        } else if (arg == "--codepage") {
+            // The values of the window's code-page box.
+            std::string v;
+            const auto& box = workbench::codepage_entries();
+            if (!value(v) || std::none_of(box.begin(), box.end(), [&](const std::string& e) {
+                    return e.substr(0, e.find(' ')) == v;
+                }))
+                return "--codepage needs a code page of the list: 1250 to 1258, 874, 932, 936, 949, 950 or 65001";
+            a.codepage = std::stoi(v);
         } else if (arg == "--answer") {
             std::string v;
             if (!value(v) || (v != "yes" && v != "no")) return "--answer needs yes or no";
@@ -97,7 +111,8 @@ std::string parse(int argc, char** argv, Args& a) {
     a.command = rest[0];
     a.input = rest[1];
     if (a.command != "info" && a.command != "decode" && a.command != "encode") return "unknown command " + a.command;
-    if (a.command == "info" && (!a.output.empty() || a.utf8)) return "info takes no -o or --utf8";
+    if (a.command == "info" && (!a.output.empty() || a.utf8 || a.codepage != 0))
+        return "info takes no -o, --utf8 or --codepage";
     if (a.command == "encode" && a.utf8) return "encode takes no --utf8";
     return {};
 }
@@ -114,70 +129,7 @@ void print_report(const std::string& report, std::FILE* to) {
     }
 }
 
-enum class Kind { typ, text, prj, unknown };
-
-std::string extension(const std::string& path) {
-    const size_t dot = path.rfind('.');
-    if (dot == std::string::npos || path.find('/', dot) != std::string::npos) return {};
-    std::string ext = path.substr(dot);
-    for (char& c : ext) c = static_cast<char>(c >= 'A' && c <= 'Z' ? c + 32 : c);
-    return ext;
-}
-
-// A MapTK project: a "[poi]", "[polyline]" or "[polygon]" line, and none of
-// the text form's "[_" markers.
-bool project_sections(const std::string& data) {
-    if (data.find("[_") != std::string::npos) return false;
-    for (size_t p = data.find('['); p != std::string::npos; p = data.find('[', p + 1)) {
-        std::string word;
-        for (size_t k = p; k < data.size() && k < p + 10 && data[k] != ']'; ++k)
-            word += static_cast<char>(data[k] >= 'A' && data[k] <= 'Z' ? data[k] + 32 : data[k]);
-        if (word == "[poi" || word == "[polyline" || word == "[polygon") return true;
-    }
-    return false;
-}
-
-// The text form's section markers, any of which makes a text.
-bool text_sections(const std::string& data) {
-    for (size_t p = data.find("[_"); p != std::string::npos; p = data.find("[_", p + 2)) {
-        std::string word;
-        for (size_t k = p; k < data.size() && k < p + 13 && data[k] != ']'; ++k)
-            word += static_cast<char>(data[k] >= 'A' && data[k] <= 'Z' ? data[k] + 32 : data[k]);
-        if (word == "[_id" || word == "[_draworder" || word == "[_polygon" || word == "[_line" || word == "[_point")
-            return true;
-    }
-    return false;
-}
-
-// By content alone: a TYP file carries its magic at offset 2 (its first
-// byte, the header length, is "[" for the plain header, so the magic
-// decides first); project sections without any "[_" marker make a project;
-// a section marker of the text form, or a first line opening a section or a
-// comment, makes a text. Anything else is no file of ours, whatever its name.
-Kind kind_of(const std::string& data, const std::string& path) {
-    if (data.size() >= 12 && data.compare(2, 10, "GARMIN TYP") == 0) return Kind::typ;
-    if (project_sections(data)) return Kind::prj;
-    if (text_sections(data)) return Kind::text;
-    size_t i = 0;
-    if (data.compare(0, 3, "\xEF\xBB\xBF") == 0) i = 3;
-    while (i < data.size() && (data[i] == ' ' || data[i] == '\t' || data[i] == '\r' || data[i] == '\n')) ++i;
-    const bool prj = extension(path) == ".prj";
-    if (i < data.size() && (data[i] == '[' || data[i] == ';')) return prj ? Kind::prj : Kind::text;
-    // A project of keys alone ("familyid=") is told by its name, if it is text.
-    const bool textual = std::none_of(data.begin(), data.end(), [](char c) {
-        const auto b = static_cast<unsigned char>(c);
-        return b < 32 && b != '\t' && b != '\r' && b != '\n';
-    });
-    return prj && textual ? Kind::prj : Kind::unknown;
-}
-
-// Why a file cannot be read at all; "" when it can.
-std::string unreadable(const std::string& data, Kind kind) {
-    if (data.empty()) return "the file is empty";
-    if (kind == Kind::unknown)
-        return "not a TYP file (no \"GARMIN TYP\" signature at offset 2), a TYP text or a MapTK project";
-    return {};
-}
+using text::FileKind;
 
 size_t count_tokens(const std::string& list) {
     size_t n = 0;
@@ -193,14 +145,14 @@ size_t count_tokens(const std::string& list) {
     return n;
 }
 
-int info(const model::Store& s, Kind kind) {
+int info(const model::Store& s, FileKind kind) {
     std::string created = s.created;
     const std::string prefix = "Created  ";
     if (created.compare(0, prefix.size(), prefix) == 0) created = created.substr(prefix.size());
     std::string header;
     static const char* hexd = "0123456789abcdef";
     for (int v = s.hdr_len; v > 0 || header.size() < 2; v >>= 4) header.insert(header.begin(), hexd[v & 15]);
-    std::printf("format: %s\n", kind == Kind::prj ? "prj" : kind == Kind::text ? "text" : "typ");
+    std::printf("format: %s\n", kind == FileKind::prj ? "prj" : kind == FileKind::text ? "text" : "typ");
     std::printf("header: %s\n", header.c_str());
     std::printf("created: %s\n", created.c_str());
     std::printf("codepage: %d\n", s.codepage);
@@ -306,14 +258,14 @@ int run(int argc, char** argv) {
         ui.message("Cannot read " + a.input + ": " + error);
         return k_failed;
     }
-    const Kind kind = kind_of(*data, a.input);
-    if (const std::string why = unreadable(*data, kind); !why.empty()) {
+    const FileKind kind = text::file_kind(*data, a.input);
+    if (const std::string why = text::unreadable_reason(*data, kind); !why.empty()) {
         std::fprintf(stderr, "korvex-cli: %s: %s\n", a.input.c_str(), why.c_str());
         return k_failed;
     }
-    if (kind == Kind::prj) {
+    if (kind == FileKind::prj) {
         text::load_prj_data(s, ui, a.input, *data);
-    } else if (kind == Kind::text) {
+    } else if (kind == FileKind::text) {
         // A text of a draw order alone is still a project, so "[_id]" is not required.
         text::load_txt(s, ui, a.input, std::move(*data), false, false);
     } else {
@@ -325,6 +277,7 @@ int run(int argc, char** argv) {
     // As if typed into the identifier fields before saving.
     if (!a.fid.empty()) s.fid = a.fid;
     if (!a.pid.empty()) s.pid = a.pid;
+    if (a.codepage != 0) s.codepage = a.codepage;
     if (a.command == "decode") return decode(s, ui, a);
     return encode(s, ui, a);
 }

@@ -496,7 +496,12 @@ EncodedLabels encode_labels(Store& s, const std::string& element_text, int /*cls
             const size_t comma = line.find(',');
             if (comma == std::string_view::npos) return;
             const int lang = getlang_of(line, eq) & 0xff;
-            if (seen[lang]) return;  // the first string of a language wins
+            if (seen[lang]) {
+                // The first string of a language wins; real files hold such
+                // blocks, so the drop is said, once for the whole file.
+                model::note_once(s, "A label had a second string of one language: the first was kept, the second dropped");
+                return;
+            }
             seen[lang] = true;
             // The text runs on to the end of the untrimmed line.
             const std::string_view value = raw.substr(static_cast<size_t>(line.data() - raw.data()) + comma + 1);

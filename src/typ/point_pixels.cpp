@@ -282,6 +282,26 @@ std::string drawbmp(std::string_view data, int w, int h, int n, int mode, int cp
     return out;
 }
 
+bool pixels_within_palette(std::string& rows, int colours, int cpp) {
+    if (colours <= 0 || colours >= 256) return false;
+    bool changed = false;
+    const int step = cpp == 2 ? 2 : 1;
+    for (size_t k = 0; k + static_cast<size_t>(step) <= rows.size();) {
+        if (rows[k] == '\r' || rows[k] == '\n') {
+            ++k;
+            continue;
+        }
+        const int hi = static_cast<uint8_t>(rows[k]) - k_symbol_base;
+        const int v = step == 2 ? hi * 16 + (static_cast<uint8_t>(rows[k + 1]) - k_symbol_base) : hi;
+        if (v >= colours) {
+            put_symbol(rows.data() + k, 0, cpp);
+            changed = true;
+        }
+        k += static_cast<size_t>(step);
+    }
+    return changed;
+}
+
 uint32_t fnpoi32(std::string_view line) {
     // The colour digits follow the last "#"; "none" is white and fully transparent.
     uint32_t r = 0xff, g = 0xff, b = 0xff;

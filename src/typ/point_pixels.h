@@ -76,6 +76,10 @@ std::string alphacols(std::string_view data, int n);
 // Pixel rows of an icon in canonical symbols, each row ending in CR LF.
 // data starts at the pixel bytes and may be short (missing bytes read as 0).
 std::string drawbmp(std::string_view data, int w, int h, int n, int mode, int cpp);
+// Rows (as append_rows writes them) whose pixels name a colour past the
+// table's colours entries take colour 0 there. True when any did; a table of
+// no colours has none to give.
+bool pixels_within_palette(std::string& rows, int colours, int cpp);
 void append_rows(std::string& out, std::string_view data, int w, int h, int n, int mode, int cpp);
 
 // One colour line to 28 bits (blue, green, red, alpha), as a number.

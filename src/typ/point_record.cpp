@@ -110,7 +110,13 @@ Picture decode_palette_picture(Store& s, int64_t palette_at, const char* key, in
     p.cpp = symbol_width(p.lines);
     p.head = picture_head(key, w, h, p.lines, p.cpp, mode);
     if (!over) append_record_palette(p.colours, curf_view(s, palette_at, pal_bytes), n, mode);
-    if (w > 0) append_rows(p.rows, curf_view(s, p.pixels_at, p.pixel_bytes), w, h, n, mode, p.cpp);
+    if (w > 0) {
+        append_rows(p.rows, curf_view(s, p.pixels_at, p.pixel_bytes), w, h, n, mode, p.cpp);
+        // A damaged record: a symbol no colour line defines would make a
+        // text that no compiler takes.
+        if ((1 << point_bpp(n, mode)) > p.lines && pixels_within_palette(p.rows, p.lines, p.cpp))
+            model::note_once(s, "Point pixels past their colour table were given its first colour");
+    }
     return p;
 }
 

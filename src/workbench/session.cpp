@@ -9,6 +9,7 @@
 #include "platform/files.h"
 #include "text/codepage_check.h"
 #include "text/encoding.h"
+#include "text/file_kind.h"
 #include "text/load_driver.h"
 #include "text/maptk_project.h"
 #include "text/panel_apply.h"
@@ -175,6 +176,13 @@ bool Session::loadfile(const std::string& raw_path) {
         loadfail_ = -1;
         return false;
     }
+    // Read and judged before anything is cleared: a file that cannot be
+    // opened leaves the open project as it was.
+    std::string data;
+    if (!read_openable(path, data, true)) {
+        loadfail_ = -1;
+        return false;
+    }
     loadfail_ = 0;
     view_.set_caption(caption(path));
     newproject();
@@ -186,16 +194,6 @@ bool Session::loadfile(const std::string& raw_path) {
     loading_ = true;
     s_.dirty = false;
     view_.busy(true);
-
-    std::string data = typ::loadbinary(s_, ui_, path);
-    if (data.empty()) {
-        loading_ = false;
-        loadfail_ = -1;
-        newproject();
-        view_.enable_open(true);
-        view_.busy(false);
-        return false;
-    }
     if (data.size() >= k_large_typ) view_.set_page_size(k_large_page_size);
     ui_.progress(5);
     typ::open_typ_bytes(s_, ui_, std::move(data), path);
@@ -220,10 +218,8 @@ bool Session::load_text_file(const std::string& path, bool utf8) {
         loadfail_ = -1;
         return false;
     }
-    std::string error;
-    auto data = platform::read_file(path, &error);
-    if (!data) {
-        ui_.message(platform::file_exists(path) ? path + ": " + error : path + " doesn't exist");
+    std::string data;
+    if (!read_openable(path, data, false)) {
         loadfail_ = -1;
         return false;
     }
@@ -233,7 +229,7 @@ bool Session::load_text_file(const std::string& path, bool utf8) {
     map_tag_.clear();
     loading_ = true;
     view_.busy(true);
-    const bool ok = text::load_txt(s_, ui_, path, std::move(*data), true, false);
+    const bool ok = text::load_txt(s_, ui_, path, std::move(data), true, false);
     text_utf8_ = utf8;
     codepage_utf8_ = s_.codepage == 65001;
     show_loaded();
@@ -246,7 +242,8 @@ bool Session::load_text_file(const std::string& path, bool utf8) {
 }
 
 bool Session::load_project_file(const std::string& path) {
-    if (loading_) {
+    std::string data;
+    if (loading_ || !read_openable(path, data, false)) {
         loadfail_ = -1;
         return false;
     }
@@ -256,7 +253,7 @@ bool Session::load_project_file(const std::string& path) {
     text_utf8_ = false;
     loading_ = true;
     view_.busy(true);
-    const bool ok = text::loadprj(s_, ui_, path);
+    const bool ok = text::load_prj_data(s_, ui_, path, data);
     codepage_utf8_ = s_.codepage == 65001;
     view_.select_codepage(codepage_entry_index(s_.codepage));
     view_.rebuild_grid();
@@ -266,6 +263,28 @@ bool Session::load_project_file(const std::string& path) {
     view_.busy(false);
     loadfail_ = ok ? 0 : -1;
     return ok;
+}
+
+// The file's bytes, or one message naming the file and why it cannot be
+// opened: unreadable, empty, or none of ours (as korvex-cli refuses it).
+bool Session::read_openable(const std::string& path, std::string& data, bool as_typ) {
+    if (!platform::file_exists(path)) {
+        ui_.message(path + " doesn't exist");
+        return false;
+    }
+    std::string error;
+    auto bytes = platform::read_file(path, &error);
+    if (!bytes) {
+        ui_.message(path + ": " + error);
+        return false;
+    }
+    const std::string why = as_typ ? text::not_typ_reason(*bytes) : text::not_text_reason(*bytes, path);
+    if (!why.empty()) {
+        ui_.message(path + ": " + why);
+        return false;
+    }
+    data = std::move(*bytes);
+    return true;
 }
 
 void Session::after_text_load(const std::string& path) {
@@ -352,12 +371,12 @@ void Session::open_recent(int index) {
     if (index < 0 || index >= k_recent_count) return;
     view_.commit_draworder_edit();
     if (s_.dirty && fnsave_yn() != Answer::no) return;
-    set_dirty(false);
     if (!chkldop()) return;
     const std::string path = normalise_separators(settings_.recent[static_cast<size_t>(index)]);
     if (trim(path).empty()) return;
     updatmff(path);
-    s_.pg_nnight = s_.pt_nnight = 0;
+    // The load clears the project; a file it refuses leaves it as it was,
+    // edits and all.
     if (ends_with_ci(path, ".txt"))
         settings_.last_text_path = path;
     else
@@ -407,7 +426,9 @@ bool Session::check_ids(bool with_codepage) {
 }
 
 bool Session::save_typ_to(const std::string& path) {
-    if (!typ::save_typ(s_, ui_, clock_, true)) return false;
+    const bool encoded = typ::save_typ(s_, ui_, clock_, true);
+    paint_report();  // what the save dropped or repaired
+    if (!encoded) return false;
     if (!typ::SaveFile(s_, ui_, path, *fs_)) return false;
     save_as_forced_ = false;
     set_dirty(false);
@@ -499,6 +520,10 @@ bool Session::save_text(int entry) {
     }
     settings_.last_text_path = path;
     save_as_forced_ = false;
+    // The text is now the open file, as a TYP saved under a new name is: the
+    // caption names what holds the edits, and Save writes it again.
+    s_.curfile = path;
+    text_utf8_ = entry == k_save_text_utf8;
     set_dirty(false);
     return true;
 }

@@ -239,6 +239,7 @@ private:
     bool save_text(int entry);
     bool load_text_file(const std::string& path, bool utf8);
     bool load_project_file(const std::string& path);
+    bool read_openable(const std::string& path, std::string& data, bool as_typ);
     void open_text_flow(bool utf8);
     bool open_theme(const std::string& path);
     void after_text_load(const std::string& path);

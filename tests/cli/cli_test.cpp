@@ -123,6 +123,28 @@ TEST_F(CliTest, RefusedSaveLeavesTheOldOutputAndNoTemporaryFile) {
     EXPECT_EQ(files, 2u) << "a temporary file was left behind";
 }
 
+// --codepage is the window's code-page box: a file whose header holds code
+// page 0 is re-encoded from the command line; only the box's values pass.
+TEST_F(CliTest, CodepageOptionSavesWithTheCodePageOfTheBox) {
+    std::string bytes = read_bytes(sample);
+    bytes[21] = 0;
+    bytes[22] = 0;
+    {
+        std::ofstream f(path("cp0.typ"), std::ios::binary);
+        f << bytes;
+    }
+    ASSERT_EQ(cli("encode " + path("cp0.typ") + " --codepage 1252 -o " + path("cp1252.typ")).status, 0);
+    EXPECT_NE(cli("info " + path("cp1252.typ")).out.find("codepage: 1252\n"), std::string::npos);
+    CliRun d = cli("decode " + path("cp0.typ") + " --codepage 65001");
+    EXPECT_EQ(d.status, 0);
+    EXPECT_NE(d.out.find("CodePage=65001\r\n"), std::string::npos);
+    for (const std::string bad : {"0", "125", "1234", "01252", "x", ""})
+        EXPECT_EQ(cli("encode " + sample + " --codepage '" + bad + "'").status, 2) << bad;
+    EXPECT_EQ(cli("encode " + sample + " --codepage").status, 2);
+    EXPECT_EQ(cli("info " + sample + " --codepage 1252").status, 2);
+    EXPECT_NE(cli("--help").out.find("--codepage N"), std::string::npos);
+}
+
 // A text is a view of the file: decode writes identifiers of 0 as they are
 // and says so. A TYP is for a device: encode asks what the window's save
 // asks, and --answer answers.
@@ -214,6 +236,29 @@ TEST_F(CliTest, EmptyAndForeignFilesAreRefusedWithOneClearLine) {
     EXPECT_EQ(d.status, 0);
     EXPECT_NE(d.out.find("format: typ\n"), std::string::npos);
     EXPECT_NE(d.out.find("report: "), std::string::npos);
+}
+
+// Real files hold labels with two strings of one language; a save keeps the
+// first and says so once for the file, however many labels drop one.
+TEST_F(CliTest, SecondStringsOfALanguageAreDroppedAndSaidOnce) {
+    std::string text = "[_id]\r\nProductCode=1\r\nFID=7\r\nCodePage=1252\r\n[end]\r\n";
+    for (const char* type : {"0x01", "0x02"})
+        text += std::string("[_line]\r\nType=") + type +
+                "\r\nString1=0x04,First\r\nString2=0x04,Second\r\nLineWidth=2\r\nXpm=\"0 0 1 0\"\r\n"
+                "\"1 c #FF0000\"\r\n[end]\r\n";
+    {
+        std::ofstream f(path("twice.txt"), std::ios::binary);
+        f << text;
+    }
+    CliRun r = cli("encode " + path("twice.txt") + " -o " + path("twice.typ"), true);
+    ASSERT_EQ(r.status, 0) << r.out;
+    const std::string said = "report: A label had a second string of one language: the first was kept, the second dropped\n";
+    const size_t at = r.out.find(said);
+    ASSERT_NE(at, std::string::npos) << r.out;
+    EXPECT_EQ(r.out.find(said, at + 1), std::string::npos) << r.out;
+    CliRun d = cli("decode " + path("twice.typ"));
+    EXPECT_NE(d.out.find("String1=0x04,First\r\n"), std::string::npos);
+    EXPECT_EQ(d.out.find("Second"), std::string::npos);
 }
 
 TEST_F(CliTest, VersionAndHelpExitWithZero) {

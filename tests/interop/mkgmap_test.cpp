@@ -136,4 +136,31 @@ TEST(MkgmapDamagedLabel, TheTextOfADamagedLabelCompiles) {
     EXPECT_EQ(complaints(c.log), "");
 }
 
+// A point whose pixel names a colour past its table (a damaged record): the
+// pixel takes a defined colour, so the text we write of it still compiles.
+TEST(MkgmapDamagedPicture, TheTextOfAPixelPastItsColourTableCompiles) {
+    if (!have_mkgmap()) GTEST_SKIP() << "mkgmap is not installed";
+    platform::ScriptedPrompt ui;
+    model::Store s;
+    model::newproject(s);
+    text::load_txt(s, ui, "x.txt",
+                   "[_id]\nProductCode=1\nFID=7\nCodePage=1252\n[end]\n[_point]\nType=0x2f00\n"
+                   "DayXpm=\"4 1 3 1\" Colormode=0\n\"$ c #FF0000\"\n\"% c #00FF00\"\n\"& c #0000FF\"\n\"$%&&\"\n[end]\n",
+                   false, false);
+    std::string typ = encode(s, ui);
+    // The palette (blue, green, red bytes) and the one pixel byte 0 1 2 2.
+    const std::string pixels("\x00\x00\xFF\x00\xFF\x00\xFF\x00\x00\xA4", 10);
+    const size_t at = typ.find(pixels);
+    ASSERT_NE(at, std::string::npos);
+    typ[at + 9] = '\xE4';  // 0 1 2 3: colour 3 is past the table
+    model::Store damaged;
+    decode_bytes(damaged, ui, typ);
+    const std::string text = text_of(damaged, ui);
+    EXPECT_NE(text.find("\"$%&$\""), std::string::npos) << text;
+    EXPECT_NE(damaged.loadrep.find("past their colour table"), std::string::npos) << damaged.loadrep;
+    Compiled c = mkgmap_all({{"damaged", text, "7", "1252"}});
+    EXPECT_EQ(c.status, 0) << c.log;
+    EXPECT_EQ(complaints(c.log), "");
+}
+
 }  // namespace

@@ -186,6 +186,14 @@ TEST(EncodeLabels, FirstStringOfALanguageWinsAndPipesBecomeCrLf) {
                                       model::k_polygons);
     EXPECT_EQ(e.block, S("\x2b\x04" "First\x00\x02" "Zwei\r\nZeilen\x00", 22));
     EXPECT_EQ(e.font, S("\x12\x30\x20\x10", 4));
+    // The dropped string is said once, however many labels drop one.
+    const std::string said = "A label had a second string of one language: the first was kept, the second dropped\r\n";
+    EXPECT_EQ(s.loadrep, said);
+    typ::encode_labels(s, "String1=0x02,Eins\r\nString2=0x02,Zwei\r\n", model::k_lines);
+    EXPECT_EQ(s.loadrep, said);
+    model::Store single;
+    typ::encode_labels(single, "String1=0x04,One\r\nString2=0x02,Eins\r\n", model::k_points);
+    EXPECT_EQ(single.loadrep, "");
 
     // And back: the last string keeps its line break.
     model::Store r = with_bytes(e.block + e.font);

@@ -145,6 +145,36 @@ TEST(PointRecord, Mode0ThreeColoursWidth33PadsTheRowWithZeroBits) {
     expect_encodes_back(s, rec);
 }
 
+// A damaged record whose pixels name colours past its table: the text would
+// hold symbols no colour line defines, which no compiler takes. They take
+// colour 0, said in one report line.
+TEST(PointRecord, PixelsPastTheColourTableTakeColourZeroSaidOnce) {
+    const std::string said = "Point pixels past their colour table were given its first colour\r\n";
+    struct Case {
+        std::string record, rows;
+    };
+    std::string forty = bytes({1, 2, 1, 40, 0});
+    for (int k = 0; k < 40; ++k) forty += bytes({k, k, k});
+    forty += bytes({39, 250});
+    const Case cases[] = {
+        // Mode 0, three colours at two bits a pixel: 0 1 2 3, value 3 is past.
+        {bytes({1, 4, 1, 3, 0, 1, 1, 1, 2, 2, 2, 3, 3, 3, 0xE4}), "$%&$\r\n"},
+        // Two values past, one line: 3 3 0 1.
+        {bytes({1, 4, 1, 3, 0, 1, 1, 1, 2, 2, 2, 3, 3, 3, 0x4F}), "$$$%\r\n"},
+        // Mode 16: two colours and the transparent value 2; 3 is past.
+        {bytes({1, 4, 1, 2, 16, 0, 0, 0xFF, 0, 0xFF, 0, 0x1B}), "$&%$\r\n"},
+        // Forty colours, two characters a pixel, a byte a pixel: 250 is past.
+        {forty, "&+$$\r\n"},
+    };
+    for (const Case& c : cases) {
+        model::Store s = decode_point(c.record);
+        EXPECT_EQ(s.pt_bmp[0], c.rows);
+        EXPECT_EQ(s.loadrep, said);
+    }
+    // A record within its table says nothing.
+    EXPECT_EQ(decode_point(bytes({1, 4, 1, 3, 0, 1, 1, 1, 2, 2, 2, 3, 3, 3, 0x24})).loadrep, "");
+}
+
 TEST(PointRecord, Mode16FifteenColoursTakeAByteAPixel) {
     std::string rec = bytes({1, 3, 1, 15, 16});
     for (int k = 0; k < 15; ++k) rec += bytes({k, k, k});

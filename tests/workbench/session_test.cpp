@@ -158,6 +158,67 @@ TEST(SessionOpen, LoadfileRefusesMissingPathAndShowsTheLoad) {
     EXPECT_EQ(b.view.caption, "Korvex " + b.s.opt.version + " " + path + " [Topo]+");
 }
 
+// An empty or foreign file gets one message naming it and why, as
+// korvex-cli says it, whichever way it is opened; the open project stays.
+TEST(SessionOpen, EmptyOrForeignFileIsRefusedAndTheOpenProjectStays) {
+    std::string noise(4000, '\0');
+    for (size_t k = 0; k < noise.size(); ++k) noise[k] = static_cast<char>((k * 7919 + 13) % 251);
+    const std::string not_typ = "not a TYP file (no \"GARMIN TYP\" signature at offset 2)";
+    const std::string not_ours = not_typ + ", a TYP text or a MapTK project";
+    struct Case {
+        std::string name, bytes, why;
+        int how;  // 0 open_path, 1 Open TYP, 2 Open TXT, 3 Open UTF-8 TXT, 4 Open Recent of an edited project
+    };
+    const Case cases[] = {
+        {"empty.typ", "", "the file is empty", 0},     {"empty.typ", "", "the file is empty", 1},
+        {"noise.typ", noise, not_typ, 0},              {"noise.typ", noise, not_typ, 1},
+        {"empty.txt", "", "the file is empty", 2},     {"noise.txt", noise, not_ours, 0},
+        {"noise.txt", noise, not_ours, 2},             {"noise.txt", noise, not_ours, 3},
+        {"noise.prj", noise, not_ours, 0},             {"empty.prj", "", "the file is empty", 2},
+        {"empty.typ", "", "the file is empty", 4},     {"noise.txt", noise, not_ours, 4},
+        {"typ.txt", testing::read_bytes(sample(".typ")), "a TYP file, not a text (open it with Open TYP)", 2},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name + " " + std::to_string(c.how));
+        Bench b;
+        const std::string open = b.open_copy(".typ");
+        if (c.how == 4) {
+            b.session.set_dirty(true);
+            b.ui.script(Answer::no);  // go on without saving
+        }
+        const std::string caption = b.view.caption;
+        const model::Store before = b.s;
+        const std::string path = b.dir / c.name;
+        write(path, c.bytes);
+        b.view.calls.clear();
+        b.dialogs.script(path);
+        if (c.how == 0) {
+            EXPECT_FALSE(b.session.open_path(path));
+        } else if (c.how == 1) {
+            b.session.open_typ();
+        } else if (c.how == 4) {
+            b.settings.recent[0] = path;
+            b.session.open_recent(0);
+            EXPECT_TRUE(b.s.dirty);
+        } else if (c.how == 2) {
+            b.session.open_txt();
+        } else {
+            b.session.open_utf8_txt();
+        }
+        EXPECT_EQ(b.ui.messages, std::vector<std::string>{path + ": " + c.why});
+        EXPECT_EQ(b.s.curfile, open);
+        EXPECT_EQ(b.s.curf, before.curf);
+        EXPECT_EQ(b.s.fid, before.fid);
+        EXPECT_EQ(b.s.pid, before.pid);
+        EXPECT_EQ(b.s.codepage, before.codepage);
+        EXPECT_EQ(b.s.pg_n, before.pg_n);
+        EXPECT_EQ(b.s.pt_n, before.pt_n);
+        EXPECT_EQ(b.s.pg_bmp, before.pg_bmp);
+        EXPECT_EQ(b.view.caption, caption);
+        EXPECT_EQ(std::count(b.view.calls.begin(), b.view.calls.end(), "grid"), 0);
+    }
+}
+
 TEST(SessionOpen, RecentEntryMovesToHeadAndClearAsksFirst) {
     Bench b;
     const std::string a = b.open_copy(".typ", "a");
@@ -277,6 +338,35 @@ TEST(SessionSave, TextOpenedAsTextSavesInPlaceAsTextAndKeepsUtf8) {
         const std::string out = testing::read_bytes(path);
         EXPECT_EQ(out.compare(0, 3, "\xEF\xBB\xBF") == 0, utf8) << out.substr(0, 40);
         EXPECT_NE(out.find("[_id]\r\nProductCode=1\r\nFID=4711\r\n"), std::string::npos);
+        EXPECT_FALSE(b.s.dirty);
+    }
+}
+
+// Save as Text makes the text the open file, as Save TYP As does: the
+// caption names it, and Save writes the text again in its form, never the
+// TYP that lacks the edits.
+TEST(SessionSave, SaveAsTextMakesTheTextTheOpenFile) {
+    for (int entry : {int(k_save_text), int(k_save_text_utf8)}) {
+        SCOPED_TRACE(entry);
+        Bench b;
+        const std::string typ = b.open_copy(".typ");
+        const std::string typ_bytes = testing::read_bytes(typ);
+        const std::string text = b.dir / "saved.txt";
+        b.session.set_dirty(true);
+        b.dialogs.script(text);
+        ASSERT_TRUE(b.session.save(entry));
+        EXPECT_EQ(b.s.curfile, text);
+        EXPECT_EQ(b.view.caption, "Korvex " + b.s.opt.version + " " + text);
+
+        b.session.set_dirty(true);
+        EXPECT_EQ(b.view.caption, "Korvex " + b.s.opt.version + " " + text + "+");
+        write(text, "stale");
+        ASSERT_TRUE(b.session.save(k_save));
+        EXPECT_EQ(b.dialogs.calls.size(), 1u);  // in place, no dialog
+        const std::string out = testing::read_bytes(text);
+        EXPECT_EQ(out.compare(0, 3, "\xEF\xBB\xBF") == 0, entry == k_save_text_utf8) << out.substr(0, 40);
+        EXPECT_NE(out.find("[_id]"), std::string::npos);
+        EXPECT_EQ(testing::read_bytes(typ), typ_bytes);
         EXPECT_FALSE(b.s.dirty);
     }
 }
