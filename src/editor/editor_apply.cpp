@@ -12,8 +12,8 @@
 #include "editor/point_size.h"
 #include "typ/draw_order.h"
 #include "typ/extended_sections.h"
+#include "typ/type_range.h"
 #include "workbench/sort_rows.h"
-#include "workbench/type_range.h"
 
 namespace korvex::editor {
 
@@ -167,7 +167,7 @@ ApplyOutcome apply(model::Store& s, EditorSession& e, platform::Prompt& ui, cons
             return out;
         }
         const bool same = code_value(type_code(e)) == code_value(e.oldtype);
-        if (type_v < 0 || (!same && !e.type_field.empty() && !workbench::chktype("0x" + type_code(e), cls).empty())) {
+        if (type_v < 0 || (!same && !e.type_field.empty() && !typ::chktype("0x" + type_code(e), cls).empty())) {
             ui.message("Unknow type");
             return out;
         }

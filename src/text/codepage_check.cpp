@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "text/encoding.h"
+#include "typ/encoding.h"
 
 namespace korvex::text {
 
@@ -11,8 +11,8 @@ namespace {
 }  // namespace
 
 bool chkcp(const model::Store& s, platform::Prompt& ui, bool ask) {
-    const int page = lang_cp(s, s.opt.langid);
-    if (page == s.codepage || s.codepage == k_utf8) return true;
+    const int page = typ::lang_cp(s, s.opt.langid);
+    if (page == s.codepage || s.codepage == typ::k_utf8) return true;
     const std::string text = "'" + s.opt.langname + "' (" + std::to_string(page) +
                              ") of preferred language,' does not match codepage (" +
                              std::to_string(s.codepage) + ")";

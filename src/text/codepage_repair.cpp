@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "typ/curf_access.h"
-#include "text/encoding.h"
+#include "typ/encoding.h"
 
 namespace korvex::text {
 
@@ -206,12 +206,12 @@ CpRepair correct_cp(model::Store& s, platform::Prompt& ui, int cls, int mode) {
     CpRepair r;
     r.report = std::string(k_head_stars, '*') + k_class_words[shown] + "\r\n";
 
-    const int page = lang_cp(s, s.opt.langid);
-    if (cls == model::k_polygons && page != k_utf8)
+    const int page = typ::lang_cp(s, s.opt.langid);
+    if (cls == model::k_polygons && page != typ::k_utf8)
         ui.message("Codepage: " + std::to_string(page) + "\r\nChecking: " + language_entry(s));
     const Bytes leads = lead_bytes(page);
     // A UTF-8 project without a list page still holds Western strings.
-    const int source_page = page == k_utf8 || page <= 0 ? k_western : page;
+    const int source_page = page == typ::k_utf8 || page <= 0 ? k_western : page;
 
     const Rows rows = rows_of(s, cls);
     bool double_byte_noted = false;
@@ -223,7 +223,7 @@ CpRepair correct_cp(model::Store& s, platform::Prompt& ui, int cls, int mode) {
         std::string new_text;
         if (mode == k_repair_in_utf8) {
             if (!has_stray_page_byte(old_text, leads)) continue;
-            new_text = saveasutf8(old_text, source_page);
+            new_text = typ::saveasutf8(old_text, source_page);
         } else {
             const Verdict v = walk_page_string(old_text, leads);
             if (v == Verdict::double_byte && !double_byte_noted) {
@@ -232,7 +232,7 @@ CpRepair correct_cp(model::Store& s, platform::Prompt& ui, int cls, int mode) {
             }
             if (v != Verdict::utf8) continue;
             s.cvcp = source_page;
-            new_text = utf8_to_cp(s, old_text);
+            new_text = typ::utf8_to_cp(s, old_text);
         }
         r.report += f.type_line + " " + txt.substr(f.line.begin, f.line.end - f.line.begin) + "\r\n";
         txt.replace(f.text_begin, old_text.size(), new_text);

@@ -10,12 +10,12 @@
 #include <vector>
 
 #include "text/codepage_check.h"
-#include "text/encoding.h"
 #include "text/point_reader.h"
 #include "text/polygon_line_reader.h"
 #include "text/replace_all.h"
 #include "typ/curf_access.h"
 #include "typ/draw_order.h"
+#include "typ/encoding.h"
 
 namespace korvex::text {
 
@@ -377,10 +377,10 @@ std::string fnchkstringtxt(Store& s, const std::string& line, int n) {
     const std::string key = trim(t.substr(0, eq));
     const std::string left = (lower(key) == "string" ? "String" + std::to_string(n) : key) + "=0x";
     if (s.codepage == 65001) return left + lang + "," + text;
-    const int langcp = lang_cp(s, static_cast<int>(typ::hex_value(lang)));
+    const int langcp = typ::lang_cp(s, static_cast<int>(typ::hex_value(lang)));
     if (s.utf8txt && s.opt.utf8_convert) {
         s.cvcp = langcp > 0 ? langcp : 1252;
-        text = wide_to_cp(s, bytes_to_wide(text, 65001));
+        text = typ::wide_to_cp(s, typ::bytes_to_wide(text, 65001));
     }
     if (text.find('\xC3') != std::string::npos && s.codepage == 1252 && langcp == 1252) {
         if (!s.walk.wrongly_parsed) s.walk.wrong_example = text;
@@ -620,7 +620,7 @@ bool load_txt(Store& s, platform::Prompt& ui, const std::string& path, std::stri
     language_2f_to_00(text);
     // mkgmap reads its texts as UTF-8; a file without the signature whose
     // bytes are UTF-8 means the same as one with it.
-    const bool signed_utf8 = text.compare(0, 3, bom) == 0;
+    const bool signed_utf8 = text.compare(0, 3, typ::bom) == 0;
     if (!s.utf8txt && (signed_utf8 || holds_utf8(text))) {
         if (ui.yes_no("Detected UTF8. Continue loading as UTF8?")) s.utf8txt = true;
     }

@@ -14,7 +14,7 @@
 #include "text/polygon_line_reader.h"
 #include "text/replace_all.h"
 #include "typ/curf_access.h"
-#include "workbench/type_range.h"
+#include "typ/type_range.h"
 
 namespace korvex::text {
 
@@ -395,7 +395,7 @@ bool PanelCheck::type_line() {
         }
         digits = typ::upper(digits);
         if (digits == element_digits(s_, cls_, static_cast<size_t>(row_))) continue;
-        std::vector<std::string> refusals = workbench::chktype(digits, cls_);
+        std::vector<std::string> refusals = typ::chktype(digits, cls_);
         if (!refusals.empty()) {
             if (refusals.back() != k_invalid_type) refusals.push_back(k_invalid_type);
             for (const std::string& m : refusals) ui_.message(m);

@@ -3,7 +3,7 @@
 #include <cstdlib>
 
 #include "platform/codepage.h"
-#include "text/encoding.h"
+#include "typ/encoding.h"
 
 namespace korvex::text {
 
@@ -38,7 +38,7 @@ std::string strings_to_pages(const model::Store& s, const std::string& utf8) {
         while (body_end > comma + 1 && (piece[body_end - 1] == '\n' || piece[body_end - 1] == '\r')) --body_end;
         const int lang = static_cast<int>(std::strtol(piece.substr(x + 2, 2).c_str(), nullptr, 16));
         out += piece.substr(0, comma + 1);
-        out += platform::recode(piece.substr(comma + 1, body_end - comma - 1), 65001, lang_cp(s, lang));
+        out += platform::recode(piece.substr(comma + 1, body_end - comma - 1), 65001, typ::lang_cp(s, lang));
         out += piece.substr(body_end);
     }
     return out;

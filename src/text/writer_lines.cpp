@@ -2,7 +2,7 @@
 
 #include <cstdlib>
 
-#include "text/encoding.h"
+#include "typ/encoding.h"
 
 namespace korvex::text::detail {
 
@@ -33,11 +33,11 @@ std::string lower_digits(std::string_view d) {
 bool is_double_byte_page(int page) { return page == 932 || page == 936 || page == 949 || page == 950; }
 
 std::string recode_to_utf8(const std::string& text, int page, LineOptions& opt) {
-    if (is_double_byte_page(page) || text.empty()) return saveasutf8(text, page);
+    if (is_double_byte_page(page) || text.empty()) return typ::saveasutf8(text, page);
     auto [it, fresh] = opt.utf8_of_byte.try_emplace(page);
     auto& table = it->second;
     if (fresh)
-        for (int b = 0; b < 256; ++b) table[static_cast<size_t>(b)] = saveasutf8(std::string(1, static_cast<char>(b)), page);
+        for (int b = 0; b < 256; ++b) table[static_cast<size_t>(b)] = typ::saveasutf8(std::string(1, static_cast<char>(b)), page);
     std::string out;
     out.reserve(text.size() + text.size() / 2);
     for (unsigned char c : text) {
@@ -119,7 +119,7 @@ std::string string_line(const Store& s, std::string_view line, LineOptions& opt)
     if (comma == std::string::npos) return out;
     auto [b, len] = digits_span(std::string_view(out).substr(0, comma));
     int lang = len == 0 ? 0 : static_cast<int>(std::strtol(out.substr(b, len).c_str(), nullptr, 16));
-    int page = lang_cp(s, lang);
+    int page = typ::lang_cp(s, lang);
     if (page == 65001) return out;
     return out.substr(0, comma + 1) + recode_to_utf8(out.substr(comma + 1), page, opt);
 }

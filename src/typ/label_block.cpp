@@ -9,9 +9,9 @@
 #include <vector>
 
 #include "platform/codepage.h"
-#include "text/encoding.h"
-#include "text/label_bytes.h"
 #include "typ/curf_access.h"
+#include "typ/encoding.h"
+#include "typ/label_bytes.h"
 
 namespace korvex::typ {
 
@@ -21,7 +21,6 @@ namespace {
 constexpr int k_lang_limit = 46;
 constexpr int k_lang_shift = 47;
 constexpr char k_pipe = '|';
-constexpr int k_utf8 = 65001;  // strings are UTF-8 bytes
 
 const char* const k_styles[] = {"Default", "Nolabel", "SmallFont", "Normal", "Large"};
 const char* const k_custom[] = {"No", "Day", "Night", "DayAndNight"};
@@ -142,7 +141,7 @@ std::string to_file_page(const Store& s, const std::string& t, int lang) {
     bool ascii = true;
     for (char c : t) ascii = ascii && static_cast<unsigned char>(c) < 0x80;
     if (ascii || platform::is_valid_utf8(t)) return t;
-    return text::saveasutf8(t, text::lang_cp(s, lang));
+    return saveasutf8(t, lang_cp(s, lang));
 }
 
 }  // namespace
@@ -238,14 +237,14 @@ DecodedLabels decode_labels(Store& s, int64_t record, int32_t offset, int cls, i
         if (s.codepage < k_utf8) {
             std::string key = "String";
             key.append(number, number_len);
-            loaded = text::loadutf8(s, str, digits, key);
+            loaded = loadutf8(s, str, digits, key);
             text = loaded;
         }
         // A damaged block can hold bytes no text can carry; they go, said once.
         std::string kept;
         if (std::any_of(text.begin(), text.end(), [&](char c) { return static_cast<unsigned char>(c) >= 0x80 || static_cast<unsigned char>(c) < 32; })) {
             kept = text;
-            if (text::drop_unwritable_bytes(kept, s.codepage, s.walk.undefined)) {
+            if (drop_unwritable_bytes(kept, s.codepage, s.walk.undefined)) {
                 model::note_once(s, "Label bytes no text can hold (control bytes, or undefined in code page " +
                                         std::to_string(s.codepage) + ") were dropped");
                 text = kept;

@@ -5,13 +5,13 @@
 
 #include "typ/curf_access.h"
 #include "typ/extended_sections.h"
+#include "typ/type_range.h"
 #include "workbench/draworder_entries.h"
 #include "workbench/element_rows.h"
 #include "workbench/message_ids.h"
 #include "workbench/row_ops.h"
 #include "workbench/sort_rows.h"
 #include "workbench/type_key.h"
-#include "workbench/type_range.h"
 
 namespace korvex::workbench {
 
@@ -82,7 +82,7 @@ std::vector<std::string> check_form(const model::Store& s, const NewElementForm&
     const std::string digits = typed_digits(f.type);
     // Text that is no type number at all gets the same word as a type out of range.
     const bool no_number = (!digits.empty() && !all_of(digits, "ABCDEFabcdef0123456789")) || digits.size() > 5;
-    std::vector<std::string> out = no_number ? std::vector<std::string>{"Invalid type."} : chktype(digits, f.cls);
+    std::vector<std::string> out = no_number ? std::vector<std::string>{"Invalid type."} : typ::chktype(digits, f.cls);
     if (!out.empty()) {
         out.back() += std::string("\r\n") + class_heading(f.cls);
         return out;

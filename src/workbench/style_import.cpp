@@ -7,6 +7,7 @@
 #include "text/string_lines.h"
 #include "text/text_writer.h"
 #include "typ/curf_access.h"
+#include "typ/type_range.h"
 #include "workbench/draworder_entries.h"
 #include "workbench/element_ops.h"
 #include "workbench/element_rows.h"
@@ -14,7 +15,6 @@
 #include "workbench/new_sections.h"
 #include "workbench/sort_rows.h"
 #include "workbench/type_key.h"
-#include "workbench/type_range.h"
 
 namespace korvex::workbench {
 
@@ -168,7 +168,7 @@ int ElementOps::import_krv_text(const std::string& raw) {
         std::string label;
         if (values.size() < 2 || !wanted(values[1], label)) continue;
         const std::string digits = five_digits(code);
-        if (!chktype(digits, kind).empty() || exists(kind, code)) continue;
+        if (!typ::chktype(digits, kind).empty() || exists(kind, code)) continue;
         if (kind == model::k_polygons && host_.draworder_view()) {
             ui_.message("Please show all polygons");
             stopped = true;

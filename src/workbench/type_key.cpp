@@ -4,7 +4,7 @@
 #include <cctype>
 
 #include "typ/curf_access.h"
-#include "workbench/type_range.h"
+#include "typ/type_range.h"
 
 namespace korvex::workbench {
 
@@ -126,7 +126,7 @@ std::string nwtypnumber(const model::Store& s, const std::string& seed, int cls)
         if (n > last) return {};
     }
     const std::string text = five_digits(n);
-    return chktype(text, cls).empty() ? text : std::string();
+    return typ::chktype(text, cls).empty() ? text : std::string();
 }
 
 std::string next_point_type(const model::Store& s, const std::string& seed) {
@@ -141,7 +141,7 @@ std::string next_point_type(const model::Store& s, const std::string& seed) {
         if (n > k_last_code) return {};
     }
     const std::string text = five_digits(static_cast<int32_t>(n));
-    return chktype(text, model::k_points).empty() ? text : std::string();
+    return typ::chktype(text, model::k_points).empty() ? text : std::string();
 }
 
 std::vector<int> subtypes(const model::Store& s, int32_t code, int cls) {

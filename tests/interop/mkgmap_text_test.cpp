@@ -7,9 +7,9 @@
 
 #include "interop/mkgmap_support.h"
 #include "platform/codepage.h"
-#include "text/encoding.h"
 #include "text/load_driver.h"
 #include "text/text_writer.h"
+#include "typ/encoding.h"
 
 using namespace korvex;
 using namespace korvex::testing;
@@ -63,7 +63,7 @@ std::string as_mkgmap_reads_it(const std::string& text) {
     static const std::regex unclosed("\\n(\"[^\"\\r\\n]*)(\\r?\\n)");
     out = std::regex_replace(std::regex_replace(out, level_comment, "$1"), unclosed, "\n$1\"$2");
     const bool non_ascii = std::any_of(out.begin(), out.end(), [](char c) { return c & 0x80; });
-    if (non_ascii && platform::is_valid_utf8(out) && out.compare(0, 3, text::bom) != 0) out.insert(0, text::bom);
+    if (non_ascii && platform::is_valid_utf8(out) && out.compare(0, 3, typ::bom) != 0) out.insert(0, typ::bom);
     return out;
 }
 

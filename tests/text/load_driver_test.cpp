@@ -5,8 +5,8 @@
 #include <algorithm>
 
 #include "../support/harness.h"
-#include "text/encoding.h"
 #include "typ/curf_access.h"
+#include "typ/encoding.h"
 
 namespace korvex::text {
 namespace {
@@ -135,7 +135,7 @@ TEST(LoadPasses, Utf8QuestionAskedOnceAndStringsRecoded) {
     Store s;
     model::newproject(s);
     ScriptedPrompt ui;
-    const std::string text = bom + "[_id]\r\nCodePage=1252\r\n[end]\r\n[_point]\r\nType=0x01\r\nString1=0x04,Caf\xC3\xA9\r\n"
+    const std::string text = typ::bom + "[_id]\r\nCodePage=1252\r\n[end]\r\n[_point]\r\nType=0x01\r\nString1=0x04,Caf\xC3\xA9\r\n"
                                    "Xpm=\"0 0 0 0\"\r\n[end]\r\n[_point]\r\nType=0x02\r\nXpm=\"0 0 0 0\"\r\n[end]\r\n";
     load_txt(s, ui, "a.txt", text, false, true);
     ASSERT_EQ(ui.questions.size(), 1u);

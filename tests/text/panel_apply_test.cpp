@@ -5,7 +5,7 @@
 #include "support/harness.h"
 #include "text/colour_check.h"
 #include "text/load_driver.h"
-#include "workbench/type_range.h"
+#include "typ/type_range.h"
 
 namespace korvex::text {
 namespace {
@@ -100,17 +100,17 @@ TEST(TypeRange, EachClassItsRangesAndSubtypesUpTo1F) {
     const Messages polygon{"Select range: 1 - 7F or 100 - 17F", "Invalid type."};
     const Messages line{"Select range: 1 - 2F or 100 - 14F", "Invalid type."};
     const Messages point{"Select range: 1 - 1FF ", "Invalid type."};
-    EXPECT_EQ(workbench::chktype("0x2b00", 0), Messages{});
-    EXPECT_EQ(workbench::chktype("0x10f03", 0), Messages{});
-    EXPECT_EQ(workbench::chktype("0x80", 0), polygon);
-    EXPECT_EQ(workbench::chktype("0x18000", 0), polygon);
-    EXPECT_EQ(workbench::chktype("0x2b20", 0), Messages{"SubTypes must be between 0 and 1F."});
-    EXPECT_EQ(workbench::chktype("0x0", 1), line);
-    EXPECT_EQ(workbench::chktype("0x3000", 1), line);
-    EXPECT_EQ(workbench::chktype("0x14f1f", 3), Messages{});
-    EXPECT_EQ(workbench::chktype("0x1ff", 2), Messages{});
-    EXPECT_EQ(workbench::chktype("0x20000", 2), point);
-    EXPECT_EQ(workbench::chktype("0x11b01", 4), Messages{});
+    EXPECT_EQ(typ::chktype("0x2b00", 0), Messages{});
+    EXPECT_EQ(typ::chktype("0x10f03", 0), Messages{});
+    EXPECT_EQ(typ::chktype("0x80", 0), polygon);
+    EXPECT_EQ(typ::chktype("0x18000", 0), polygon);
+    EXPECT_EQ(typ::chktype("0x2b20", 0), Messages{"SubTypes must be between 0 and 1F."});
+    EXPECT_EQ(typ::chktype("0x0", 1), line);
+    EXPECT_EQ(typ::chktype("0x3000", 1), line);
+    EXPECT_EQ(typ::chktype("0x14f1f", 3), Messages{});
+    EXPECT_EQ(typ::chktype("0x1ff", 2), Messages{});
+    EXPECT_EQ(typ::chktype("0x20000", 2), point);
+    EXPECT_EQ(typ::chktype("0x11b01", 4), Messages{});
 }
 
 TEST(PanelApply, TypeRules) {

@@ -8,8 +8,8 @@
 #include "platform/codepage.h"
 #include "support/file_params.h"
 #include "support/harness.h"
-#include "text/encoding.h"
 #include "text/text_writer.h"
+#include "typ/encoding.h"
 
 using namespace korvex;
 using namespace korvex::testing;
@@ -59,7 +59,7 @@ TEST_P(CorpusText, Utf8KindIsValidUtf8Throughout) {
     decode_bytes(s, ui, read_bytes(GetParam()));
     if (s.pid == "0") s.pid = "1";
     const std::string text = text_of(s, ui, text::k_kind_utf8);
-    ASSERT_EQ(text.substr(0, 3), text::bom);
+    ASSERT_EQ(text.substr(0, 3), typ::bom);
     EXPECT_TRUE(platform::is_valid_utf8(text));
 }
 

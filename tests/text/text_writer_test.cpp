@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "text/encoding.h"
+#include "typ/encoding.h"
 
 namespace korvex::text {
 namespace {
@@ -261,11 +261,11 @@ TEST(SaveTxt, Utf8KindWritesSignatureAndUtf8Strings) {
                    "Xpm=\"0 0 1 0\"\r\n\"0 c #FF0000\"",
                 "Xpm=\"0 0 1 0\"");
     const std::string utf8 = save(s, k_kind_utf8);
-    EXPECT_EQ(utf8.substr(0, 3), bom);
+    EXPECT_EQ(utf8.substr(0, 3), typ::bom);
     EXPECT_NE(utf8.find("String1=0x19,\xD0\x9F\xD1\x80\xD0\xB8\xD0\xB2\xD0\xB5\xD1\x82\r\n"), std::string::npos);
     EXPECT_NE(utf8.find("String2=0x04, \r\n"), std::string::npos);
     const std::string plain = save(s, 13);
-    EXPECT_NE(plain.substr(0, 3), bom);
+    EXPECT_NE(plain.substr(0, 3), typ::bom);
     EXPECT_NE(plain.find("String1=0x19,\xCF\xF0\xE8\xE2\xE5\xF2\r\n"), std::string::npos);
     // A text loaded as UTF-8 is saved as UTF-8 by either save, signed.
     s.utf8txt = true;

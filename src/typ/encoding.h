@@ -6,7 +6,7 @@
 
 #include "model/store.h"
 
-namespace korvex::text {
+namespace korvex::typ {
 
 using model::Store;
 
@@ -46,4 +46,4 @@ std::string utf8_to_cp(const Store& s, const std::string& text);
 // The number in front of the first blank of a code-page list entry.
 int cp(const std::string& listentry);
 
-}  // namespace korvex::text
+}  // namespace korvex::typ

@@ -1,11 +1,11 @@
-#include "text/encoding.h"
+#include "typ/encoding.h"
 
 #include <cstdio>
 #include <cstdlib>
 
 #include "platform/codepage.h"
 
-namespace korvex::text {
+namespace korvex::typ {
 
 namespace {
 
@@ -163,4 +163,4 @@ int cp(const std::string& listentry) {
     return static_cast<int>(std::strtol(number.c_str(), nullptr, 10));
 }
 
-}  // namespace korvex::text
+}  // namespace korvex::typ

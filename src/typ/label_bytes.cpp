@@ -1,11 +1,11 @@
-#include "text/label_bytes.h"
+#include "typ/label_bytes.h"
 
 #include <algorithm>
 
 #include "platform/codepage.h"
-#include "text/encoding.h"
+#include "typ/encoding.h"
 
-namespace korvex::text {
+namespace korvex::typ {
 
 namespace {
 
@@ -72,4 +72,4 @@ bool drop_unwritable_bytes(std::string& label, int codepage, model::UndefinedByt
     return true;
 }
 
-}  // namespace korvex::text
+}  // namespace korvex::typ

@@ -8,10 +8,10 @@
 
 #include "model/store.h"
 
-namespace korvex::text {
+namespace korvex::typ {
 
 // Drops from label what a text in codepage cannot carry; true when
 // something was dropped. table is the cache for the code page.
 bool drop_unwritable_bytes(std::string& label, int codepage, model::UndefinedBytes& table);
 
-}  // namespace korvex::text
+}  // namespace korvex::typ

@@ -1,10 +1,10 @@
-#include "workbench/type_range.h"
+#include "typ/type_range.h"
 
 #include <cctype>
 
 #include "model/store.h"
 
-namespace korvex::workbench {
+namespace korvex::typ {
 
 namespace {
 
@@ -63,4 +63,4 @@ std::vector<std::string> chktype(const std::string& type_text, int cls) {
     return {};
 }
 
-}  // namespace korvex::workbench
+}  // namespace korvex::typ

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-namespace korvex::workbench {
+namespace korvex::typ {
 
 // The refusal messages for a type text ("0x2b00", "2b00", "0x10f03", "0x2b")
 // of a class (0 polygons, 1 lines, 2 points, 3 active lines), in the order
@@ -13,4 +13,4 @@ namespace korvex::workbench {
 // only the store can check: always empty here.
 std::vector<std::string> chktype(const std::string& type_text, int cls);
 
-}  // namespace korvex::workbench
+}  // namespace korvex::typ

@@ -1,8 +1,8 @@
-#include "text/encoding.h"
+#include "typ/encoding.h"
 
 #include <gtest/gtest.h>
 
-namespace korvex::text {
+namespace korvex::typ {
 namespace {
 
 // "Привет" in cp1251 and in UTF-8.
@@ -115,4 +115,4 @@ TEST(LoadUtf8, Utf8ProjectRecodesIntoLanguagePage) {
 }
 
 }  // namespace
-}  // namespace korvex::text
+}  // namespace korvex::typ
