@@ -1,5 +1,6 @@
 #include "gui/cell_delegate.h"
 
+#include <QFontMetrics>
 #include <QPainter>
 
 #include "gui/grid_model.h"
@@ -18,6 +19,12 @@ void CellDelegate::set_geometry(int side, int label_height, int pitch, int width
 
 QSize CellDelegate::sizeHint(const QStyleOptionViewItem&, const QModelIndex&) const {
     return {width_, pitch_};
+}
+
+QString CellDelegate::shown_label(const QString& label) const {
+    QString line = label;
+    line.replace(QLatin1Char('\n'), QLatin1Char(' '));
+    return QFontMetrics(font_).elidedText(line, Qt::ElideRight, std::max(1, width_ - 2));
 }
 
 void CellDelegate::paint(QPainter* p, const QStyleOptionViewItem& option, const QModelIndex& index) const {
@@ -52,7 +59,7 @@ void CellDelegate::paint(QPainter* p, const QStyleOptionViewItem& option, const 
     p->setFont(font_);
     p->setPen(lab.grey ? QColor(Qt::gray)
                        : QColor((lab.colour >> 16) & 0xFF, (lab.colour >> 8) & 0xFF, lab.colour & 0xFF));
-    p->drawText(label_box, Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap, model_.label_text(cell));
+    p->drawText(label_box, Qt::AlignHCenter | Qt::AlignTop, shown_label(model_.label_text(cell)));
 
     if (browser_.not_in_style(s_, cell)) {
         p->setPen(QPen(Qt::red, 2));
