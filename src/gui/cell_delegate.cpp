@@ -2,6 +2,9 @@
 
 #include <QFontMetrics>
 #include <QPainter>
+#include <QStringList>
+#include <QTextLayout>
+#include <QTextOption>
 
 #include "gui/grid_model.h"
 
@@ -22,9 +25,30 @@ QSize CellDelegate::sizeHint(const QStyleOptionViewItem&, const QModelIndex&) co
 }
 
 QString CellDelegate::shown_label(const QString& label) const {
-    QString line = label;
-    line.replace(QLatin1Char('\n'), QLatin1Char(' '));
-    return QFontMetrics(font_).elidedText(line, Qt::ElideRight, std::max(1, width_ - 2));
+    QString text = label;
+    text.replace(QLatin1Char('\n'), QLatin1Char(' '));
+    const QFontMetrics fm(font_);
+    const int width = std::max(1, width_ - 2);
+    // As many lines as the label's room holds; the last one is elided.
+    const int lines = std::max(1, label_h_ / std::max(1, fm.lineSpacing()));
+    QTextLayout layout(text, font_);
+    QTextOption wrap;
+    wrap.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    layout.setTextOption(wrap);
+    QStringList shown;
+    layout.beginLayout();
+    for (int i = 0; i < lines; ++i) {
+        QTextLine line = layout.createLine();
+        if (!line.isValid()) break;
+        line.setLineWidth(width);
+        if (i == lines - 1) {
+            shown << fm.elidedText(text.mid(line.textStart()).trimmed(), Qt::ElideRight, width);
+            break;
+        }
+        shown << text.mid(line.textStart(), line.textLength()).trimmed();
+    }
+    layout.endLayout();
+    return shown.join(QLatin1Char('\n'));
 }
 
 void CellDelegate::paint(QPainter* p, const QStyleOptionViewItem& option, const QModelIndex& index) const {
