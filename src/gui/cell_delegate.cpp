@@ -1,6 +1,10 @@
 #include "gui/cell_delegate.h"
 
+#include <QFontMetrics>
 #include <QPainter>
+#include <QStringList>
+#include <QTextLayout>
+#include <QTextOption>
 
 #include "gui/grid_model.h"
 
@@ -18,6 +22,33 @@ void CellDelegate::set_geometry(int side, int label_height, int pitch, int width
 
 QSize CellDelegate::sizeHint(const QStyleOptionViewItem&, const QModelIndex&) const {
     return {width_, pitch_};
+}
+
+QString CellDelegate::shown_label(const QString& label) const {
+    QString text = label;
+    text.replace(QLatin1Char('\n'), QLatin1Char(' '));
+    const QFontMetrics fm(font_);
+    const int width = std::max(1, width_ - 2);
+    // As many lines as the label's room holds; the last one is elided.
+    const int lines = std::max(1, label_h_ / std::max(1, fm.lineSpacing()));
+    QTextLayout layout(text, font_);
+    QTextOption wrap;
+    wrap.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    layout.setTextOption(wrap);
+    QStringList shown;
+    layout.beginLayout();
+    for (int i = 0; i < lines; ++i) {
+        QTextLine line = layout.createLine();
+        if (!line.isValid()) break;
+        line.setLineWidth(width);
+        if (i == lines - 1) {
+            shown << fm.elidedText(text.mid(line.textStart()).trimmed(), Qt::ElideRight, width);
+            break;
+        }
+        shown << text.mid(line.textStart(), line.textLength()).trimmed();
+    }
+    layout.endLayout();
+    return shown.join(QLatin1Char('\n'));
 }
 
 void CellDelegate::paint(QPainter* p, const QStyleOptionViewItem& option, const QModelIndex& index) const {
@@ -52,7 +83,7 @@ void CellDelegate::paint(QPainter* p, const QStyleOptionViewItem& option, const 
     p->setFont(font_);
     p->setPen(lab.grey ? QColor(Qt::gray)
                        : QColor((lab.colour >> 16) & 0xFF, (lab.colour >> 8) & 0xFF, lab.colour & 0xFF));
-    p->drawText(label_box, Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap, model_.label_text(cell));
+    p->drawText(label_box, Qt::AlignHCenter | Qt::AlignTop, shown_label(model_.label_text(cell)));
 
     if (browser_.not_in_style(s_, cell)) {
         p->setPen(QPen(Qt::red, 2));

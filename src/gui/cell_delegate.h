@@ -28,6 +28,9 @@ public:
     void set_geometry(int side, int label_height, int pitch, int width);
     void set_label_font(const QFont& f) { font_ = f; }
 
+    // The label as a cell shows it: wrapped into the lines its room holds,
+    // the last one elided at the cell's width (the grid's tooltip gives it in full).
+    QString shown_label(const QString& label) const;
     void paint(QPainter* p, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
     QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
 

@@ -125,7 +125,14 @@ void ElementCommands::fill_context_menu(QMenu& menu) {
     if (cls == model::k_active_lines && row >= 0)
         menu.addAction("Paste to this Activity", this, [this, row] { ops_->paste_act(row); });
     if (flags.create_copy && row >= 0) {
-        menu.addAction(from_message(flags.create_copy_caption), this, [this] { create_copy(); });
+        // "Create Copy Next Type From 0x…)": the words are the language's, the type stays.
+        const QString english = from_message(flags.create_copy_caption);
+        const QString words = QStringLiteral("Create Copy Next Type From");
+        QAction* a = menu.addAction(english, this, [this] { create_copy(); });
+        if (english.startsWith(words)) {
+            set_caption_key(a, caption_key(words));
+            a->setText(caption_for(words, w_.messages()) + english.mid(words.size()));
+        }
         if (flags.subtypes) {
             QMenu* sub = menu.addMenu("Create Copy as Subtype");
             const int32_t code = workbench::row_type_code(w_.store(), cls, row);

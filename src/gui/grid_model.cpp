@@ -25,7 +25,12 @@ int GridModel::rowCount(const QModelIndex& parent) const {
 QVariant GridModel::data(const QModelIndex& index, int role) const {
     if (!index.isValid() || !cell_valid(index.row())) return {};
     if (role == Qt::DisplayRole) return label_text(index.row());
-    if (role == Qt::ToolTipRole) return from_message(browser_.tooltip(s_, index.row()));
+    // The full label first: the cell may show it elided.
+    if (role == Qt::ToolTipRole) {
+        const QString label = label_text(index.row());
+        const QString hint = from_message(browser_.tooltip(s_, index.row()));
+        return label.trimmed().isEmpty() ? hint : label + QLatin1Char('\n') + hint;
+    }
     return {};
 }
 

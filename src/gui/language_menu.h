@@ -13,8 +13,34 @@
 class QAction;
 class QAbstractButton;
 class QMenu;
+class QWidget;
 
 namespace korvex::gui {
+
+// The key of a caption the file format names no key for: "c_" and the
+// words of its English text, lower case, joined by "_" ("Paste UTF-8" is
+// "c_paste_utf_8", "Night && Opacity" is "c_night_opacity").
+std::string caption_key(const QString& english);
+
+// The key a control's caption is looked up by: the key it was given, else
+// the one of its English caption; "" for a control that shows no fixed
+// caption (file names, numbers, language names).
+std::string control_caption_key(const QObject* control);
+
+// Gives a control whose caption the program sets itself the key it is worded by.
+void set_caption_key(QObject* control, const std::string& key);
+
+// Marks a control whose text is data, not a caption: no language replaces it.
+void no_caption(QObject* control);
+
+// Every action, menu, button and group box under root (root included) that
+// has no key of its own takes the language's caption for its English
+// text, or the English text again when the language gives none. The
+// English text is remembered on the control at the first call.
+void translate_tree(QWidget* root, const integration::Messages& msgs);
+
+// The language's caption for an English text set at run time, or the text.
+QString caption_for(const QString& english, const integration::Messages& msgs);
 
 // The captions a language file may replace: each control with its key
 // ("mfile", "btnapplyX") and the built-in English caption it returns to.

@@ -21,6 +21,7 @@
 #include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QShortcut>
 #include <QSplitter>
 #include <QStatusBar>
@@ -217,6 +218,7 @@ void MainWindow::build_widgets() {
         auto* b = new QPushButton(central);
         b->setCheckable(true);
         b->setObjectName(QString("class%1").arg(c));
+        set_caption_key(b, k_class_keys[c][0] ? std::string(k_class_keys[c]) : caption_key(k_class_names[c]));
         group->addButton(b, c);
         class_buttons_[c] = b;
         top->addWidget(b);
@@ -228,10 +230,13 @@ void MainWindow::build_widgets() {
         }
         show_class(c);
     });
+    // The pages of extra points sit above the grid: in the row of the class
+    // buttons they would widen the window and push the code panel off screen.
     pages_ = new QComboBox(central);
     pages_->setObjectName("pages");
     pages_->setVisible(false);
-    top->addWidget(pages_);
+    pages_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    pages_->setMinimumContentsLength(9);
     top->addStretch(1);
     outer->addLayout(top);
 
@@ -289,6 +294,7 @@ void MainWindow::build_widgets() {
     auto* grid_lay = new QVBoxLayout(grid_box);
     grid_lay->setContentsMargins(0, 0, 0, 0);
     grid_lay->setSpacing(0);
+    grid_lay->addWidget(pages_, 0, Qt::AlignLeft);
     grid_lay->addWidget(grid_, 1);
     grid_lay->addWidget(layers_, 1);
     grid_lay->addWidget(commands_->build_buttons(grid_box));
@@ -301,6 +307,7 @@ void MainWindow::build_widgets() {
     search_box_->setObjectName("search");
     search_button_ = new QPushButton(side_);
     search_button_->setObjectName("searchButton");
+    set_caption_key(search_button_, "btnsearch");
     search_count_ = new QLabel(side_);
     search_row->addWidget(search_box_, 1);
     search_row->addWidget(search_button_);
@@ -322,6 +329,7 @@ void MainWindow::build_widgets() {
     side->addWidget(panel_, 1);
     apply_ = new QPushButton(side_);
     apply_->setObjectName("applyChanges");
+    set_caption_key(apply_, "btnapplyX");
     apply_->setVisible(false);
     side->addWidget(apply_);
     connect(panel_, &QPlainTextEdit::textChanged, this, [this] {
@@ -342,6 +350,7 @@ void MainWindow::build_widgets() {
     report_->setObjectName("report");
     report_->setAutoRaise(true);
     report_->setToolTip("Errors");
+    no_caption(report_);
     connect(report_, &QToolButton::clicked, this, [this] { show_errors(); });
     progress_ = new QProgressBar(this);
     progress_->setMaximumWidth(200);
@@ -380,6 +389,7 @@ void MainWindow::build_menus() {
     for (int i = 0; i < workbench::k_recent_count; ++i) {
         recent_[i] = recent->addAction(QString());
         recent_[i]->setVisible(false);
+        no_caption(recent_[i]);
         connect(recent_[i], &QAction::triggered, this, [this, i] { session_->open_recent(i); });
     }
     recent->addSeparator();
@@ -389,13 +399,22 @@ void MainWindow::build_menus() {
     // Ctrl+S is the entry's own key, so the menu shows it and it works only
     // while the entry is enabled; a load in progress ignores it.
     save_ = add(file, "msave", "Save", [this] {
-        if (!session_->loading()) session_->save_in_place();
+        if (session_->loading()) return;
+        session_->save_in_place();
+        progress_->setValue(0);
     });
     save_->setShortcut(QKeySequence::Save);
-    add(file, "msaveas", "Save TYP As", [this] { session_->save(workbench::k_save_as); });
-    add(file, "msavecopy", "Save a Copy As", [this] { session_->save(workbench::k_save_copy); });
-    add(file, "msaveastxt", "Save as Text", [this] { session_->save(workbench::k_save_text); });
-    add(file, "msaveasutf8txt", "Save as Text (Utf8)", [this] { session_->save(workbench::k_save_text_utf8); });
+    // A save reports its progress without a busy phase: the bar empties when it ends.
+    auto save_entry = [this](int entry) {
+        return [this, entry] {
+            session_->save(entry);
+            progress_->setValue(0);
+        };
+    };
+    add(file, "msaveas", "Save TYP As", save_entry(workbench::k_save_as));
+    add(file, "msavecopy", "Save a Copy As", save_entry(workbench::k_save_copy));
+    add(file, "msaveastxt", "Save as Text", save_entry(workbench::k_save_text));
+    add(file, "msaveasutf8txt", "Save as Text (Utf8)", save_entry(workbench::k_save_text_utf8));
     file->addSeparator();
     commands_->add_import_entry(file);
     file->addSeparator();
@@ -435,6 +454,7 @@ void MainWindow::build_menus() {
 
     QMenu* window = menu("mwindow", "Window");
     toggle_panel_ = add(window, "", "Hide Code Panel", [this] { toggle_code_panel(); });
+    set_caption_key(toggle_panel_, "");  // worded by messages 155 and 156
     add(window, "", "Errors", [this] { show_errors(); });
 
     QMenu* logs = menu("mlogs", "Logs");
@@ -471,6 +491,8 @@ void MainWindow::build_menus() {
 
 void MainWindow::apply_captions() {
     captions_.apply(msgs_);
+    translate_tree(this, msgs_);
+    if (errors_) errors_->close_button()->setText(cap("close", "Close"));
     search_button_->setText(cap("btnsearch", "Search"));
     apply_->setText(cap("btnapplyX", "Apply Changes"));
     toggle_panel_->setText(from_message(msgs_.get_msg(side_->isHidden() ? m_show_code_panel : m_hide_code_panel)));
@@ -507,7 +529,8 @@ void MainWindow::refresh_geometry() {
 void MainWindow::refresh_counters() {
     const int32_t counts[5] = {s_.pg_n, s_.ln_n, s_.pt_n, s_.ln_nact, s_.pt_nx};
     for (int c = 0; c < 5; ++c) {
-        const QString name = k_class_keys[c][0] ? cap(k_class_keys[c], k_class_names[c]) : k_class_names[c];
+        const QString name = k_class_keys[c][0] ? cap(k_class_keys[c], k_class_names[c])
+                                                : caption_for(k_class_names[c], msgs_);
         class_buttons_[c]->setText(QString("%1 (%2)").arg(name).arg(counts[c]));
         class_buttons_[c]->setChecked(c == s_.curclass);
     }
@@ -564,6 +587,7 @@ void MainWindow::rebuild_grid() {
     layers_->setVisible(layers);
     layers_->refresh();
     if (menus_) menus_->refresh_captions();
+    translate_tree(this, msgs_);
     if (browser_.current_cell() >= 0) {
         if (layers)
             layers_->show_cell(browser_.current_cell());
@@ -642,6 +666,7 @@ void MainWindow::busy(bool on) {
         QApplication::restoreOverrideCursor();
         // A failed load ends here too: the commands come back either way.
         menu_enable(true);
+        progress_->setValue(0);
     }
 }
 
@@ -734,6 +759,8 @@ void MainWindow::double_click_cell(int cell, bool ctrl, bool shift) {
 
 EditorWindow* MainWindow::icon_editor() const { return icon_editor_.data(); }
 
+ErrorsWindow* MainWindow::errors_window() const { return errors_.data(); }
+
 bool MainWindow::open_icon_editor(const std::vector<int32_t>& rows) {
     if (icon_editor_ || rows.empty() || rows.front() < 0 || session_->loading()) return false;
     editor::OpenRequest r;
@@ -754,6 +781,7 @@ bool MainWindow::open_icon_editor(const std::vector<int32_t>& rows) {
     env.pastedfile = &pasted_file_;
     icon_editor_ = new EditorWindow(s_, editor::open_element(s_, r), *prompt_, env, this);
     icon_editor_->setAttribute(Qt::WA_DeleteOnClose);
+    translate_tree(icon_editor_, msgs_);
     // The editor opens where and as large as it was last closed.
     if (!editor_geometry_.isEmpty()) icon_editor_->restoreGeometry(editor_geometry_);
     connect(icon_editor_, &QDialog::finished, this, [this](int result) { editor_closed(result); });
@@ -858,6 +886,7 @@ void MainWindow::show_context_menu(int cell, const QPoint& global) {
     QMenu menu(this);
     if (browser_.layer_view()) {
         menus_->fill_layer_menu(menu, cell);
+        translate_tree(&menu, msgs_);
         menu.exec(global);
         return;
     }
@@ -873,6 +902,7 @@ void MainWindow::show_context_menu(int cell, const QPoint& global) {
     connect(all, &QAction::triggered, this, [this] { select_all(); });
     commands_->fill_context_menu(menu);
     menus_->add_grid_entries(menu);
+    translate_tree(&menu, msgs_);
     menu.exec(global);
 }
 
@@ -890,11 +920,12 @@ void MainWindow::set_draworder_view(bool on) {
     // Leaving or entering the view, the cells mean other things.
     browser_.no_multi();
     browser_.set_current(-1);
-    if (on && s_.curclass != model::k_polygons) {
+    if (on && s_.curclass != model::k_polygons)
         show_class(model::k_polygons);
-        return;
-    }
-    rebuild_grid();
+    else
+        rebuild_grid();
+    // The view opens at its first layer, not where it was last left.
+    if (on) layers_->verticalScrollBar()->setValue(0);
 }
 
 void MainWindow::after_change() {
@@ -921,7 +952,7 @@ void MainWindow::preferences() {
 
 void MainWindow::show_errors() {
     if (!errors_) {
-        errors_ = new ErrorsWindow(this);
+        errors_ = new ErrorsWindow(cap("close", "Close"), this);
         errors_->setWindowFlag(Qt::Window, true);
     }
     errors_->show_report(s_.loadrep);

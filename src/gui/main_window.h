@@ -94,6 +94,9 @@ public:
     QPushButton* apply_button() const { return apply_; }
     QLabel* status_label() const { return status_; }
     QToolButton* report_label() const { return report_; }
+    QProgressBar* progress_bar() const { return progress_; }
+    ErrorsWindow* errors_window() const;
+    QWidget* side_panel() const { return side_; }
     // The File menu's actions by their menu captions (English).
     QAction* action(const QString& name) const;
     const std::array<QAction*, workbench::k_recent_count>& recent_actions() const { return recent_; }

@@ -83,7 +83,10 @@ QMenu* WorkbenchMenus::build_fonts_menu(QMenuBar* bar) {
 }
 
 void WorkbenchMenus::refresh_captions() {
-    if (show_) show_->setText(w_.browser().layer_view() ? "Show Polygons" : "Show Draworders");
+    if (!show_) return;
+    const QString english = w_.browser().layer_view() ? "Show Polygons" : "Show Draworders";
+    set_caption_key(show_, caption_key(english));
+    show_->setText(caption_for(english, w_.messages()));
 }
 
 void WorkbenchMenus::fill_layer_menu(QMenu& menu, int cell) {

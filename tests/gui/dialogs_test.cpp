@@ -11,6 +11,7 @@
 #include <QSlider>
 #include <QSpinBox>
 #include <QTabWidget>
+#include <QTest>
 #include <QTimer>
 
 #include <gtest/gtest.h>
@@ -110,6 +111,22 @@ TEST(ErrorsWindow, ShowsTheLoadReportLineByLine) {
     EXPECT_EQ(w.text(), "No lwidth(\n Unknown colour in Point bmp.\n");
     w.show_report("");
     EXPECT_EQ(w.text(), "");
+}
+
+// The window closes with Esc and with its own Close button, in the language's word.
+TEST(ErrorsWindow, ClosesWithEscAndItsCloseButton) {
+    korvex::gui::ErrorsWindow w(QStringLiteral("Schließen"));
+    ASSERT_NE(w.close_button(), nullptr);
+    EXPECT_EQ(w.close_button()->text(), "Schließen");
+    w.show();
+    w.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&w));
+    QTest::keyClick(QApplication::focusWidget() ? QApplication::focusWidget() : &w, Qt::Key_Escape);
+    EXPECT_FALSE(w.isVisible());
+    w.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&w));
+    QTest::mouseClick(w.close_button(), Qt::LeftButton);
+    EXPECT_FALSE(w.isVisible());
 }
 
 struct PrefFixture {

@@ -4,6 +4,12 @@
 #include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
+#include <QFontMetrics>
+#include <QGroupBox>
+#include <QProgressBar>
+#include <QScrollBar>
+#include <QTimer>
+#include <set>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -25,6 +31,10 @@
 #include "gui/grid_model.h"
 #include "gui/grid_view.h"
 #include "gui/label_panel.h"
+#include "gui/language_menu.h"
+#include "gui/qt_prompt.h"
+#include "gui/cell_delegate.h"
+#include "gui/draworder_view.h"
 #include "gui/editor_window.h"
 #include "gui/main_window.h"
 #include "platform/environment.h"
@@ -236,6 +246,130 @@ TEST(MainWindow, ALanguageFileRewordsMenusButtonsAndMessages) {
     EXPECT_EQ(top_menu(*f.w, 0)->title().toStdString(), "File");
     EXPECT_EQ(f.w->class_button_text(2).toStdString(), "Points (20)");
     EXPECT_EQ(f.w->settings().language_file, "");
+}
+
+// What the window shows stays in place: Extra Points neither widen the
+// window nor push the code panel out of it, a long label is elided with the
+// full label as its tooltip, the progress bar empties after a load and a
+// save, and the layer view opens at its top.
+TEST(MainWindow, TheWindowKeepsItsShapeAndShowsWhatItHolds) {
+    MainFixture f;
+    ASSERT_TRUE(f.w->open_file(k_samples + "sample.typ"));
+    f.w->resize(720, 500);
+    QApplication::processEvents();
+    const int width = f.w->width();
+    f.w->show_class(4);
+    QApplication::processEvents();
+    EXPECT_EQ(f.w->width(), width);
+    EXPECT_LE(f.w->minimumSizeHint().width(), width);
+    const QWidget* side = f.w->side_panel();
+    EXPECT_TRUE(side->isVisible());
+    EXPECT_LE(side->mapTo(f.w.get(), QPoint(side->width(), 0)).x(), f.w->width());
+
+    // A long label: the cell shows it elided, the tooltip in full.
+    f.w->show_class(2);
+    f.click(0);
+    QString text = f.w->code_panel()->toPlainText();
+    const QString label = "A very long label that no cell of the grid could ever hold on one line";
+    text.replace(QRegularExpression("(String\\d+=0x[0-9A-Fa-f]+,)[^\n]*"), "\\1" + label);
+    f.w->code_panel()->setPlainText(text);
+    f.w->apply_changes();
+    const int cell = f.w->browser().current_cell();
+    ASSERT_GE(cell, 0);
+    const QString full = f.w->grid_model()->label_text(cell);
+    ASSERT_TRUE(full.contains(label)) << full.toStdString();
+    const QString shown = f.w->delegate()->shown_label(full);
+    EXPECT_TRUE(shown.endsWith(QChar(0x2026))) << shown.toStdString();
+    EXPECT_LT(shown.size(), full.size());
+    const QString tip = f.w->grid_model()->data(f.w->grid_model()->index(cell), Qt::ToolTipRole).toString();
+    EXPECT_TRUE(tip.startsWith(full)) << tip.toStdString();
+
+    // The bar empties after a load and after a save, however far it went.
+    QProgressBar* bar = f.w->progress_bar();
+    bar->setValue(100);
+    ASSERT_TRUE(f.w->open_file(k_samples + "sample.txt"));
+    EXPECT_EQ(bar->value(), 0);
+    EXPECT_FALSE(bar->isVisible());
+    bar->setValue(100);
+    f.dialogs.script(f.path("saved.typ"));
+    f.w->action("Save TYP As")->trigger();
+    ASSERT_TRUE(QFile::exists(QString::fromStdString(f.path("saved.typ"))));
+    EXPECT_EQ(bar->value(), 0);
+    EXPECT_FALSE(bar->isVisible());
+
+    // The layer view opens at its top, wherever it was left.
+    f.w->set_icon_size(5);
+    f.w->set_draworder_view(true);
+    QApplication::processEvents();
+    QScrollBar* scroll = f.w->draworder_view()->verticalScrollBar();
+    ASSERT_GT(scroll->maximum(), 0);
+    scroll->setValue(scroll->maximum());
+    f.w->set_draworder_view(false);
+    f.w->set_draworder_view(true);
+    QApplication::processEvents();
+    EXPECT_EQ(scroll->value(), 0);
+}
+
+// The German language file words every caption the window shows: its
+// menus, the class and element buttons, the grid's context menu and the icon
+// editor. A caption without an entry in the file fails here by its key.
+TEST(MainWindow, TheGermanFileWordsEveryCaptionOfTheWindowAndTheEditor) {
+    MainFixture f;
+    ASSERT_TRUE(f.w->open_file(k_samples + "sample.typ"));
+    QAction* deutsch = nullptr;
+    for (QAction* m : f.w->menuBar()->actions())
+        if (m->text() == "Language")
+            for (QAction* a : m->menu()->actions())
+                if (a->text() == "Deutsch") deutsch = a;
+    ASSERT_NE(deutsch, nullptr);
+    deutsch->trigger();
+    f.w->show_class(2);
+    f.click(0);
+    ASSERT_TRUE(f.w->open_icon_editor(f.w->browser().selected_rows()));
+    QApplication::processEvents();
+
+    std::set<std::string> missing, unapplied;
+    int checked = 0;
+    auto check = [&](QObject* control, const QString& shown) {
+        const std::string key = korvex::gui::control_caption_key(control);
+        if (key.empty() || shown.isEmpty()) return;
+        ++checked;
+        const std::string given = f.w->messages().caption(key);
+        if (given.empty())
+            missing.insert(key + "=" + shown.toStdString());
+        else if (!shown.startsWith(korvex::gui::from_message(given)))
+            unapplied.insert(key + ": " + shown.toStdString());
+    };
+    auto walk = [&](QWidget* root) {
+        QList<QWidget*> widgets = root->findChildren<QWidget*>();
+        widgets.prepend(root);
+        for (QWidget* w : widgets) {
+            for (QAction* a : w->actions())
+                if (!a->isSeparator()) check(a, a->text());
+            auto* tool = qobject_cast<QToolButton*>(w);
+            if (auto* b = qobject_cast<QAbstractButton*>(w); b && !(tool && tool->defaultAction())) check(b, b->text());
+            if (auto* g = qobject_cast<QGroupBox*>(w)) check(g, g->title());
+        }
+    };
+    walk(f.w.get());
+    ASSERT_NE(f.w->icon_editor(), nullptr);
+    // The grid's context menu, as a right click shows it.
+    f.w->icon_editor()->cancel_clicked();
+    QApplication::processEvents();
+    QTimer::singleShot(0, [&] {
+        if (QWidget* menu = QApplication::activePopupWidget()) {
+            walk(menu);
+            menu->close();
+        }
+    });
+    f.w->grid()->context_menu(0, QPoint(10, 10));
+    EXPECT_GT(checked, 150);
+    std::string list;
+    for (const std::string& m : missing) list += m + "\n";
+    EXPECT_TRUE(missing.empty()) << "no German entry:\n" << list;
+    list.clear();
+    for (const std::string& m : unapplied) list += m + "\n";
+    EXPECT_TRUE(unapplied.empty()) << "German entry not shown:\n" << list;
 }
 
 }  // namespace
