@@ -728,6 +728,9 @@ bool MainWindow::leave_panel_text() {
 }
 
 void MainWindow::double_click_cell(int cell, bool ctrl, bool shift) {
+    // Its first click asked about the text not applied and was answered No:
+    // the text and the element stay, without a second question.
+    if (session_->text_pending() && cell != browser_.current_cell()) return;
     // A placeholder of the draw-order view opens its entry.
     if (browser_.layer_view() && !ctrl && !shift && cell >= 0 &&
         static_cast<size_t>(cell) < browser_.layers().cells.size() &&

@@ -56,6 +56,18 @@ int table_of(int cls) {
     return cls;
 }
 
+// A row's type as the grid shows it ("0x0100", "0x00100", "0x02a00"), so that
+// a font list line leads the user to its element.
+std::string font_list_type(const model::Store& s, int table, int32_t row) {
+    const auto r = static_cast<size_t>(row);
+    switch (table) {
+    case model::k_polygons: return r < s.pg_typ.size() ? typ::lower(s.pg_typ[r]) : std::string();
+    case model::k_lines:
+        return r < s.ln_lab.size() ? typ::lower(s.ln_lab[r].substr(0, s.ln_lab[r].find('#'))) : std::string();
+    default: return r < s.pt_typ.size() ? "0x" + typ::lower(s.pt_typ[r]) : std::string();
+    }
+}
+
 }  // namespace
 
 const std::vector<std::string>& font_styles() {
@@ -155,7 +167,7 @@ std::string font_list(const model::Store& s, int cls) {
     for (int32_t k = 0; k < count; ++k) {
         const std::string* section = section_at(s, table, first + k);
         const std::string style = section ? font_style_of(*section) : std::string();
-        out += std::to_string(k + 1) + "," + (style.empty() ? " - " : style) + "\r\n";
+        out += font_list_type(s, table, first + k) + "," + (style.empty() ? " - " : style) + "\r\n";
     }
     return out;
 }

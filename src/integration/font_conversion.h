@@ -67,8 +67,8 @@ bool fontconv(model::Store& s, platform::Prompt& ui, const Messages& m, const Fo
 std::string font_report(const FontCounts& c, const FontRequest& r);
 
 // Create Font List (mfnt(2)) of the class in view: "FONTLIST for " and the
-// class name, then a line a row: its number from 1, "," and its style, or
-// " - " without one.
+// class name, then a line a row: its type as the grid shows it ("0x02a00"),
+// "," and its style, or " - " without one.
 std::string font_list(const model::Store& s, int cls);
 
 // mads: text with the next free "String" line put where the selection

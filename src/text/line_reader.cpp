@@ -47,7 +47,8 @@ void pollineparse(Store& s, platform::Prompt& ui, const std::string& in, int32_t
     }
 
     int32_t code = 0;
-    std::string rest, xpm, label, type_text;
+    std::string rest, xpm, type_text;
+    LabelChoice label;
     std::vector<std::string> colours, rows;
     bool bad_header = false, rows_closed = false, width_seen = false;
     int cpp = 1, strings = 0;
@@ -142,7 +143,7 @@ void pollineparse(Store& s, platform::Prompt& ui, const std::string& in, int32_t
         if (has(low, "string")) {
             ++strings;
             line = fnchkstringtxt(s, line, strings);
-            label_candidate(s, line, label);
+            label.offer(s, line);
             rest += line + k_crlf;
             continue;
         }
@@ -154,7 +155,7 @@ void pollineparse(Store& s, platform::Prompt& ui, const std::string& in, int32_t
     }
 
     s.ln_code[r] = code;
-    s.ln_lab[r] = "0x" + typ::lower(five_digits(code)) + "#" + label;
+    s.ln_lab[r] = "0x" + typ::lower(five_digits(code)) + "#" + label.shown();
 
     std::vector<std::string> symbols, values;
     colour_table(colours, cpp, symbols, values);

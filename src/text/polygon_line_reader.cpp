@@ -6,6 +6,7 @@
 #include <array>
 #include <unordered_map>
 
+#include "text/point_picture.h"
 #include "typ/curf_access.h"
 
 namespace korvex::text {
@@ -182,15 +183,21 @@ std::string rows_to_digits(const std::vector<std::string>& rows, const std::vect
     return out;
 }
 
-// The label text of a String line when it holds the preferred language or
-// "0x0"; "" otherwise.
-bool label_candidate(const Store& s, const std::string& line, std::string& label) {
-    const std::string low = typ::lower(line);
-    if (!has(low, "0x" + std::to_string(s.opt.langid)) && !has(low, "0x0")) return false;
+void LabelChoice::offer(const Store& s, const std::string& line) {
     const size_t comma = line.find(',');
-    if (comma == std::string::npos) return false;
-    label = line.substr(comma + 1);
-    return true;
+    const size_t x = typ::find_caseless(line, "=0x");
+    if (comma == std::string::npos || x == std::string::npos || x > comma) return;
+    const int64_t lang = typ::hex_value(point_text::trim_view(std::string_view(line).substr(x + 3, comma - x - 3)));
+    std::string text = line.substr(comma + 1);
+    while (!text.empty() && (text.back() == ' ' || text.back() == '\r' || text.back() == '\n')) text.pop_back();
+    if (first.empty() && !text.empty() && static_cast<unsigned char>(text[0]) < 127) first = text;
+    if (lang == s.opt.langid) preferred = text;
+    if (lang == 0) zero = std::move(text);
+}
+
+std::string LabelChoice::shown() const {
+    const std::string& label = !preferred.empty() ? preferred : !zero.empty() ? zero : first;
+    return label.empty() ? std::string() : '\'' + label + '\'';
 }
 
 // Characters-a-pixel of an Xpm line: 2 when its last number is 2.

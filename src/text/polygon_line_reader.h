@@ -67,8 +67,14 @@ std::string byte_swap(std::string digits);
 void yes_no_upper(std::string& t);
 // Rows of symbols to "0"/"1" by each colour's place in its pair.
 std::string rows_to_digits(const std::vector<std::string>& rows, const std::vector<std::string>& symbols, int cpp);
-// Sets label to the text of a String line of the preferred language or "0x0".
-bool label_candidate(const Store& s, const std::string& line, std::string& label);
+// The label the grid shows, chosen from the String lines as for a decoded
+// record: the preferred language, else language 0, else the first string
+// that starts with a plain character; quoted, "" without one.
+struct LabelChoice {
+    std::string preferred, zero, first;
+    void offer(const Store& s, const std::string& line);
+    std::string shown() const;
+};
 // Characters a pixel of an Xpm line; a " 2\"" becomes " 1\"".
 int xpm_cpp(std::string& xpm);
 // The Xpm line cut behind its last quote.

@@ -24,7 +24,8 @@ void pgonparse_txt(Store& s, platform::Prompt& ui, const std::string& in, int32_
     const auto r = static_cast<size_t>(row);
 
     int32_t code = -1;
-    std::string rest, xpm, label;
+    std::string rest, xpm;
+    LabelChoice label;
     std::vector<std::string> colours, rows;
     bool in_picture = false, rows_closed = false, extended_added = false;
     int cpp = 1, strings = 0;
@@ -57,7 +58,7 @@ void pgonparse_txt(Store& s, platform::Prompt& ui, const std::string& in, int32_
         if (has(low, "string")) {
             ++strings;
             line = fnchkstringtxt(s, line, strings);
-            label_candidate(s, line, label);
+            label.offer(s, line);
         } else if (has(low, "xpm=")) {
             xpm = cut_xpm(line);
             cpp = xpm_cpp(xpm);
@@ -145,7 +146,7 @@ void pgonparse_txt(Store& s, platform::Prompt& ui, const std::string& in, int32_
     lab += static_cast<char>(night ? 1 : 0);
     lab += static_cast<char>(has(s.pg_col[r], "none") ? 1 : 0);
     lab += '#';
-    lab += label;
+    lab += label.shown();
     if (night) ++s.pg_nnight;
 
     if (!batch && row > 0) {

@@ -204,7 +204,7 @@ std::string list_elements(const model::Store& s, int cls) {
     const int32_t count = class_count(s, cls);
     for (int32_t k = 0; k < count; ++k) {
         const int32_t row = first + k;
-        out += type_text(s, cls, row, false);
+        out += type_text(s, cls, row);
         out += '\t';
         out += label_text(s, cls, row);
         out += "\r\n";

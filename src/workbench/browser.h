@@ -32,7 +32,7 @@ struct BrowserOptions {
     bool show_night = false;              // a night element gets a second cell with its night form
     bool show_not_in_style = false;       // "Show 'NOT in STYLE'": red X on such elements
     bool edit_text_on_dblclick = false;   // "Edit text when dbl clicking an icon "
-    bool extra_hex = false;               // extra point numbers in hexadecimal
+    bool extra_hex = false;               // search takes extra point numbers in hexadecimal
     int extra_page_size = 100;            // Extra Points shown a page at a time, at least 10
     bool draworder_view = false;          // the polygon draw-order view (wider left margin)
     std::string polygon_seed = "00100";   // new-element numbers for the Create Copy caption

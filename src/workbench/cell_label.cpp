@@ -39,7 +39,7 @@ std::string polygon_level(const model::Store& s, int32_t row) {
     return comma == std::string_view::npos ? std::string() : std::string(first.substr(comma + 1));
 }
 
-std::string type_text(const model::Store& s, int cls, int32_t row, bool extra_hex) {
+std::string type_text(const model::Store& s, int cls, int32_t row) {
     if (cls == model::k_polygons) {
         std::string t = typ::lower(column_at(s.pg_typ, row));
         const std::string level = polygon_level(s, row);
@@ -50,9 +50,9 @@ std::string type_text(const model::Store& s, int cls, int32_t row, bool extra_he
         const std::string& lab = column_at(s.ln_lab, row);
         return typ::lower(std::string_view(lab).substr(0, lab.find('#')));
     }
-    const std::string& digits = column_at(s.pt_typ, row);
-    if (cls == model::k_extra_points && !extra_hex) return std::to_string(typ::hex_value(digits));
-    return "0x" + typ::lower(digits);
+    // Extra points too: the hex setting governs search and the new-point
+    // dialog, not the grid.
+    return "0x" + typ::lower(column_at(s.pt_typ, row));
 }
 
 std::string label_text(const model::Store& s, int cls, int32_t row) {
@@ -82,7 +82,7 @@ CellLabel Browser::label(const model::Store& s, int cell) const {
     CellLabel out;
     const int32_t row = row_of(cell);
     if (row < 0 || night_cell(cell)) return out;
-    const std::string type = type_text(s, cls_, row, opt.extra_hex);
+    const std::string type = type_text(s, cls_, row);
     const std::string text = label_text(s, cls_, row);
     switch (opt.label_option) {
         case 1: out.text = text.empty() ? type : text; break;

@@ -11,9 +11,8 @@ namespace korvex::workbench {
 
 // The element's type as the label shows it: "0x" and lower-case hex digits
 // ("0x0100", "0x00100", "0x02f00"); a polygon with a draw order adds ","
-// and its level ("0x0300,2"); an extra point shows its number, in hex
-// ("0x11b01") with extra_hex, else in decimal.
-std::string type_text(const model::Store& s, int cls, int32_t row, bool extra_hex);
+// and its level ("0x0300,2"); an extra point its number ("0x11b01").
+std::string type_text(const model::Store& s, int cls, int32_t row);
 
 // The element's label text as the label column holds it (quoted, "" when it
 // has none).

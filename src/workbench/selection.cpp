@@ -176,7 +176,7 @@ DoubleClick Browser::double_click(const model::Store& s, int cell, bool ctrl, bo
             }
             if (!two) {
                 d.msg = k_msg_not_two_colours;
-                d.before = type_text(s, cls_, row, false);
+                d.before = type_text(s, cls_, row);
                 d.before.erase(std::min(d.before.size(), d.before.find(',')));
                 return d;
             }

@@ -259,6 +259,13 @@ TEST(ElementCommands, TextNotAppliedIsOnlyDroppedWhenTheUserSaysSo) {
     EXPECT_EQ(f.prompt.questions.back(), "Return to ICONS without saving changes?");
     EXPECT_EQ(f.w->browser().current_cell(), 1);
     EXPECT_TRUE(panel->toPlainText().endsWith("; typed\n"));
+    // The second half of a double click neither asks again nor opens the other element.
+    const size_t asked = f.prompt.questions.size();
+    f.w->double_click_cell(2, false, false);
+    EXPECT_EQ(f.prompt.questions.size(), asked);
+    EXPECT_EQ(f.w->icon_editor(), nullptr);
+    EXPECT_EQ(f.w->browser().current_cell(), 1);
+    EXPECT_TRUE(panel->toPlainText().endsWith("; typed\n"));
     f.w->findChild<QPushButton*>("class0")->click();
     EXPECT_EQ(f.w->store().curclass, 2);
     EXPECT_TRUE(f.w->findChild<QPushButton*>("class2")->isChecked());
@@ -266,6 +273,7 @@ TEST(ElementCommands, TextNotAppliedIsOnlyDroppedWhenTheUserSaysSo) {
     f.click(2);
     EXPECT_EQ(f.w->browser().current_cell(), 2);
     EXPECT_FALSE(f.w->session().text_pending());
+    EXPECT_FALSE(panel->toPlainText().contains("; typed"));  // Yes discards the text
 }
 
 TEST(ElementDialogs, PoiSizesRefusesAndStaysOpenUntilTheFormIsFine) {

@@ -297,7 +297,7 @@ TEST(FontsWindow, TheMenuRunsBothFormsTheListAndTheStringLine) {
     f.next_dialog<QDialog>([](QDialog& d) {
         auto* list = d.findChild<QPlainTextEdit*>("fontList");
         ASSERT_NE(list, nullptr);
-        EXPECT_TRUE(list->toPlainText().startsWith("FONTLIST for Polygons\n\n1, - \n2,Large\n3, - \n4,SmallFont\n5,Normal\n"))
+        EXPECT_TRUE(list->toPlainText().startsWith("FONTLIST for Polygons\n\n0x0100, - \n0x0500,Large\n0x0c00, - \n0x1300,SmallFont\n0x1400,Normal\n"))
             << list->toPlainText().toStdString();
         d.accept();
     });

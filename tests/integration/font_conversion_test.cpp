@@ -192,19 +192,19 @@ TEST(FontConversion, RefusalsAndReportNotesChangeNothing) {
     EXPECT_NE(ui.messages.back().find("Cannot find Font information."), std::string::npos);
 }
 
-TEST(FontList, OneLineARowWithItsStyleOrADash) {
+TEST(FontList, OneLineARowNamedByItsTypeWithItsStyleOrADash) {
     platform::ScriptedPrompt ui;
     model::Store s = project(ui);
-    EXPECT_EQ(font_list(s, model::k_polygons), "FONTLIST for Polygons\r\n\r\n1,Large\r\n2, - \r\n");
-    EXPECT_EQ(font_list(s, model::k_points), "FONTLIST for Points\r\n\r\n1,SmallFont\r\n");
-    EXPECT_EQ(font_list(s, model::k_lines), "FONTLIST for Lines\r\n\r\n1, - \r\n");
+    EXPECT_EQ(font_list(s, model::k_polygons), "FONTLIST for Polygons\r\n\r\n0x0100,Large\r\n0x0200, - \r\n");
+    EXPECT_EQ(font_list(s, model::k_points), "FONTLIST for Points\r\n\r\n0x02a00,SmallFont\r\n");
+    EXPECT_EQ(font_list(s, model::k_lines), "FONTLIST for Lines\r\n\r\n0x00100, - \r\n");
     EXPECT_EQ(font_list(s, model::k_extra_points), "");
     // Active lines have a list of their own and stay out of the lines'.
     model::Store act = project(ui, "[_line]\r\nType=0x100\r\nActivity=Walking\r\nString1=0x04,Walk\r\n"
                                    "ExtendedLabels=Y\r\nFontStyle=Normal\r\nXpm=\"0 0 1 0\"\r\n\"1 c #000000\"\r\n[end]\r\n");
     ASSERT_EQ(act.ln_nact, 1);
-    EXPECT_EQ(font_list(act, model::k_lines), "FONTLIST for Lines\r\n\r\n1, - \r\n");
-    EXPECT_EQ(font_list(act, model::k_active_lines), "FONTLIST for Lines\r\n\r\n1,Normal\r\n");
+    EXPECT_EQ(font_list(act, model::k_lines), "FONTLIST for Lines\r\n\r\n0x00100, - \r\n");
+    EXPECT_EQ(font_list(act, model::k_active_lines), "FONTLIST for Lines\r\n\r\n0x10000,Normal\r\n");
 }
 
 TEST(AddString, TakesTheFirstFreeNumberAndTheSelectedText) {

@@ -76,7 +76,7 @@ TEST(PolygonReader, MkgmapSolidColoursWithTabsAndBlankSymbolAreDayAndNight) {
     EXPECT_EQ(r.s.pg_bmp[0], "");
     EXPECT_EQ(r.s.pg_txt[0], crlf("[_polygon]\nType=0x1\nExtendedLabels=N\nString1=0x04,Test\n"
                                   "Xpm=\"0 0 2 0\"\n\"0 c #990099\"\n\"1 c #88AA88\"\n"));
-    EXPECT_EQ(r.s.pg_lab[0], std::string("\1\0#Test", 7));
+    EXPECT_EQ(r.s.pg_lab[0], std::string("\1\0#'Test'", 9));
 
     r.polygon(crlf("[_polygon]\nType=0x2\nXpm=\"0 0 2 0\"\n\"* c #990099\"\n\"     c   None\"\n[end]"));
     EXPECT_EQ(r.s.pg_col[0], "\"0 c #990099\"");
@@ -122,6 +122,33 @@ TEST(PolygonReader, NightColoursDroppedByLoadOption) {
     EXPECT_EQ(r.s.pg_xpm[0], "Xpm=\"32 32 2 1\"");
 }
 
+// A renumbered, new or copied element is read from its text: its label must
+// be the one the decoder shows for the same strings, quoted.
+TEST(PolygonReader, LabelIsChosenAndQuotedAsForADecodedRecordInBothClasses) {
+    struct Case {
+        int langid;
+        const char* strings;
+        const char* label;
+    };
+    const Case cases[] = {
+        {4, "String1=0x04,Wood\nString2=0x02,Wald", "'Wood'"},    // the preferred language, wherever it stands
+        {4, "String1=0x02,Wald\nString2=0x04,Wood", "'Wood'"},
+        {4, "String1=0x00,Zero\nString2=0x02,Wald", "'Zero'"},    // else language 0
+        {4, "String1=0x01,Bois\nString2=0x02,Wald", "'Bois'"},    // else the first
+        {16, "String1=0x10,Sixteen\nString2=0x03,Three", "'Sixteen'"},
+        {4, "String1=0x02,\xE9t\xE9\nString2=0x03,Sommer", "'Sommer'"},  // the first that starts plain
+        {4, "", ""},
+    };
+    for (const Case& c : cases) {
+        Reader r;
+        r.s.opt.langid = c.langid;
+        r.polygon(crlf(std::string("[_polygon]\nType=0x1\n") + c.strings + "\nXpm=\"0 0 1 0\"\n\"a c #102030\"\n[end]"));
+        EXPECT_EQ(r.s.pg_lab[0].substr(3), c.label) << c.strings;
+        r.line(crlf(std::string("[_line]\nType=0x1\n") + c.strings + "\nXpm=\"0 0 1 0\"\n\"a c #102030\"\n[end]"));
+        EXPECT_EQ(r.s.ln_lab[0], std::string("0x00100#") + c.label) << c.strings;
+    }
+}
+
 TEST(LineReader, TypeDigitsBecomeTheCodeOfTypeAndSubtype) {
     const std::pair<const char*, int32_t> cases[] = {{"Type=0x2b", 0x2B00},    {"Type=0x1", 0x100},
                                                      {"Type=0x2b00", 0x2B00},  {"Type=0x10f03", 0x10F03},
@@ -146,7 +173,7 @@ TEST(LineReader, SolidModesAndSynthesisedRows) {
     // Without UseOrientation= mkgmap keeps the line upright.
     EXPECT_EQ(r.s.ln_txt[0], crlf("[_line]\nType=0x1\nString1=0x04,Test\nLineWidth=2\nBorderWidth=1\n"
                                   "UseOrientation=N\nXpm=\"0 0 2 0\"\n\"0 c #909090\"\n\"1 c #898989\"\n"));
-    EXPECT_EQ(r.s.ln_lab[0], "0x00100#Test");
+    EXPECT_EQ(r.s.ln_lab[0], "0x00100#'Test'");
 
     // Two colours without a border: day and night colour.
     r.line(crlf("[_line]\nType=0x1\nLineWidth=3\nBorderWidth=0\nXpm=\"0 0 2 0\"\n\"a c #909090\"\n"

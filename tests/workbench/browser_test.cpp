@@ -228,7 +228,7 @@ TEST(BrowserLabels, LabelOptionsPerClassOnTheSample) {
     EXPECT_EQ(labels(b, s)[0], "0x02a00 'Restaurant'");
     EXPECT_EQ(labels(b, s)[19], "0x11501 'Shelter'");
     show(b, s, model::k_extra_points);
-    EXPECT_EQ(labels(b, s)[0], "72449 'Signpost'");
+    EXPECT_EQ(labels(b, s)[0], "0x11b01 'Signpost'");  // hex as every other type
     b.opt.extra_hex = true;
     EXPECT_EQ(labels(b, s)[0], "0x11b01 'Signpost'");
 

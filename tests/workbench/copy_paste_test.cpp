@@ -126,7 +126,7 @@ TEST(Paste, ANewPolygonTakesItsPlaceAndTheLevelOfItsNote) {
     EXPECT_EQ(f.ops.mpaste3(), 4);
     EXPECT_EQ(f.s.pg_n, 5);
     EXPECT_EQ(f.ui.questions, std::vector<std::string>{"0x00800 exists.\r\n\r\nReplace ?"});
-    EXPECT_EQ(f.s.pg_lab[4].substr(3), "Otto");
+    EXPECT_EQ(f.s.pg_lab[4].substr(3), "'Otto'");
 }
 
 TEST(Paste, AnExistingTypeIsReplacedOnlyOnYes) {
@@ -139,8 +139,8 @@ TEST(Paste, AnExistingTypeIsReplacedOnlyOnYes) {
     EXPECT_EQ(f.s.pg_n, 2);
     ASSERT_EQ(f.ui.questions.size(), 2u);
     EXPECT_EQ(f.ui.questions[0], "0x00300 exists.\r\n\r\nReplace ?");
-    EXPECT_EQ(f.s.pg_lab[0].substr(3), "Three");
-    EXPECT_EQ(f.s.pg_lab[1].substr(3), "New five");
+    EXPECT_EQ(f.s.pg_lab[0].substr(3), "'Three'");
+    EXPECT_EQ(f.s.pg_lab[1].substr(3), "'New five'");
     EXPECT_EQ(f.s.pg_drw[1], "Type=0005,2");  // no note: the layer stays
     ASSERT_EQ(f.ui.messages.size(), 1u);
     EXPECT_EQ(f.ui.messages[0], "Not replaced:\r\n0x00300\r\n");
@@ -192,7 +192,7 @@ TEST(Paste, ActOntoAnotherActivityReplacesThatLine) {
     EXPECT_EQ(f.ops.paste_act(1), 1);
     EXPECT_EQ(f.s.ln_nact, 2);
     EXPECT_EQ(f.s.ln_act[1], "42");
-    EXPECT_EQ(f.s.ln_lab[1].substr(f.s.ln_lab[1].find('#') + 1), "w");
+    EXPECT_EQ(f.s.ln_lab[1].substr(f.s.ln_lab[1].find('#') + 1), "'w'");
     ASSERT_EQ(f.ui.questions.size(), 1u);  // "... exists. Replace ?"
 }
 
@@ -203,7 +203,7 @@ TEST(CreateCopy, TakesTheNextFreeNumberAndKeepsTheLevel) {
     // 3 and 5 are taken: the next free is 4; the copy of 5 keeps level 2.
     EXPECT_EQ(f.ops.mcreatecopy(1), 1);
     EXPECT_EQ(f.s.pg_typ[1], "0x0400");
-    EXPECT_EQ(f.s.pg_lab[1].substr(3), "Five");
+    EXPECT_EQ(f.s.pg_lab[1].substr(3), "'Five'");
     EXPECT_EQ(f.s.pg_drw[1], "Type=0004,2");
     EXPECT_TRUE(f.ui.questions.empty());
     // As a subtype of its own type: a type below 0x100 with a subtype has no level.

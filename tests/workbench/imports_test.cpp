@@ -28,7 +28,7 @@ TEST(StyleImport, WantedNewTypesAreMadeAndSortedOthersLeftAlone) {
     EXPECT_NE(f.s.pt_xpm[1].find("16 16"), std::string::npos);
     EXPECT_EQ(f.s.pg_n, 2);
     EXPECT_EQ(f.s.pg_typ[0], "0x0100");  // sorted in front of 0x03
-    EXPECT_EQ(f.s.pg_lab[0].substr(3), "residential");
+    EXPECT_EQ(f.s.pg_lab[0].substr(3), "'residential'");
     EXPECT_EQ(f.s.pg_drw[0], "Type=0001,1");
     EXPECT_NE(f.s.drwlist.find("0001,1"), std::string::npos);
     EXPECT_EQ(f.s.ln_n, 1);
@@ -46,11 +46,11 @@ TEST(StyleImport, NotInStyleMarksTheListedElementsOnce) {
     const std::string krvx = "<0/>\r\nNOT in STYLE\r\n0x03, 0x05\r\n";
     EXPECT_EQ(f.ops.import_krv_text(krvx), 0);
     EXPECT_EQ(f.ui.messages.back(), "No new icons added");
-    EXPECT_EQ(f.s.pg_lab[0].substr(3), "NOT in STYLE Three");
+    EXPECT_EQ(f.s.pg_lab[0].substr(3), "'NOT in STYLE Three'");
     // A polygon without a label gets one, in front of its Xpm line.
     const std::string& txt = f.s.pg_txt[1];
     EXPECT_LT(txt.find("String1=0x00,NOT in STYLE"), txt.find("Xpm="));
-    EXPECT_EQ(f.s.pg_lab[2].substr(3), "Seven");
+    EXPECT_EQ(f.s.pg_lab[2].substr(3), "'Seven'");
     EXPECT_TRUE(f.s.dirty);
     const std::string once = f.text();
     f.ops.import_krv_text(krvx);

@@ -37,7 +37,7 @@ TEST(NewElement, PolygonTakesTheNextNumberTheDialogsLevelAndItsPlace) {
     EXPECT_EQ(f.s.pg_typ[1], "0x0200");
     EXPECT_EQ(f.s.pg_drw[1], "Type=0002,5");
     EXPECT_NE(f.s.drwlist.find("0002,5"), std::string::npos);
-    EXPECT_EQ(f.s.pg_lab[1].substr(3), "W\xE4ldchen");  // a 1252 project keeps it as its page's bytes
+    EXPECT_EQ(f.s.pg_lab[1].substr(3), "'W\xE4ldchen'");  // a 1252 project keeps it as its page's bytes
     EXPECT_EQ(f.s.pg_xpm[1], "Xpm=\"32 32 2 1\"");
     EXPECT_EQ(f.ops.standing_level(), 5);
     EXPECT_EQ(f.host.current, 1);

@@ -137,8 +137,8 @@ TEST(SortRows, StableByKeyAndTheFollowedRowIsTracked) {
            test::polygon("0x03", "tie2") + test::polygon("0x0501", "c"));
     const int32_t moved = sort_types(f.s, model::k_polygons, 0);
     EXPECT_EQ(polygon_types(f.s), (std::vector<std::string>{"0x0300", "0x0300", "0x0500", "0x0501", "0x10F03"}));
-    EXPECT_EQ(f.s.pg_lab[0].substr(3), "tie1");  // ties keep their order
-    EXPECT_EQ(f.s.pg_lab[1].substr(3), "tie2");
+    EXPECT_EQ(f.s.pg_lab[0].substr(3), "'tie1'");  // ties keep their order
+    EXPECT_EQ(f.s.pg_lab[1].substr(3), "'tie2'");
     EXPECT_EQ(moved, 4);
     // Already sorted: nothing moves, the followed row stays.
     EXPECT_EQ(sort_types(f.s, model::k_polygons, 2), 2);
@@ -147,9 +147,9 @@ TEST(SortRows, StableByKeyAndTheFollowedRowIsTracked) {
     f.load(test::polygon("0x01", "a") + test::polygon("0x03", "first") + test::polygon("0x05", "c") +
            test::polygon("0x03", "last"));
     EXPECT_EQ(sort_types(f.s, model::k_polygons, 3), 2);
-    EXPECT_EQ(f.s.pg_lab[1].substr(3), "first");
-    EXPECT_EQ(f.s.pg_lab[2].substr(3), "last");
-    EXPECT_EQ(f.s.pg_lab[3].substr(3), "c");
+    EXPECT_EQ(f.s.pg_lab[1].substr(3), "'first'");
+    EXPECT_EQ(f.s.pg_lab[2].substr(3), "'last'");
+    EXPECT_EQ(f.s.pg_lab[3].substr(3), "'c'");
 }
 
 TEST(SortRows, SwapTypesWalksToItsPlaceAndStopsAtAnEqualKey) {
@@ -159,10 +159,10 @@ TEST(SortRows, SwapTypesWalksToItsPlaceAndStopsAtAnEqualKey) {
     f.s.pg_typ[3] = "0x0300";  // renumbered from 7 to 3: left past 5, stops at the equal 3
     EXPECT_EQ(swap_types(f.s, model::k_polygons, 3), 2);
     EXPECT_EQ(polygon_types(f.s), (std::vector<std::string>{"0x0100", "0x0300", "0x0300", "0x0500"}));
-    EXPECT_EQ(f.s.pg_lab[2].substr(3), "d");
+    EXPECT_EQ(f.s.pg_lab[2].substr(3), "'d'");
     f.s.pg_typ[0] = "0x0600";  // right past both 3s and the 5
     EXPECT_EQ(swap_types(f.s, model::k_polygons, 0), 3);
-    EXPECT_EQ(f.s.pg_lab[3].substr(3), "a");
+    EXPECT_EQ(f.s.pg_lab[3].substr(3), "'a'");
     f.s.pg_typ[1] = "";  // unset: never moved
     EXPECT_EQ(swap_types(f.s, model::k_polygons, 1), 1);
 }
