@@ -231,6 +231,37 @@ TEST(EditorWindow, EscCancelsAToolCancelDiscardsAndRefusalsKeepTheEditorOpen) {
     ed->cancel_clicked();
 }
 
+TEST(EditorWindow, ApplyKeepsTheBytesOfAnUntouchedLabel) {
+    // A byte the label's code page cannot show (0x81 in 1252) survives an
+    // Apply that only drew pixels; an edited label is stored as shown.
+    EditorFixture f;
+    EditorWindow* ed = f.open_drawable_sample_point();
+    ASSERT_NE(ed, nullptr);
+    const int32_t row = ed->session().row;
+    ed->cancel_clicked();
+    QApplication::processEvents();
+    std::string& own = f.w->store().pt_txt[static_cast<size_t>(row)];
+    const size_t label = own.find("String1=0x04,");
+    ASSERT_NE(label, std::string::npos) << own;
+    own.insert(label + 13, "\x81");
+    ed = f.open_cell(2, f.drawable_point());
+    ASSERT_NE(ed, nullptr);
+    ASSERT_EQ(ed->session().row, row);
+    ed->session().curcol = 2;
+    QTest::mouseClick(ed->canvas(), Qt::LeftButton, Qt::NoModifier, at(ed->canvas(), 0, 0));
+    QTest::mouseClick(ed->apply_button(), Qt::LeftButton);
+    QApplication::processEvents();
+    ASSERT_EQ(f.w->icon_editor(), nullptr);
+    EXPECT_NE(f.element_text(2, row).find("String1=0x04,\x81"), std::string::npos) << f.element_text(2, row);
+
+    ed = f.open_cell(2, f.drawable_point());
+    ASSERT_NE(ed, nullptr);
+    ed->labels()->text_box()->setPlainText("Edited");
+    QTest::mouseClick(ed->apply_button(), Qt::LeftButton);
+    QApplication::processEvents();
+    EXPECT_NE(f.element_text(2, row).find("String1=0x04,Edited"), std::string::npos) << f.element_text(2, row);
+}
+
 TEST(EditorWindow, PolygonDrawOrderAndTheSampleOnScreen) {
     EditorFixture f;
     ASSERT_TRUE(f.w->open_file(k_samples + "sample.typ"));
