@@ -8,6 +8,7 @@
 #include <cmath>
 
 #include "editor/canvas.h"
+#include "editor/colour_count.h"
 
 namespace korvex::gui {
 
@@ -102,6 +103,12 @@ bool CanvasWidget::pixel_at(QPoint pos, int& x, int& y) const {
     return x >= 0 && y >= 0 && x < e_.width && y < e_.height;
 }
 
+void CanvasWidget::set_blink(int entry) {
+    if (entry == blink_) return;
+    blink_ = entry;
+    update();
+}
+
 void CanvasWidget::paintEvent(QPaintEvent*) {
     QPainter p(this);
     p.fillRect(rect(), palette().window());
@@ -118,7 +125,7 @@ void CanvasWidget::paintEvent(QPaintEvent*) {
         return;
     }
     const QRect area(k_margin, k_margin, e_.width * zoom_, e_.height * zoom_);
-    p.drawImage(area, image_of(tools_.view()));
+    p.drawImage(area, image_of(blink_ > 0 ? editor::blink_view(tools_.view(), e_, blink_) : tools_.view()));
     if (grid_ && zoom_ >= 4) {
         p.setPen(grid_colour_);
         for (int x = 0; x <= e_.width; ++x) p.drawLine(area.left() + x * zoom_, area.top(), area.left() + x * zoom_, area.bottom());

@@ -23,6 +23,10 @@ public:
     void set_grid_colour(QColor c) { grid_colour_ = c; update(); }
     // The picture changed size or content.
     void picture_changed();
+    // A palette entry shown in the blink colour (0: none). Only the view
+    // blinks; the picture is never touched.
+    void set_blink(int entry);
+    int blink() const { return blink_; }
 
     // The pixel under a widget position; false outside the picture.
     bool pixel_at(QPoint pos, int& x, int& y) const;
@@ -55,6 +59,7 @@ private:
     QTimer march_;
     int dash_offset_ = 0;
     int level_at_press_ = 0;
+    int blink_ = 0;
 };
 
 }  // namespace korvex::gui
