@@ -158,6 +158,7 @@ void CanvasWidget::mousePressEvent(QMouseEvent* ev) {
     const int cols[2] = {e_.curcol, e_.curcol2};
     tools_.press(x, y, ev->button() == Qt::RightButton);
     update();
+    show_hover(x, y);
     // The picker changes the buttons' colours: the palette shows them.
     if (e_.undo.level() != level_at_press_ || e_.eddirty != was_dirty || cols[0] != e_.curcol || cols[1] != e_.curcol2)
         emit edited();
@@ -167,10 +168,7 @@ void CanvasWidget::mouseMoveEvent(QMouseEvent* ev) {
     int x, y;
     pixel_of(ev->position().toPoint(), x, y);
     tools_.move(x, y);
-    if (x >= 0 && y >= 0 && x < e_.width && y < e_.height)
-        emit hovered(x, y);
-    else
-        emit hovered(-1, -1);
+    show_hover(x, y);
     update();
 }
 
@@ -181,6 +179,7 @@ void CanvasWidget::mouseReleaseEvent(QMouseEvent* ev) {
     const int before = e_.undo.level();
     tools_.release(x, y);
     update();
+    show_hover(x, y);
     if (e_.undo.level() != before || e_.undo.level() != level_at_press_) emit edited();
 }
 
@@ -204,6 +203,12 @@ void CanvasWidget::wheelEvent(QWheelEvent* ev) {
     ev->accept();
 }
 
-void CanvasWidget::leaveEvent(QEvent*) { emit hovered(-1, -1); }
+void CanvasWidget::leaveEvent(QEvent*) { show_hover(-1, -1); }
+
+void CanvasWidget::show_hover(int x, int y) {
+    // Sent after a tool acted too, so the status line names the pixel as it is now.
+    hover_ = x >= 0 && y >= 0 && x < e_.width && y < e_.height ? QPoint(x, y) : QPoint(-1, -1);
+    emit hovered(hover_.x(), hover_.y());
+}
 
 }  // namespace korvex::gui

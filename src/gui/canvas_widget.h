@@ -28,6 +28,8 @@ public:
     void set_blink(int entry);
     int blink() const { return blink_; }
 
+    // The picture pixel under the pointer, (-1, -1) when it is elsewhere.
+    QPoint hover() const { return hover_; }
     // The pixel under a widget position; false outside the picture.
     bool pixel_at(QPoint pos, int& x, int& y) const;
     QSize sizeHint() const override;
@@ -48,6 +50,8 @@ protected:
     void leaveEvent(QEvent*) override;
 
 private:
+    // Remembers the pixel under the pointer and tells it.
+    void show_hover(int x, int y);
     // Pointer position in pixels, past the edge too (tools clip).
     void pixel_of(QPoint pos, int& x, int& y) const;
 
@@ -60,6 +64,7 @@ private:
     int dash_offset_ = 0;
     int level_at_press_ = 0;
     int blink_ = 0;
+    QPoint hover_{-1, -1};
 };
 
 }  // namespace korvex::gui

@@ -136,16 +136,31 @@ TEST(EditorWindow, DrawUndoRedoAndApplyReachTheElementText) {
     QApplication::sendEvent(c, &hover);
     EXPECT_TRUE(ed->position_label()->text().startsWith("x 1  y 1  #")) << ed->position_label()->text().toStdString();
 
+    // After an undo, and after a click that does not move the pointer, the
+    // status line names the pixel under the pointer as it is now.
+    const auto status_of = [&](int x, int y) {
+        return QString("x %1  y %2  #%3  colour %4")
+            .arg(x)
+            .arg(y)
+            .arg(QString::fromStdString(korvex::editor::hex6(e.surface.at(x, y))))
+            .arg(e.pixels.at(x, y) + 1);
+    };
     QTest::keyClick(ed, Qt::Key_Z, Qt::ControlModifier);
     EXPECT_EQ(e.undo.level(), 1);
+    EXPECT_NE(e.pixels.at(1, 1), 1);
+    EXPECT_TRUE(ed->position_label()->text().startsWith(status_of(1, 1))) << ed->position_label()->text().toStdString();
     QTest::keyClick(ed, Qt::Key_Y, Qt::ControlModifier);
     EXPECT_EQ(e.undo.level(), 2);
+    EXPECT_TRUE(ed->position_label()->text().startsWith(status_of(1, 1))) << ed->position_label()->text().toStdString();
     QTest::keyClick(ed, Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
     EXPECT_EQ(e.undo.level(), 2);  // already at the top
     QTest::keyClick(ed, Qt::Key_Z, Qt::ControlModifier);
     QTest::keyClick(ed, Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
     EXPECT_EQ(e.undo.level(), 2);
     EXPECT_EQ(e.pixels.at(1, 1), 1);
+    QTest::mouseClick(c, Qt::LeftButton, Qt::NoModifier, at(c, 1, 1));
+    EXPECT_EQ(e.pixels.at(1, 1), 0);
+    EXPECT_TRUE(ed->position_label()->text().startsWith(status_of(1, 1))) << ed->position_label()->text().toStdString();
 
     // A label typed in the panel.
     ed->labels()->text_box()->setPlainText("Test label");
