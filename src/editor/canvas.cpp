@@ -80,28 +80,73 @@ void translate(EditorSession& e) {
     e.lastpalok = false;
 }
 
-std::vector<uint32_t> undo_picture(const EditorSession& e) {
-    if (e.truecolour) return e.surface.pixels();
-    const std::vector<uint8_t>& idx = e.pixels.values();
-    return std::vector<uint32_t>(idx.begin(), idx.end());
-}
-
-void start_history(EditorSession& e) { e.undo.reset(undo_picture(e)); }
-
 namespace {
 
-void show_level(EditorSession& e, const std::vector<uint32_t>& picture) {
+// Head of a history level: width, height, true colour, the palette's
+// colours and alphas, each list after its length.
+constexpr size_t k_undo_head_fixed = 3;
+
+void show_level(EditorSession& e, const std::vector<uint32_t>& level) {
+    if (level.size() < k_undo_head_fixed + 2) return;
+    size_t at = 0;
+    const int w = static_cast<int>(level[at++]);
+    const int h = static_cast<int>(level[at++]);
+    const bool truecolour = level[at++] != 0;
+    const size_t ncols = level[at++];
+    if (at + ncols >= level.size()) return;
+    std::vector<uint32_t> colours(level.begin() + static_cast<long>(at), level.begin() + static_cast<long>(at + ncols));
+    at += ncols;
+    const size_t nalpha = level[at++];
+    if (at + nalpha > level.size()) return;
+    std::vector<uint8_t> alpha;
+    for (size_t i = 0; i < nalpha; ++i) alpha.push_back(static_cast<uint8_t>(level[at + i]));
+    at += nalpha;
+    const size_t plane = static_cast<size_t>(std::max(w, 0)) * static_cast<size_t>(std::max(h, 0));
+    if (level.size() - at != plane) return;
+    if (w != e.width || h != e.height) {
+        e.width = w;
+        e.height = h;
+        e.pixels = PixelGrid(w, h);
+        e.opacity = PixelGrid(w, h);
+        e.surface = Raster(w, h);
+    }
+    if (e.palette.colours != colours || e.palette.alpha != alpha) {
+        e.palette.colours = std::move(colours);
+        e.palette.alpha = std::move(alpha);
+        if (!e.palette.valid(e.curcol)) e.curcol = -1;
+        if (!e.palette.valid(e.curcol2)) e.curcol2 = -1;
+    }
+    e.truecolour = truecolour;
     if (e.truecolour) {
-        if (picture.size() == e.surface.pixels().size()) e.surface.pixels() = picture;
+        e.surface.pixels().assign(level.begin() + static_cast<long>(at), level.end());
+        e.pixeltext.clear();
         return;
     }
     std::vector<uint8_t>& idx = e.pixels.values();
-    if (picture.size() != idx.size()) return;
-    for (size_t i = 0; i < idx.size(); ++i) idx[i] = static_cast<uint8_t>(picture[i]);
+    for (size_t i = 0; i < idx.size(); ++i) idx[i] = static_cast<uint8_t>(level[at + i]);
     painticon(e);
 }
 
 }  // namespace
+
+std::vector<uint32_t> undo_picture(const EditorSession& e) {
+    std::vector<uint32_t> level = {static_cast<uint32_t>(std::max(e.width, 0)), static_cast<uint32_t>(std::max(e.height, 0)),
+                                   e.truecolour ? 1u : 0u, static_cast<uint32_t>(e.palette.colours.size())};
+    level.insert(level.end(), e.palette.colours.begin(), e.palette.colours.end());
+    level.push_back(static_cast<uint32_t>(e.palette.alpha.size()));
+    level.insert(level.end(), e.palette.alpha.begin(), e.palette.alpha.end());
+    if (e.truecolour) {
+        level.insert(level.end(), e.surface.pixels().begin(), e.surface.pixels().end());
+    } else {
+        const std::vector<uint8_t>& idx = e.pixels.values();
+        level.insert(level.end(), idx.begin(), idx.end());
+    }
+    return level;
+}
+
+void start_history(EditorSession& e) { e.undo.reset(undo_picture(e)); }
+
+void show_undo_level(EditorSession& e) { show_level(e, e.undo.current()); }
 
 bool undo_step(EditorSession& e) {
     std::vector<uint32_t> picture;

@@ -27,8 +27,13 @@ void painticon(EditorSession& e);
 // exact entry colours, and the picture is stored as a new undo level.
 void translate(EditorSession& e);
 
-// The history's plane for the picture: indices, or colours for true colour.
+// The history's level for the picture: its size, mode and palette, then the
+// plane (indices, or colours for true colour), so that a step that brought
+// a new palette or size (an import, a paste, a reduction, a filter) is
+// taken back whole.
 std::vector<uint32_t> undo_picture(const EditorSession& e);
+// The picture becomes the history's level shown.
+void show_undo_level(EditorSession& e);
 // Level 0 becomes the picture as it stands; earlier levels are gone.
 void start_history(EditorSession& e);
 // Ctrl+Z and Ctrl+Y: false when there is nothing to step to.

@@ -33,12 +33,16 @@ std::string colour_count_text(const std::vector<long>& counts, int entry) {
     return "Colour Count: " + std::to_string(counts[static_cast<size_t>(entry - 1)]) + " (colour " + std::to_string(entry) + ")";
 }
 
-void blink_entry(EditorSession& e, int entry) {
-    if (e.truecolour || !e.palette.valid(entry)) return;
-    const std::vector<uint8_t>& idx = e.pixels.values();
-    std::vector<uint32_t>& px = e.surface.pixels();
-    for (size_t i = 0; i < idx.size() && i < px.size(); ++i)
-        if (idx[i] == entry - 1) px[i] = k_blink_colour;
+Raster blink_view(const Raster& view, const EditorSession& e, int entry) {
+    Raster shown = view;
+    if (e.truecolour || !e.palette.valid(entry)) return shown;
+    const uint32_t colour = e.palette.colour(entry);
+    const int w = std::min(shown.width(), e.width);
+    const int h = std::min(shown.height(), e.height);
+    for (int y = 0; y < h; ++y)
+        for (int x = 0; x < w; ++x)
+            if (e.pixels.at(x, y) == entry - 1 && shown.at(x, y) == colour) shown.set(x, y, k_blink_colour);
+    return shown;
 }
 
 }  // namespace korvex::editor

@@ -27,8 +27,10 @@ int next_rarer(const std::vector<long>& counts, int current);
 // The report of an entry: "Colour Count:" with the entry and its count.
 std::string colour_count_text(const std::vector<long>& counts, int entry);
 
-// One half of a blink: the entry's pixels on the surface take the blink
-// colour. painticon brings them back.
-void blink_entry(EditorSession& e, int entry);
+// One half of a blink, for the view only: a copy of view in which the
+// entry's pixels (those still showing the entry's colour) take the blink
+// colour. The surface and the pixels stay as they are, so a tool used while
+// the entry blinks never meets the blink colour.
+Raster blink_view(const Raster& view, const EditorSession& e, int entry);
 
 }  // namespace korvex::editor

@@ -130,8 +130,9 @@ bool Filter(EditorSession& e, int code, platform::Prompt& ui) {
     e.surface = std::move(*out);
     const bool point = e.curclass == 2 || e.curclass == 4;
     ui.status(reduce_status(histogram(e, point ? ReduceMode::full : ReduceMode::paste)));
-    start_history(e);
-    e.lastpalok = true;
+    // One step of the history, with the palette the reduction made.
+    e.undo.store(undo_picture(e));
+    e.lastpalok = false;
     e.eddirty = true;
     e.changes2 |= ch_filter;
     return true;

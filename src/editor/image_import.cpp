@@ -148,6 +148,8 @@ bool import_picture(EditorSession& e, ToolEngine& tools, platform::Prompt& ui, c
     if (!night_allows_paste(e, ui, picture)) return false;
     // The surface holds the picture's colours already.
     if (to_rgb) e.truecolour = true;
+    // The resize on the way starts a history; the import is one step of the one before.
+    const UndoHistory history = e.undo;
     savebmp(e, 0);
     if (!pasteinto_p4(e, ui, picture)) return false;
     const ReduceOutcome reduced = pasteloadedpic(e, picture, opt);
@@ -156,7 +158,8 @@ bool import_picture(EditorSession& e, ToolEngine& tools, platform::Prompt& ui, c
     if (!e.truecolour) e.curcol = -1;
     e.eddirty = true;
     e.changes2 |= ch_imported;
-    start_history(e);
+    e.undo = history;
+    e.undo.store(undo_picture(e));  // a step of its own: Undo brings the picture before back
     savebmp(e, 1);
     return true;
 }
@@ -255,17 +258,16 @@ bool pastebut(EditorSession& e, ToolEngine& tools, platform::Prompt& ui, platfor
     if (into_selection || tools.has_frame()) return paste_into_selection(e, tools, ui, *picture, opt);
     if (!chkbmp(e, ui)) return false;
     if (!night_allows_paste(e, ui, *picture)) return false;
+    const UndoHistory history = e.undo;
     savebmp(e, 0);
     if (!pasteinto_p4(e, ui, *picture)) return false;
     const ReduceOutcome reduced = pasteloadedpic(e, *picture, opt);
     if (reduced.before > 0) ui.status(reduce_status(reduced));
     e.eddirty = true;
     e.changes2 |= ch_imported;
-    // A true-colour paste is one step of the history; a new palette starts it again.
-    if (e.truecolour)
-        e.undo.store(undo_picture(e));
-    else
-        start_history(e);
+    // A paste is one step of the history, its palette and size with it.
+    e.undo = history;
+    e.undo.store(undo_picture(e));
     savebmp(e, 1);
     return true;
 }

@@ -198,10 +198,15 @@ std::string box_to_slot(const std::string& box) {
     return out;
 }
 
-std::string choose_language(EditorSession& e, int slot, const std::string& shown_box) {
+void store_label(EditorSession& e, const std::string& shown_box) {
     LabelState& l = e.labels;
     if (e.labelchanged && l.curlang >= 0 && static_cast<size_t>(l.curlang) < l.labels.size())
         l.labels[static_cast<size_t>(l.curlang)].text = box_to_slot(shown_box);
+}
+
+std::string choose_language(EditorSession& e, int slot, const std::string& shown_box) {
+    LabelState& l = e.labels;
+    store_label(e, shown_box);
     e.labelchanged = false;
     if (slot < 0 || static_cast<size_t>(slot) >= l.labels.size()) return {};
     l.curlang = slot;

@@ -48,6 +48,11 @@ std::string slot_to_box(const std::string& stored);
 // The box's text for its slot: line ends to "|".
 std::string box_to_slot(const std::string& box);
 
+// The shown text (line ends as in the box, bytes in the slot's code page)
+// goes to the current slot, only when it was edited: an untouched label
+// keeps its exact bytes, even those the code page cannot show.
+void store_label(EditorSession& e, const std::string& shown_box);
+
 // Choosing another language slot: the shown text goes to its slot when it
 // was changed, and the new slot's text is returned for the box.
 std::string choose_language(EditorSession& e, int slot, const std::string& shown_box);

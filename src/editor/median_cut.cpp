@@ -129,8 +129,8 @@ ReduceOutcome reduce_colours(EditorSession& e, int target) {
     const bool palette_icon = !e.truecolour;
     if (palette_icon) save_curpalette(e);
     ReduceOutcome out = take_palette(e, std::move(colours));
-    start_history(e);
-    e.lastpalok = palette_icon;
+    e.undo.store(undo_picture(e));
+    e.lastpalok = false;
     return out;
 }
 

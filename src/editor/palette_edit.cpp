@@ -57,6 +57,33 @@ int add_colour(EditorSession& e, platform::Prompt& ui, uint32_t default1, uint32
     return entry;
 }
 
+namespace {
+
+// The entry a deleted entry's pixels take: the nearest remaining colour by
+// the sum of squared channel differences, the lower entry at a tie; the
+// index counts after the deleted entry has moved out.
+int removecol_heir(const std::vector<uint32_t>& colours, int gone) {
+    const uint32_t c = colours[static_cast<size_t>(gone)];
+    int best = 0;
+    long best_d = -1;
+    for (int i = 0; i < static_cast<int>(colours.size()); ++i) {
+        if (i == gone) continue;
+        const uint32_t o = colours[static_cast<size_t>(i)];
+        long d = 0;
+        for (int shift : {0, 8, 16}) {
+            const long diff = static_cast<long>((c >> shift) & 0xFF) - static_cast<long>((o >> shift) & 0xFF);
+            d += diff * diff;
+        }
+        if (best_d < 0 || d < best_d) {
+            best_d = d;
+            best = i < gone ? i : i - 1;
+        }
+    }
+    return best;
+}
+
+}  // namespace
+
 bool removecol(EditorSession& e, int entry, platform::Prompt& ui, bool opacity_panel) {
     if (e.truecolour) {
         ui.message("Convert to 256 Colours first.");
@@ -68,7 +95,7 @@ bool removecol(EditorSession& e, int entry, platform::Prompt& ui, bool opacity_p
     }
     if (!e.palette.valid(entry) || e.ncols() < 2) return false;
     const int gone = entry - 1;
-    const int heir = gone == 0 ? 0 : gone - 1;  // index after the move down
+    const int heir = removecol_heir(e.palette.colours, gone);  // index after the move down
     for (uint8_t& v : e.pixels.values()) {
         if (v == gone)
             v = static_cast<uint8_t>(heir);

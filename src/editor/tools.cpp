@@ -295,11 +295,7 @@ bool ToolEngine::escape() {
     if (drawing_) {
         // The stroke so far is taken back: the surface returns to the data.
         drawing_ = false;
-        std::vector<uint32_t> shown = e_.undo.current();
-        if (e_.truecolour)
-            e_.surface.pixels() = shown;
-        else
-            painticon(e_);
+        show_undo_level(e_);
     }
     reset_states();
     layer_ = {};

@@ -11,14 +11,15 @@ void UndoHistory::reset(std::vector<uint32_t> picture) {
 }
 
 void UndoHistory::store(const std::vector<uint32_t>& picture) {
-    if (picture.size() != shown_.size()) {
-        reset(picture);
-        return;
-    }
     steps_.resize(cursor_);
     Step step;
-    for (size_t i = 0; i < picture.size(); ++i)
-        if (picture[i] != shown_[i]) step.push_back({static_cast<uint32_t>(i), shown_[i], picture[i]});
+    if (picture.size() != shown_.size()) {
+        step.before = shown_;
+        step.after = picture;
+    } else {
+        for (size_t i = 0; i < picture.size(); ++i)
+            if (picture[i] != shown_[i]) step.changes.push_back({static_cast<uint32_t>(i), shown_[i], picture[i]});
+    }
     shown_ = picture;
     steps_.push_back(std::move(step));
     ++cursor_;
@@ -33,7 +34,9 @@ void UndoHistory::store(const std::vector<uint32_t>& picture) {
 bool UndoHistory::undo(std::vector<uint32_t>& picture) {
     if (cursor_ == 0) return false;
     --cursor_;
-    for (const Change& c : steps_[cursor_]) shown_[c.at] = c.before;
+    const Step& step = steps_[cursor_];
+    if (!step.before.empty() || !step.after.empty()) shown_ = step.before;
+    for (const Change& c : step.changes) shown_[c.at] = c.before;
     --level_;
     picture = shown_;
     return true;
@@ -41,7 +44,9 @@ bool UndoHistory::undo(std::vector<uint32_t>& picture) {
 
 bool UndoHistory::redo(std::vector<uint32_t>& picture) {
     if (cursor_ >= steps_.size()) return false;
-    for (const Change& c : steps_[cursor_]) shown_[c.at] = c.after;
+    const Step& step = steps_[cursor_];
+    if (!step.before.empty() || !step.after.empty()) shown_ = step.after;
+    for (const Change& c : step.changes) shown_[c.at] = c.after;
     ++cursor_;
     ++level_;
     picture = shown_;

@@ -25,8 +25,8 @@ public:
     // Clears the history and stores picture as level 0.
     void reset(std::vector<uint32_t> picture);
     // A new action: the level goes up by one, the levels above are dropped,
-    // and picture is stored there. A picture of another size than level 0
-    // resets the history to it.
+    // and picture is stored there. A picture of another length than the
+    // level below is kept whole in its step.
     void store(const std::vector<uint32_t>& picture);
 
     // The picture one level back or forward; false (and picture untouched)
@@ -45,7 +45,10 @@ private:
     struct Change {
         uint32_t at, before, after;
     };
-    using Step = std::vector<Change>;
+    struct Step {
+        std::vector<Change> changes;
+        std::vector<uint32_t> before, after;  // whole levels, when the length changed
+    };
     std::vector<uint32_t> shown_;
     std::deque<Step> steps_;  // step k turns level (bottom + k) into the next
     size_t cursor_ = 0;       // steps below the level shown

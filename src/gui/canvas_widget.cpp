@@ -8,6 +8,7 @@
 #include <cmath>
 
 #include "editor/canvas.h"
+#include "editor/colour_count.h"
 
 namespace korvex::gui {
 
@@ -102,6 +103,12 @@ bool CanvasWidget::pixel_at(QPoint pos, int& x, int& y) const {
     return x >= 0 && y >= 0 && x < e_.width && y < e_.height;
 }
 
+void CanvasWidget::set_blink(int entry) {
+    if (entry == blink_) return;
+    blink_ = entry;
+    update();
+}
+
 void CanvasWidget::paintEvent(QPaintEvent*) {
     QPainter p(this);
     p.fillRect(rect(), palette().window());
@@ -118,7 +125,7 @@ void CanvasWidget::paintEvent(QPaintEvent*) {
         return;
     }
     const QRect area(k_margin, k_margin, e_.width * zoom_, e_.height * zoom_);
-    p.drawImage(area, image_of(tools_.view()));
+    p.drawImage(area, image_of(blink_ > 0 ? editor::blink_view(tools_.view(), e_, blink_) : tools_.view()));
     if (grid_ && zoom_ >= 4) {
         p.setPen(grid_colour_);
         for (int x = 0; x <= e_.width; ++x) p.drawLine(area.left() + x * zoom_, area.top(), area.left() + x * zoom_, area.bottom());
@@ -151,6 +158,7 @@ void CanvasWidget::mousePressEvent(QMouseEvent* ev) {
     const int cols[2] = {e_.curcol, e_.curcol2};
     tools_.press(x, y, ev->button() == Qt::RightButton);
     update();
+    show_hover(x, y);
     // The picker changes the buttons' colours: the palette shows them.
     if (e_.undo.level() != level_at_press_ || e_.eddirty != was_dirty || cols[0] != e_.curcol || cols[1] != e_.curcol2)
         emit edited();
@@ -160,10 +168,7 @@ void CanvasWidget::mouseMoveEvent(QMouseEvent* ev) {
     int x, y;
     pixel_of(ev->position().toPoint(), x, y);
     tools_.move(x, y);
-    if (x >= 0 && y >= 0 && x < e_.width && y < e_.height)
-        emit hovered(x, y);
-    else
-        emit hovered(-1, -1);
+    show_hover(x, y);
     update();
 }
 
@@ -174,6 +179,7 @@ void CanvasWidget::mouseReleaseEvent(QMouseEvent* ev) {
     const int before = e_.undo.level();
     tools_.release(x, y);
     update();
+    show_hover(x, y);
     if (e_.undo.level() != before || e_.undo.level() != level_at_press_) emit edited();
 }
 
@@ -197,6 +203,12 @@ void CanvasWidget::wheelEvent(QWheelEvent* ev) {
     ev->accept();
 }
 
-void CanvasWidget::leaveEvent(QEvent*) { emit hovered(-1, -1); }
+void CanvasWidget::leaveEvent(QEvent*) { show_hover(-1, -1); }
+
+void CanvasWidget::show_hover(int x, int y) {
+    // Sent after a tool acted too, so the status line names the pixel as it is now.
+    hover_ = x >= 0 && y >= 0 && x < e_.width && y < e_.height ? QPoint(x, y) : QPoint(-1, -1);
+    emit hovered(hover_.x(), hover_.y());
+}
 
 }  // namespace korvex::gui

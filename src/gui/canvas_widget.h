@@ -23,7 +23,13 @@ public:
     void set_grid_colour(QColor c) { grid_colour_ = c; update(); }
     // The picture changed size or content.
     void picture_changed();
+    // A palette entry shown in the blink colour (0: none). Only the view
+    // blinks; the picture is never touched.
+    void set_blink(int entry);
+    int blink() const { return blink_; }
 
+    // The picture pixel under the pointer, (-1, -1) when it is elsewhere.
+    QPoint hover() const { return hover_; }
     // The pixel under a widget position; false outside the picture.
     bool pixel_at(QPoint pos, int& x, int& y) const;
     QSize sizeHint() const override;
@@ -44,6 +50,8 @@ protected:
     void leaveEvent(QEvent*) override;
 
 private:
+    // Remembers the pixel under the pointer and tells it.
+    void show_hover(int x, int y);
     // Pointer position in pixels, past the edge too (tools clip).
     void pixel_of(QPoint pos, int& x, int& y) const;
 
@@ -55,6 +63,8 @@ private:
     QTimer march_;
     int dash_offset_ = 0;
     int level_at_press_ = 0;
+    int blink_ = 0;
+    QPoint hover_{-1, -1};
 };
 
 }  // namespace korvex::gui

@@ -260,7 +260,6 @@ void EditorFilters::colour_count(int index) {
     w_.position_->setText(QString::fromStdString(editor::colour_count_text(counts, entry) + "  #" +
                                                  editor::hex6(e.palette.colour(entry))));
     // The entry blinks: three times in the blink colour and back.
-    if (blink_->isActive()) editor::painticon(e);
     blink_entry_ = entry;
     blink_step_ = 0;
     blink_tick();
@@ -271,14 +270,11 @@ void EditorFilters::blink_tick() {
     editor::EditorSession& e = w_.e_;
     if (blink_step_ >= 2 * editor::k_blinks || !e.palette.valid(blink_entry_)) {
         blink_->stop();
-        editor::painticon(e);
-    } else if (blink_step_ % 2 == 0) {
-        editor::blink_entry(e, blink_entry_);
+        w_.canvas_->set_blink(0);
     } else {
-        editor::painticon(e);
+        w_.canvas_->set_blink(blink_step_ % 2 == 0 ? blink_entry_ : 0);
     }
     ++blink_step_;
-    w_.canvas_->update();
 }
 
 }  // namespace korvex::gui

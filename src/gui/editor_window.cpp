@@ -517,6 +517,9 @@ void EditorWindow::refresh_after_edit() {
     if (height_ && !height_->hasFocus()) height_->setValue(e_.height);
     level_->setText(QString("Undo level %1").arg(e_.undo.level()));
     image_->refresh();
+    // The pixel under the pointer may have changed under it (undo, a filter).
+    const QPoint h = canvas_->hover();
+    if (h.x() >= 0 && h.x() < e_.width && h.y() < e_.height) show_position(h.x(), h.y());
 }
 
 void EditorWindow::show_position(int x, int y) {

@@ -110,10 +110,12 @@ LabelPanel::LabelPanel(editor::EditorSession& e, platform::Prompt& ui, int file_
     connect(languages_, &QComboBox::currentIndexChanged, this, [this](int i) {
         if (filling_) return;
         store_shown();
+        e_.labelchanged = false;
         show_slot(i);
     });
     connect(add, &QPushButton::clicked, this, [this] {
         store_shown();
+        e_.labelchanged = false;
         e_.labels.labels.push_back({0, new_language_->currentIndex(), ""});
         e_.changes2 |= editor::ch_language;
         fill_languages();
@@ -193,11 +195,10 @@ void LabelPanel::show_slot(int slot) {
 }
 
 void LabelPanel::store_shown() {
-    const int slot = e_.labels.curlang;
-    if (slot < 0 || static_cast<size_t>(slot) >= e_.labels.labels.size()) return;
-    const std::string text = editor::box_to_slot(to_codepage(text_->toPlainText(), codepage_of(slot)));
-    std::string& stored = e_.labels.labels[static_cast<size_t>(slot)].text;
-    if (text != stored) stored = text;
+    // Converting back to the code page turns what it cannot show into "?":
+    // only an edited label goes through it.
+    if (!e_.labelchanged) return;
+    editor::store_label(e_, to_codepage(text_->toPlainText(), codepage_of(e_.labels.curlang)));
 }
 
 void LabelPanel::refresh_sample() {

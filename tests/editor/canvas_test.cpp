@@ -328,10 +328,13 @@ TEST(Undo, KeepsTheLastFiveHundredLevels) {
     while (h.undo(p)) ++steps;
     EXPECT_EQ(steps, UndoHistory::k_levels);
     EXPECT_EQ(p, std::vector<uint32_t>{100});
-    // Another size starts again.
+    // A level of another size (a new palette or picture) is a step too.
     h.store({1, 2});
-    EXPECT_EQ(h.level(), 0);
-    EXPECT_FALSE(h.undo(p));
+    EXPECT_EQ(h.level(), 101);
+    ASSERT_TRUE(h.undo(p));
+    EXPECT_EQ(p, std::vector<uint32_t>{100});
+    ASSERT_TRUE(h.redo(p));
+    EXPECT_EQ(p, (std::vector<uint32_t>{1, 2}));
 }
 
 TEST(Undo, PaletteChangeIsTakenBackAndBroughtAgainAndAStrokeEndsThat) {

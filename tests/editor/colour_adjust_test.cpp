@@ -181,11 +181,16 @@ TEST(ColourCount, CountsWalkToTheNextRarerEntryAndBlink) {
     EXPECT_EQ(colour_count_text(counts, 1), "Colour Count: 5 (colour 1)");
     EXPECT_EQ(next_rarer({}, 1), 0);
 
-    blink_entry(e, 2);
-    EXPECT_EQ(e.surface.at(2, 0), k_blink_colour);
-    EXPECT_EQ(e.surface.at(1, 0), rgb(1, 1, 1));
-    painticon(e);
-    EXPECT_EQ(e.surface.at(2, 0), rgb(2, 2, 2));
+    // The blink is a copy for the view: the surface a tool reads keeps the
+    // entry's colour, and a pixel a tool preview covers is not blinked.
+    const Raster surface = e.surface;
+    Raster view = e.surface;
+    view.set(4, 0, rgb(9, 9, 9));
+    const Raster shown = blink_view(view, e, 2);
+    EXPECT_EQ(shown.at(2, 0), k_blink_colour);
+    EXPECT_EQ(shown.at(1, 0), rgb(1, 1, 1));
+    EXPECT_EQ(blink_view(view, e, 3).at(4, 0), rgb(9, 9, 9));
+    EXPECT_EQ(e.surface, surface);
 }
 
 TEST(Patterns, StripesAndWavesPaintTheCurrentColourWithinTheArea) {

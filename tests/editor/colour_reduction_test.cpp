@@ -254,10 +254,16 @@ TEST(MedianCut, SplitsTheWidestRangeAtTheMedianAndKeepsTheMarker) {
     EXPECT_EQ(out.before, 5);
     EXPECT_EQ(e.palette.colours, (std::vector<uint32_t>{rgb(5, 0, 0), rgb(205, 0, 0), M}));
     EXPECT_EQ(indexes(e), (std::vector<uint32_t>{0, 0, 1, 1, 2}));
-    EXPECT_EQ(e.undo.level(), 0);
-    ASSERT_TRUE(load_lastpalette(e));  // Ctrl+Z
+    // A step of the history: Ctrl+Z brings picture and palette back.
+    EXPECT_EQ(e.undo.level(), 1);
+    EXPECT_FALSE(e.lastpalok);
+    ASSERT_TRUE(undo_step(e));
     EXPECT_EQ(indexes(e), (std::vector<uint32_t>{0, 1, 2, 3, 4}));
     EXPECT_EQ(e.ncols(), 5);
+    EXPECT_EQ(e.surface.at(1, 0), k10);
+    ASSERT_TRUE(redo_step(e));
+    EXPECT_EQ(indexes(e), (std::vector<uint32_t>{0, 0, 1, 1, 2}));
+    EXPECT_EQ(e.ncols(), 3);
 
     // A polygon keeps two entries whatever is asked, the marker second.
     EditorSession p = session(0, 3, 1, {M, k, k10}, {k, M});

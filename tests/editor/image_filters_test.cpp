@@ -136,7 +136,7 @@ TEST(Filter, RefusalsChangeNothing) {
     EXPECT_EQ(e.undo.level(), 1);
     ScriptedPrompt yes;
     EXPECT_TRUE(Filter(e, f_blur, yes));
-    EXPECT_EQ(e.undo.level(), 0);
+    EXPECT_EQ(e.undo.level(), 2);
     EXPECT_EQ(e.surface.at(1, 0), M);  // transparent pixels stay
 
     // Sharpen Hard changes nothing, not even the Ctrl+Z state.
@@ -161,17 +161,20 @@ TEST(Filter, ResultIsANewPictureThatCtrlZTakesBack) {
     EXPECT_GT(e.ncols(), 2);
     EXPECT_TRUE(e.changes2 & ch_filter);
     EXPECT_TRUE(e.eddirty);
-    EXPECT_EQ(e.undo.level(), 0);
+    EXPECT_EQ(e.undo.level(), 1);
     EXPECT_EQ(e.surface.at(5, 5), grey(128));  // (12 x 100 + 4 x 100 + 4 x 200) / 20 + 8
     EXPECT_EQ(e.surface.at(5, 6), grey(188));  // (12 x 200 + 4 x 200 + 4 x 100) / 20 + 8
     for (uint8_t v : e.pixels.values()) ASSERT_LT(v, e.ncols());
     const PixelGrid after = e.pixels;
-    // Ctrl+Z: palette and picture as they were; again: the filter's result.
-    ASSERT_TRUE(load_lastpalette(e));
+    // Ctrl+Z: palette and picture as they were; redo: the filter's result.
+    EXPECT_FALSE(e.lastpalok);
+    ASSERT_TRUE(undo_step(e));
     EXPECT_EQ(e.pixels, pixels);
     EXPECT_EQ(e.palette, palette);
-    ASSERT_TRUE(load_lastpalette(e));
+    EXPECT_EQ(e.surface.at(5, 5), grey(100));
+    ASSERT_TRUE(redo_step(e));
     EXPECT_EQ(e.pixels, after);
+    EXPECT_EQ(e.surface.at(5, 5), grey(128));
 
     // A polygon keeps two colours.
     EditorSession p = checkered_point(8, 8, {grey(60), grey(220)});

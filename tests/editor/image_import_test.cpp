@@ -2,6 +2,7 @@
 // of a file, paste of the clipboard's picture over the bitmap or into a
 // selection, copy and cut, the size rules; refusals leave the bitmap as it
 // was.
+#include "editor/canvas.h"
 #include "editor/image_import.h"
 #include "editor/image_raster.h"
 #include "editor/point_size.h"
@@ -56,6 +57,18 @@ TEST(ImageImport, APointTakesTheFileAsATrueColourIcon) {
     EXPECT_TRUE(e.truecolour);
     EXPECT_EQ(e.width_box * 10 + e.height_box, 32);  // a larger picture gives the point its size
     EXPECT_EQ(e.surface.pixels(), (std::vector<uint32_t>{rgb(255, 0, 0), rgb(0, 255, 0), rgb(0, 0, 255), rgb(1, 2, 3), rgb(255, 0, 0), W}));
+    // The import is a step of the history: Ctrl+Z gives back the palette
+    // picture of the size before, Ctrl+Y the import.
+    const EditorSession imported = e;
+    ASSERT_TRUE(undo_step(e));
+    EXPECT_FALSE(e.truecolour);
+    EXPECT_EQ(e.width * 10 + e.height, 22);
+    EXPECT_EQ(e.pixels, before.pixels);
+    EXPECT_EQ(e.palette, before.palette);
+    EXPECT_EQ(e.surface, before.surface);
+    ASSERT_TRUE(redo_step(e));
+    EXPECT_TRUE(e.truecolour);
+    EXPECT_EQ(e.surface, imported.surface);
     ASSERT_TRUE(size_undo_step(e, 0));
     EXPECT_EQ(e.surface, before.surface);
 
@@ -132,12 +145,21 @@ TEST(ImageImport, APaletteIconTakesThePicturesColoursThroughTheReduction) {
     platform::MemoryClipboard clip;
     clip.set_image({3, 3, {red, green, blue, blue, red, green, green, blue, red}});
     EditorSession e = point(2, 2);
+    const EditorSession before = e;
     ToolEngine pt(e, ui);
     ASSERT_TRUE(pastebut(e, pt, ui, clip, false));
     EXPECT_EQ(e.ncols(), 3);
     EXPECT_EQ(e.surface.pixels()[5], rgb(0, 255, 0));
     EXPECT_EQ(e.palette.colour(e.pixels.at(1, 2) + 1), rgb(0, 0, 255));
     EXPECT_EQ(ui.statuses.back().rfind("Reducing colours from ", 0), 0u);
+    // Ctrl+Z takes the paste back with its palette and size.
+    const int level = e.undo.level();
+    ASSERT_TRUE(undo_step(e));
+    EXPECT_EQ(e.undo.level(), level - 1);
+    EXPECT_EQ(e.width * 10 + e.height, 22);
+    EXPECT_EQ(e.palette, before.palette);
+    EXPECT_EQ(e.pixels, before.pixels);
+    EXPECT_EQ(e.surface, before.surface);
 }
 
 TEST(ImagePaste, IntoASelectionThePaletteMustHoldTheColours) {

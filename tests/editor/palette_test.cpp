@@ -173,19 +173,38 @@ TEST(PaletteEdit, AddRemoveTrimFix) {
     EXPECT_EQ(e.curcol, 4);
     EXPECT_EQ(getcurcol(e.palette).substr(0, 15), "\"$\tc #010101\"\r\n");
 
+    // A deleted entry's pixels take the nearest colour left (white goes to
+    // 254 grey, not to the entry before it); later entries move down.
     e.pixels.set(0, 0, 3);
     e.pixels.set(1, 0, 2);
-    ASSERT_TRUE(removecol(e, 2, ui));
+    ASSERT_TRUE(removecol(e, 3, ui));
     EXPECT_EQ(e.ncols(), 3);
-    EXPECT_EQ(e.pixels.values(), (std::vector<uint8_t>{2, 1, 0}));
-    EXPECT_EQ(trimcols(e, ui), 0);
-    EXPECT_EQ(ui.messages.back(), "No usused colours found.");
-    e.pixels.set(1, 0, 0);
+    EXPECT_EQ(e.palette.colours, (std::vector<uint32_t>{rgb(1, 1, 1), rgb(2, 2, 2), rgb(254, 254, 254)}));
+    EXPECT_EQ(e.pixels.values(), (std::vector<uint8_t>{2, 2, 0}));
     EXPECT_EQ(trimcols(e, ui), 1);
     // The colours left are ordered as met.
     EXPECT_EQ(e.palette.colours, (std::vector<uint32_t>{rgb(254, 254, 254), rgb(1, 1, 1)}));
-    EXPECT_EQ(e.pixels.values(), (std::vector<uint8_t>{0, 1, 1}));
+    EXPECT_EQ(e.pixels.values(), (std::vector<uint8_t>{0, 0, 1}));
     EXPECT_EQ(ui.messages.back(), "Unused colours have been removed.");
+    EXPECT_EQ(trimcols(e, ui), 0);
+    EXPECT_EQ(ui.messages.back(), "No usused colours found.");
+    {
+        // At an exact tie the lower entry wins; the first entry's pixels
+        // take the nearest too.
+        EditorSession t;
+        t.curclass = 2;
+        resize_picture(t, 3, 1);
+        t.palette.colours = {rgb(10, 10, 10), rgb(0, 0, 0), rgb(20, 20, 20), rgb(12, 12, 12)};
+        t.pixels.set(0, 0, 0);
+        t.pixels.set(1, 0, 2);
+        t.pixels.set(2, 0, 3);
+        ASSERT_TRUE(removecol(t, 1, ui));
+        EXPECT_EQ(t.pixels.values(), (std::vector<uint8_t>{2, 1, 2}));
+        t.palette.colours = {rgb(0, 0, 0), rgb(10, 10, 10), rgb(20, 20, 20)};
+        t.pixels.set(0, 0, 1);
+        ASSERT_TRUE(removecol(t, 2, ui));
+        EXPECT_EQ(t.pixels.values()[0], 0);
+    }
 
     e.palette.colours.resize(k_max_colours, 7);
     EXPECT_EQ(add_colour(e, ui, 0, 0), 0);

@@ -20,6 +20,7 @@
 #include "gui/canvas_widget.h"
 #include "gui/editor_filters.h"
 #include "gui/editor_window.h"
+#include "gui/qt_colour.h"
 #include "platform/files.h"
 #include "platform/prompt.h"
 #include "typ/decoder.h"
@@ -39,6 +40,15 @@ int32_t filterable_point(const korvex::model::Store& s) {
             return r;
     }
     return -1;
+}
+
+// The widget position of the centre of picture pixel (x, y).
+QPoint filters_pixel_centre(korvex::gui::CanvasWidget* c, int x, int y) {
+    int px = 0, py = 0;
+    for (int sy = 0; sy < c->height(); ++sy)
+        for (int sx = 0; sx < c->width(); ++sx)
+            if (c->pixel_at(QPoint(sx, sy), px, py) && px == x && py == y) return QPoint(sx + c->zoom() / 2, sy + c->zoom() / 2);
+    return {};
 }
 
 struct FiltersFixture {
@@ -76,7 +86,7 @@ TEST(EditorFilters, AFilterFromTheMenuReachesTheElementOnApply) {
     ASSERT_TRUE(emboss->isEnabled());
     emboss->trigger();
     EXPECT_TRUE(e.changes2 & korvex::editor::ch_filter);
-    EXPECT_TRUE(e.lastpalok);
+    EXPECT_EQ(e.undo.level(), 1);  // a step that Ctrl+Z takes back
     EXPECT_TRUE(f.ed->position_label()->text().startsWith("Colours: "));
     EXPECT_FALSE(f.prompt.statuses.empty());
     EXPECT_EQ(f.prompt.statuses.back().rfind("Reducing colours from ", 0), 0u);
@@ -89,13 +99,36 @@ TEST(EditorFilters, AFilterFromTheMenuReachesTheElementOnApply) {
         }
     }
 
-    // The colour count names the rarest entry and blinks it three times.
+    // The colour count names the rarest entry and blinks it three times, in
+    // the view only: a stroke while it blinks leaves the entry's other
+    // pixels as they were.
     const korvex::editor::Raster shown = e.surface;
     f.action("Next Rarer Colour")->trigger();
     EXPECT_TRUE(f.ed->position_label()->text().startsWith("Colour Count: ")) << f.ed->position_label()->text().toStdString();
-    EXPECT_NE(std::find(e.surface.pixels().begin(), e.surface.pixels().end(), korvex::editor::k_blink_colour),
-              e.surface.pixels().end());
+    const int blinking = e.curcol;
+    EXPECT_EQ(f.ed->canvas()->blink(), blinking);
+    EXPECT_EQ(e.surface, shown);
+    {
+        int bx = -1, by = -1;
+        for (int y = 0; y < e.height && bx < 0; ++y)
+            for (int x = 0; x < e.width; ++x)
+                if (e.pixels.at(x, y) == blinking - 1) {
+                    bx = x;
+                    by = y;
+                    break;
+                }
+        ASSERT_GE(bx, 0);
+        const QImage look = f.ed->canvas()->grab().toImage();
+        const QPoint centre = filters_pixel_centre(f.ed->canvas(), bx, by);
+        EXPECT_EQ(QColor(look.pixel(centre)), korvex::gui::qcolour(korvex::editor::k_blink_colour));
+    }
+    const std::vector<uint8_t> pixels = e.pixels.values();
+    const int stroke_x = e.pixels.at(0, 0) == blinking - 1 ? 1 : 0;
+    e.curcol = e.pixels.at(stroke_x, 0) + 1;  // a stroke that leaves its pixel as it was
+    QTest::mouseClick(f.ed->canvas(), Qt::LeftButton, Qt::NoModifier, filters_pixel_centre(f.ed->canvas(), stroke_x, 0));
+    EXPECT_EQ(e.pixels.values(), pixels);
     QTest::qWait(1500);
+    EXPECT_EQ(f.ed->canvas()->blink(), 0);
     EXPECT_EQ(e.surface, shown);
 
     QTest::mouseClick(f.ed->apply_button(), Qt::LeftButton);

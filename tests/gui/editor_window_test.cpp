@@ -136,16 +136,31 @@ TEST(EditorWindow, DrawUndoRedoAndApplyReachTheElementText) {
     QApplication::sendEvent(c, &hover);
     EXPECT_TRUE(ed->position_label()->text().startsWith("x 1  y 1  #")) << ed->position_label()->text().toStdString();
 
+    // After an undo, and after a click that does not move the pointer, the
+    // status line names the pixel under the pointer as it is now.
+    const auto status_of = [&](int x, int y) {
+        return QString("x %1  y %2  #%3  colour %4")
+            .arg(x)
+            .arg(y)
+            .arg(QString::fromStdString(korvex::editor::hex6(e.surface.at(x, y))))
+            .arg(e.pixels.at(x, y) + 1);
+    };
     QTest::keyClick(ed, Qt::Key_Z, Qt::ControlModifier);
     EXPECT_EQ(e.undo.level(), 1);
+    EXPECT_NE(e.pixels.at(1, 1), 1);
+    EXPECT_TRUE(ed->position_label()->text().startsWith(status_of(1, 1))) << ed->position_label()->text().toStdString();
     QTest::keyClick(ed, Qt::Key_Y, Qt::ControlModifier);
     EXPECT_EQ(e.undo.level(), 2);
+    EXPECT_TRUE(ed->position_label()->text().startsWith(status_of(1, 1))) << ed->position_label()->text().toStdString();
     QTest::keyClick(ed, Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
     EXPECT_EQ(e.undo.level(), 2);  // already at the top
     QTest::keyClick(ed, Qt::Key_Z, Qt::ControlModifier);
     QTest::keyClick(ed, Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
     EXPECT_EQ(e.undo.level(), 2);
     EXPECT_EQ(e.pixels.at(1, 1), 1);
+    QTest::mouseClick(c, Qt::LeftButton, Qt::NoModifier, at(c, 1, 1));
+    EXPECT_EQ(e.pixels.at(1, 1), 0);
+    EXPECT_TRUE(ed->position_label()->text().startsWith(status_of(1, 1))) << ed->position_label()->text().toStdString();
 
     // A label typed in the panel.
     ed->labels()->text_box()->setPlainText("Test label");
@@ -229,6 +244,37 @@ TEST(EditorWindow, EscCancelsAToolCancelDiscardsAndRefusalsKeepTheEditorOpen) {
     EXPECT_EQ(f.prompt.questions.back(), "Exit without saving changes?");
     EXPECT_EQ(f.w->icon_editor(), ed);
     ed->cancel_clicked();
+}
+
+TEST(EditorWindow, ApplyKeepsTheBytesOfAnUntouchedLabel) {
+    // A byte the label's code page cannot show (0x81 in 1252) survives an
+    // Apply that only drew pixels; an edited label is stored as shown.
+    EditorFixture f;
+    EditorWindow* ed = f.open_drawable_sample_point();
+    ASSERT_NE(ed, nullptr);
+    const int32_t row = ed->session().row;
+    ed->cancel_clicked();
+    QApplication::processEvents();
+    std::string& own = f.w->store().pt_txt[static_cast<size_t>(row)];
+    const size_t label = own.find("String1=0x04,");
+    ASSERT_NE(label, std::string::npos) << own;
+    own.insert(label + 13, "\x81");
+    ed = f.open_cell(2, f.drawable_point());
+    ASSERT_NE(ed, nullptr);
+    ASSERT_EQ(ed->session().row, row);
+    ed->session().curcol = 2;
+    QTest::mouseClick(ed->canvas(), Qt::LeftButton, Qt::NoModifier, at(ed->canvas(), 0, 0));
+    QTest::mouseClick(ed->apply_button(), Qt::LeftButton);
+    QApplication::processEvents();
+    ASSERT_EQ(f.w->icon_editor(), nullptr);
+    EXPECT_NE(f.element_text(2, row).find("String1=0x04,\x81"), std::string::npos) << f.element_text(2, row);
+
+    ed = f.open_cell(2, f.drawable_point());
+    ASSERT_NE(ed, nullptr);
+    ed->labels()->text_box()->setPlainText("Edited");
+    QTest::mouseClick(ed->apply_button(), Qt::LeftButton);
+    QApplication::processEvents();
+    EXPECT_NE(f.element_text(2, row).find("String1=0x04,Edited"), std::string::npos) << f.element_text(2, row);
 }
 
 TEST(EditorWindow, PolygonDrawOrderAndTheSampleOnScreen) {
