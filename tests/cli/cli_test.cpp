@@ -43,6 +43,11 @@ protected:
     }
     void TearDown() override { fs::remove_all(dir); }
     std::string path(const std::string& name) const { return (dir / name).string(); }
+    // Puts the bytes into a file of the test's folder.
+    void write(const std::string& name, const std::string& bytes) const {
+        std::ofstream f(path(name), std::ios::binary | std::ios::trunc);
+        f << bytes;
+    }
     fs::path dir;
     std::string sample;
 };
@@ -107,10 +112,7 @@ TEST_F(CliTest, RefusedSaveLeavesTheOldOutputAndNoTemporaryFile) {
     ASSERT_GT(bytes.size(), 23u);
     bytes[21] = 0;
     bytes[22] = 0;
-    {
-        std::ofstream f(path("cp0.typ"), std::ios::binary);
-        f << bytes;
-    }
+    write("cp0.typ", bytes);
     CliRun r = cli("encode " + path("cp0.typ") + " -o " + out, true);
     EXPECT_EQ(r.status, 1);
     EXPECT_NE(r.out.find("message: Please enter valid codepage."), std::string::npos) << r.out;
@@ -129,10 +131,7 @@ TEST_F(CliTest, CodepageOptionSavesWithTheCodePageOfTheBox) {
     std::string bytes = read_bytes(sample);
     bytes[21] = 0;
     bytes[22] = 0;
-    {
-        std::ofstream f(path("cp0.typ"), std::ios::binary);
-        f << bytes;
-    }
+    write("cp0.typ", bytes);
     ASSERT_EQ(cli("encode " + path("cp0.typ") + " --codepage 1252 -o " + path("cp1252.typ")).status, 0);
     EXPECT_NE(cli("info " + path("cp1252.typ")).out.find("codepage: 1252\n"), std::string::npos);
     CliRun d = cli("decode " + path("cp0.typ") + " --codepage 65001");
@@ -152,10 +151,7 @@ TEST_F(CliTest, ZeroIdentifiersDecodeAsTheyAreAndEncodeAsksAsTheWindowDoes) {
     std::string bytes = read_bytes(sample);
     bytes[49] = 0;
     bytes[50] = 0;
-    {
-        std::ofstream f(path("pid0.typ"), std::ios::binary);
-        f << bytes;
-    }
+    write("pid0.typ", bytes);
     CliRun r = cli("decode " + path("pid0.typ"), true);
     EXPECT_EQ(r.status, 0);
     EXPECT_NE(r.out.find("ProductCode=0\r\n"), std::string::npos);
@@ -179,21 +175,15 @@ TEST_F(CliTest, ZeroIdentifiersDecodeAsTheyAreAndEncodeAsksAsTheWindowDoes) {
     EXPECT_NE(cli("info " + path("seven.typ")).out.find("pid: 7\n"), std::string::npos);
 
     // A draw order alone (no [_id]: FID and PID 0) decodes; encode needs a FID.
-    {
-        std::ofstream f(path("order.txt"), std::ios::binary);
-        f << "[_drawOrder]\r\nType=0x01,1\r\n[end]\r\n";
-    }
+    write("order.txt", "[_drawOrder]\r\nType=0x01,1\r\n[end]\r\n");
     CliRun no_fid = cli("encode " + path("order.txt") + " -o " + path("order.typ"), true);
     EXPECT_EQ(no_fid.status, 1);
     EXPECT_NE(no_fid.out.find("message: Please enter FID\n"), std::string::npos) << no_fid.out;
     EXPECT_FALSE(fs::exists(path("order.typ")));
     ASSERT_EQ(cli("encode " + path("order.txt") + " -o " + path("order.typ") + " --fid 5 --pid 0").status, 0);
-    {
-        std::string typ = read_bytes(path("order.typ"));
-        typ[47] = typ[48] = typ[49] = typ[50] = 0;
-        std::ofstream f(path("order.typ"), std::ios::binary | std::ios::trunc);
-        f << typ;
-    }
+    std::string typ = read_bytes(path("order.typ"));
+    typ[47] = typ[48] = typ[49] = typ[50] = 0;
+    write("order.typ", typ);
     CliRun order = cli("decode " + path("order.typ"), true);
     EXPECT_EQ(order.status, 0);
     EXPECT_NE(order.out.find("report: FID and PID are 0"), std::string::npos) << order.out;
@@ -204,15 +194,10 @@ TEST_F(CliTest, ZeroIdentifiersDecodeAsTheyAreAndEncodeAsksAsTheWindowDoes) {
 // A file that is empty or none of ours gets one line naming it and why, and
 // no output; a TYP whose body is damaged still loads with its report.
 TEST_F(CliTest, EmptyAndForeignFilesAreRefusedWithOneClearLine) {
-    {
-        std::ofstream f(path("empty.typ"), std::ios::binary);
-    }
+    write("empty.typ", "");
     std::string noise(4000, '\0');
     for (size_t k = 0; k < noise.size(); ++k) noise[k] = static_cast<char>((k * 7919 + 13) % 251);
-    {
-        std::ofstream f(path("noise.typ"), std::ios::binary);
-        f << noise;
-    }
+    write("noise.typ", noise);
     for (const std::string name : {"empty.typ", "noise.typ"}) {
         for (const std::string command : {"info", "decode", "encode"}) {
             SCOPED_TRACE(command + " " + name);
@@ -228,10 +213,7 @@ TEST_F(CliTest, EmptyAndForeignFilesAreRefusedWithOneClearLine) {
     }
     std::string damaged = read_bytes(sample);
     damaged.resize(damaged.size() * 2 / 3);
-    {
-        std::ofstream f(path("damaged.typ"), std::ios::binary);
-        f << damaged;
-    }
+    write("damaged.typ", damaged);
     CliRun d = cli("info " + path("damaged.typ"));
     EXPECT_EQ(d.status, 0);
     EXPECT_NE(d.out.find("format: typ\n"), std::string::npos);
@@ -246,10 +228,7 @@ TEST_F(CliTest, SecondStringsOfALanguageAreDroppedAndSaidOnce) {
         text += std::string("[_line]\r\nType=") + type +
                 "\r\nString1=0x04,First\r\nString2=0x04,Second\r\nLineWidth=2\r\nXpm=\"0 0 1 0\"\r\n"
                 "\"1 c #FF0000\"\r\n[end]\r\n";
-    {
-        std::ofstream f(path("twice.txt"), std::ios::binary);
-        f << text;
-    }
+    write("twice.txt", text);
     CliRun r = cli("encode " + path("twice.txt") + " -o " + path("twice.typ"), true);
     ASSERT_EQ(r.status, 0) << r.out;
     const std::string said = "report: A label had a second string of one language: the first was kept, the second dropped\n";
@@ -301,26 +280,17 @@ TEST_F(CliTest, TextInputIsLoadedForInfoDecodeAndEncode) {
 }
 
 TEST_F(CliTest, TextIsToldByContentThenByExtension) {
-    {
-        std::ofstream f(path("plain.typ"), std::ios::binary);
-        f << "\xEF\xBB\xBF\r\n  [_id]\r\nFID=3\r\n[end]\r\n";
-    }
+    write("plain.typ", "\xEF\xBB\xBF\r\n  [_id]\r\nFID=3\r\n[end]\r\n");
     CliRun r = cli("info " + path("plain.typ"));
     EXPECT_EQ(r.status, 0);
     EXPECT_EQ(r.out.substr(0, 13), "format: text\n");
     EXPECT_NE(r.out.find("fid: 3\n"), std::string::npos);
-    {
-        std::ofstream f(path("comment.typ"), std::ios::binary);
-        f << "; nothing yet\n";
-    }
+    write("comment.typ", "; nothing yet\n");
     EXPECT_EQ(cli("info " + path("comment.typ")).out.substr(0, 13), "format: text\n");
 }
 
 TEST_F(CliTest, Utf8QuestionOfATextIsAnsweredByTheAnswerOption) {
-    {
-        std::ofstream f(path("u.txt"), std::ios::binary);
-        f << "\xEF\xBB\xBF[_id]\r\nCodePage=1252\r\n[end]\r\n";
-    }
+    write("u.txt", "\xEF\xBB\xBF[_id]\r\nCodePage=1252\r\n[end]\r\n");
     const std::string q = "question: Detected UTF8. Continue loading as UTF8? -> ";
     CliRun no = cli("info " + path("u.txt") + " --answer no", true);
     EXPECT_NE(no.out.find(q + "no"), std::string::npos) << no.out;
@@ -336,21 +306,12 @@ TEST_F(CliTest, MaptkProjectIsToldByItsSectionsThenByExtension) {
     EXPECT_NE(r.out.find("fid: 3511\npid: 1\npolygons: 2\nlines: 2\npoints: 2\n"), std::string::npos) << r.out;
     EXPECT_NE(r.out.find("draworder: 2\n"), std::string::npos);
     // Its sections make a project whatever the name; "[_" markers make a text.
-    {
-        std::ofstream f(path("project.txt"), std::ios::binary);
-        f << read_bytes(prj);
-    }
+    write("project.txt", read_bytes(prj));
     EXPECT_EQ(cli("info " + path("project.txt")).out.substr(0, 12), "format: prj\n");
-    {
-        std::ofstream f(path("text.prj"), std::ios::binary);
-        f << "[_id]\r\nFID=3\r\n[end]\r\n[_polygon]\r\nType=0x01\r\nXpm=\"0 0 1 0\"\r\n\"0 c #FF0000\"\r\n[end]\r\n";
-    }
+    write("text.prj", "[_id]\r\nFID=3\r\n[end]\r\n[_polygon]\r\nType=0x01\r\nXpm=\"0 0 1 0\"\r\n\"0 c #FF0000\"\r\n[end]\r\n");
     EXPECT_EQ(cli("info " + path("text.prj")).out.substr(0, 13), "format: text\n");
     // Nor sections nor markers: the extension.
-    {
-        std::ofstream f(path("bare.prj"), std::ios::binary);
-        f << "familyid=12\n";
-    }
+    write("bare.prj", "familyid=12\n");
     EXPECT_EQ(cli("info " + path("bare.prj")).out.substr(0, 12), "format: prj\n");
     // A project decodes to a text and encodes to a TYP of the same tables.
     ASSERT_EQ(cli("decode " + prj + " -o " + path("p.txt")).status, 0);
