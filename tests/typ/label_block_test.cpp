@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "typ/label_block.h"
+#include "typ/label_bytes.h"
 
 using namespace korvex;
 
@@ -253,4 +254,19 @@ TEST(EncodeLabels, CodePageBytesAreWrittenAsTheyStand) {
     s.codepage = 1252;
     EXPECT_EQ(typ::encode_labels(s, "String1=0x02,F\xe4hre\r\n", model::k_lines).block, S("\x0f\x02" "F\xe4hre\x00", 8));
     EXPECT_EQ(typ::encode_labels(s, "String1=0x02,F\xc3\xa4hre\r\n", model::k_lines).block.substr(2, 6), "F\xc3\xa4hre");
+}
+
+// A byte 1252 leaves undefined goes, as do bytes below 32, while its letters
+// stay; under 65001 valid UTF-8 stays whole.
+TEST(LabelBlock, BytesATextCannotCarryAreDropped) {
+    model::UndefinedBytes western, utf8;
+    std::string label = "Gr\x81n\x01";
+    EXPECT_TRUE(typ::drop_unwritable_bytes(label, 1252, western));
+    EXPECT_EQ(label, "Grn");
+    std::string western_word = "Gr\xE4n";  // a letter of 1252, no UTF-8
+    EXPECT_FALSE(typ::drop_unwritable_bytes(western_word, 1252, western));
+    EXPECT_EQ(western_word, "Gr\xE4n");
+    std::string fahre = "F\xC3\xA4hre";
+    EXPECT_FALSE(typ::drop_unwritable_bytes(fahre, 65001, utf8));
+    EXPECT_EQ(fahre, "F\xC3\xA4hre");
 }
