@@ -6,6 +6,7 @@
 #include <QLabel>
 #include <QProgressBar>
 
+#include "gui/report_window.h"
 #include "platform/codepage.h"
 
 namespace korvex::gui {
@@ -84,6 +85,13 @@ void QtPrompt::progress(int percent) {
 
 void QtPrompt::status(const std::string& text) {
     if (label_) label_->setText(from_message(text));
+}
+
+void QtPrompt::report(const std::string& title, const std::string& text) {
+    auto* w = new ReportWindow(title, text, parent_);
+    w->show();
+    w->raise();
+    report_ = w;
 }
 
 }  // namespace korvex::gui

@@ -57,6 +57,10 @@ public:
     // bar is repainted at once, as the caller is in a long loop.
     void progress(int percent) override;
     void status(const std::string& text) override;
+    // Opens a report window beside the parent; it stays until the user closes it.
+    void report(const std::string& title, const std::string& text) override;
+    // The newest report window still open (tests read it).
+    QWidget* last_report() const { return report_; }
 
 private:
     QMessageBox::StandardButton ask(QMessageBox::Icon icon, const std::string& text,
@@ -66,6 +70,7 @@ private:
     QPointer<QWidget> parent_;
     QPointer<QProgressBar> bar_;
     QPointer<QLabel> label_;
+    QPointer<QWidget> report_;
     Answerer answerer_;
 };
 

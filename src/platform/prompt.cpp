@@ -39,6 +39,11 @@ Answer ConsolePrompt::yes_no_cancel(const std::string& text) {
     return fixed_;
 }
 
+void ConsolePrompt::report(const std::string& title, const std::string& text) {
+    print_lines("report: ", title, "");
+    print_lines("", text, "");
+}
+
 Answer ScriptedPrompt::next() {
     if (answers_.empty()) return fallback_;
     Answer a = answers_.front();

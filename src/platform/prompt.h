@@ -18,6 +18,9 @@ public:
     virtual Answer yes_no_cancel(const std::string& text) = 0;
     virtual void progress(int /*percent*/) {}
     virtual void status(const std::string& /*text*/) {}
+    // A finished report (lines end in CR LF) for the user to read, copy or
+    // save; the window shows it in a viewer that stays open beside it.
+    virtual void report(const std::string& /*title*/, const std::string& /*text*/) {}
 };
 
 // For the command line: every message and question goes to standard error
@@ -28,6 +31,7 @@ public:
     void message(const std::string& text) override;
     bool yes_no(const std::string& text) override;
     Answer yes_no_cancel(const std::string& text) override;
+    void report(const std::string& title, const std::string& text) override;
 
 private:
     Answer fixed_;
@@ -53,10 +57,15 @@ public:
     Answer yes_no_cancel(const std::string& text) override;
     void progress(int percent) override { last_progress = percent; }
     void status(const std::string& text) override { statuses.push_back(text); }
+    void report(const std::string& title, const std::string& text) override { reports.push_back({title, text}); }
 
     std::vector<std::string> messages;
     std::vector<std::string> questions;
     std::vector<std::string> statuses;
+    struct Report {
+        std::string title, text;
+    };
+    std::vector<Report> reports;
     int last_progress = -1;
 
 private:

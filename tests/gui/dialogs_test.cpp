@@ -1,5 +1,7 @@
 #include <QApplication>
 #include <QCheckBox>
+#include <QClipboard>
+#include <QPointer>
 #include <QFileDialog>
 #include <QComboBox>
 #include <QLabel>
@@ -11,12 +13,14 @@
 #include <QSlider>
 #include <QSpinBox>
 #include <QTabWidget>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 
 #include <gtest/gtest.h>
 
 #include "gui/errors_window.h"
+#include "gui/report_window.h"
 #include "gui/language_menu.h"
 #include "gui/qt_file_dialog.h"
 #include "gui/preferences_dialog.h"
@@ -127,6 +131,31 @@ TEST(ErrorsWindow, ClosesWithEscAndItsCloseButton) {
     ASSERT_TRUE(QTest::qWaitForWindowExposed(&w));
     QTest::mouseClick(w.close_button(), Qt::LeftButton);
     EXPECT_FALSE(w.isVisible());
+}
+
+// A report opens beside the window and stays; Copy gives its text, Save As
+// writes its bytes as they came, Close ends it.
+TEST(ReportWindow, ShowsCopiesSavesAndCloses) {
+    korvex::gui::QtPrompt ui;
+    ui.report("Unused colours", "UNUSED COLOURS: Points\r\n3 0x2a0e %\r\n");
+    QPointer<QWidget> shown = ui.last_report();
+    auto* w = qobject_cast<korvex::gui::ReportWindow*>(shown.data());
+    ASSERT_NE(w, nullptr);
+    EXPECT_TRUE(w->isVisible());
+    EXPECT_EQ(w->windowTitle(), "Unused colours");
+    EXPECT_EQ(w->text(), "UNUSED COLOURS: Points\n3 0x2a0e %\n");
+    QTest::mouseClick(w->copy_button(), Qt::LeftButton);
+    EXPECT_EQ(QApplication::clipboard()->text(), w->text());
+    QTemporaryDir dir;
+    ASSERT_TRUE(dir.isValid());
+    ASSERT_TRUE(w->save_to(dir.filePath(QStringLiteral("r.txt"))));
+    EXPECT_EQ(korvex::testing::read_bytes(dir.filePath(QStringLiteral("r.txt")).toStdString()),
+              "UNUSED COLOURS: Points\r\n3 0x2a0e %\r\n");
+    EXPECT_FALSE(w->save_to(dir.filePath(QStringLiteral("missing/r.txt"))));
+    QTest::mouseClick(w->close_button(), Qt::LeftButton);
+    QApplication::processEvents();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_TRUE(shown.isNull());
 }
 
 struct PrefFixture {
