@@ -46,6 +46,7 @@
 #include "gui/qt_launcher.h"
 #include "gui/qt_prompt.h"
 #include "gui/source_tree.h"
+#include "gui/tool_menus.h"
 #include "gui/workbench_menus.h"
 #include "text/text_writer.h"
 #include "workbench/data_folder.h"
@@ -464,8 +465,11 @@ void MainWindow::build_menus() {
     menus_ = new WorkbenchMenus(*this);
     QMenu* draworder = menus_->build_draworder_menu(menuBar());
     QMenu* fonts = menus_->build_fonts_menu(menuBar());
+    tools_ = new ToolMenus(*this);
+    tools_->build(menuBar());
 
-    top_menus_ = {file, edit, icons, settings, language, window, logs, draworder, fonts};
+    top_menus_ = {file, edit,  icons, settings, language, window, logs, draworder, fonts,
+                  tools_->tools(), tools_->colours(), tools_->canvas()};
 
     auto* ctrl_a = new QShortcut(QKeySequence::SelectAll, grid_);
     ctrl_a->setContext(Qt::WidgetWithChildrenShortcut);
@@ -905,6 +909,7 @@ void MainWindow::show_context_menu(int cell, const QPoint& global) {
     connect(all, &QAction::triggered, this, [this] { select_all(); });
     commands_->fill_context_menu(menu);
     menus_->add_grid_entries(menu);
+    tools_->add_grid_entries(menu);
     translate_tree(&menu, msgs_);
     menu.exec(global);
 }

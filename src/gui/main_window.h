@@ -51,6 +51,7 @@ class QtLauncher;
 class QtClipboard;
 class QtPrompt;
 class WorkbenchMenus;
+class ToolMenus;
 
 // What the window talks to outside itself. Anything left null is the
 // desktop's own (message boxes, file dialogs, the association launcher, the
@@ -106,6 +107,7 @@ public:
     platform::Clipboard& clipboard();
     DrawOrderView* draworder_view() const { return layers_; }
     WorkbenchMenus* workbench_menus() const { return menus_; }
+    ToolMenus* tool_menus() const { return tools_; }
     // Menu and button captions a language file may replace.
     CaptionTable& captions() { return captions_; }
 
@@ -237,6 +239,7 @@ private:
     CaptionTable captions_;
     LanguageMenu* languages_ = nullptr;
     WorkbenchMenus* menus_ = nullptr;
+    ToolMenus* tools_ = nullptr;
 
     bool filling_ = false;   // the window itself is writing into the widgets
     bool activated_ = false;
