@@ -177,6 +177,7 @@ private:
 
     bool refuse(const std::string& caption, size_t at);
     bool refuse_box(const std::string& text, size_t at);
+    bool refuse_type(const std::string& text, size_t at);
     void rewrite(const WorkLine& w, const std::string& line);
     PanelApply& finish();
 
@@ -203,6 +204,14 @@ bool PanelCheck::refuse(const std::string& caption, size_t at) {
     out_.caption = caption;
     out_.line = static_cast<int>(at);
     return false;
+}
+
+// A type the panel cannot take is said in one box, and stays in the status
+// line while the user corrects it or leaves the element.
+bool PanelCheck::refuse_type(const std::string& text, size_t at) {
+    out_.caption = text;
+    for (size_t p = 0; (p = out_.caption.find("\r\n", p)) != std::string::npos;) out_.caption.replace(p, 2, " ");
+    return refuse_box(text, at);
 }
 
 bool PanelCheck::refuse_box(const std::string& text, size_t at) {
@@ -383,8 +392,8 @@ bool PanelCheck::type_line() {
     for (const WorkLine& w : copy_) {
         if (w.low.rfind("type=", 0) != 0) continue;
         std::string digits = key_digits(w.low);
-        if (digits.size() == 4 && typ::hex_value(digits) == 0 && !point_) return refuse(" Wrong Type number", w.at);
-        if (digits.size() > 5) return refuse("Too long ", w.at);
+        if (digits.size() == 4 && typ::hex_value(digits) == 0 && !point_) return refuse_type(" Wrong Type number", w.at);
+        if (digits.size() > 5) return refuse_type("Too long ", w.at);
         // Two or three digits are a type without subtype, as the readers take them.
         if (digits.size() < 4) digits += "00";
         if (digits.size() < 5) digits.insert(0, 5 - digits.size(), '0');
@@ -398,15 +407,11 @@ bool PanelCheck::type_line() {
         std::vector<std::string> refusals = typ::chktype(digits, cls_);
         if (!refusals.empty()) {
             if (refusals.back() != k_invalid_type) refusals.push_back(k_invalid_type);
-            for (const std::string& m : refusals) ui_.message(m);
-            out_.line = static_cast<int>(w.at);
-            return false;
+            std::string said;
+            for (const std::string& m : refusals) said += (said.empty() ? "" : "\r\n") + m;
+            return refuse_type(said, w.at);
         }
-        if (taken_by_other(digits)) {
-            ui_.message("Type exists.");
-            out_.line = static_cast<int>(w.at);
-            return false;
-        }
+        if (taken_by_other(digits)) return refuse_type("Type exists.", w.at);
         out_.changed_type = true;
     }
     return true;

@@ -7,6 +7,7 @@
 #include <QFile>
 #include <QMenu>
 #include <QPlainTextEdit>
+#include <QRegularExpression>
 #include <QPushButton>
 #include <QSpinBox>
 #include <QLineEdit>
@@ -252,8 +253,18 @@ TEST(ElementCommands, TextNotAppliedIsOnlyDroppedWhenTheUserSaysSo) {
     f.w->show_class(2);
     f.click(1);
     QPlainTextEdit* panel = f.w->code_panel();
-    panel->setPlainText(panel->toPlainText() + "; typed\n");
+    const std::string type_before = f.w->store().pt_typ[0];
+    // A type the panel cannot take: Apply says so in one box and keeps the text.
+    QString text = panel->toPlainText();
+    text.replace(QRegularExpression("Type=0x[0-9a-fA-F]+"), "Type=0x7777777");
+    panel->setPlainText(text + "; typed\n");
     ASSERT_TRUE(f.w->session().text_pending());
+    const size_t said = f.prompt.messages.size();
+    f.w->apply_changes();
+    ASSERT_EQ(f.prompt.messages.size(), said + 1);
+    EXPECT_EQ(f.prompt.messages.back(), "Too long ");
+    EXPECT_TRUE(f.w->session().text_pending());
+    EXPECT_EQ(f.w->store().pt_typ[0], type_before);
     f.click(2);  // answered No: the text and the element stay
     ASSERT_FALSE(f.prompt.questions.empty());
     EXPECT_EQ(f.prompt.questions.back(), "Return to ICONS without saving changes?");
@@ -274,6 +285,8 @@ TEST(ElementCommands, TextNotAppliedIsOnlyDroppedWhenTheUserSaysSo) {
     EXPECT_EQ(f.w->browser().current_cell(), 2);
     EXPECT_FALSE(f.w->session().text_pending());
     EXPECT_FALSE(panel->toPlainText().contains("; typed"));  // Yes discards the text
+    EXPECT_EQ(f.prompt.messages.size(), said + 1);              // and nothing more was said
+    EXPECT_EQ(f.w->store().pt_typ[0], type_before);
 }
 
 TEST(ElementDialogs, PoiSizesRefusesAndStaysOpenUntilTheFormIsFine) {

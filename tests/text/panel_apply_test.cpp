@@ -117,14 +117,29 @@ TEST(PanelApply, TypeRules) {
     Store s = project();
     Outcome o = apply(s, polygon_with("Type=0x01", "String2=0x04,x"), 0, 0);
     EXPECT_EQ(o.boxes, Messages{"No TYPE"});
-    EXPECT_EQ(apply(s, polygon_with("0x01", "0x0000"), 0, 0).result.caption, " Wrong Type number");
-    EXPECT_EQ(apply(s, polygon_with("0x01", "0x123456"), 0, 0).result.caption, "Too long ");
-
-    o = apply(s, polygon_with("0x01", "0x80"), 0, 0);
-    EXPECT_EQ(o.boxes, (Messages{"Select range: 1 - 7F or 100 - 17F", "Invalid type."}));
-    EXPECT_EQ(o.selected, "Type=0x80");
-    o = apply(s, polygon_with("Type=0x01", "Type=0x0105\nSubType=0x20"), 0, 0);
-    EXPECT_EQ(o.boxes, (Messages{"SubTypes must be between 0 and 1F.", "Invalid type."}));
+    // Every type the panel cannot take is one box, its words also in the status line.
+    const struct {
+        const char* type;
+        Messages boxes;
+        const char* caption;
+    } refused[] = {
+        {"0x0000", {" Wrong Type number"}, " Wrong Type number"},
+        {"0x123456", {"Too long "}, "Too long "},
+        {"0x7777777", {"Too long "}, "Too long "},
+        {"0x80", {"Select range: 1 - 7F or 100 - 17F\r\nInvalid type."}, "Select range: 1 - 7F or 100 - 17F Invalid type."},
+        {"0x0105\nSubType=0x20", {"SubTypes must be between 0 and 1F.\r\nInvalid type."},
+         "SubTypes must be between 0 and 1F. Invalid type."},
+        {"0x02", {"Type exists."}, "Type exists."},
+    };
+    const std::string before = s.pg_typ[0];
+    for (const auto& r : refused) {
+        o = apply(s, polygon_with("Type=0x01", std::string("Type=") + r.type), 0, 0);
+        EXPECT_FALSE(o.result.ok) << r.type;
+        EXPECT_EQ(o.boxes, r.boxes) << r.type;
+        EXPECT_EQ(o.result.caption, r.caption) << r.type;
+        EXPECT_EQ(o.selected.substr(0, 5), "Type=") << r.type;
+        EXPECT_EQ(s.pg_typ[0], before) << r.type;
+    }
 
     // Two digits are the type without subtype: the element's own type.
     o = apply(s, polygon_with("Type=0x01", "type = 0x1"), 0, 0);
