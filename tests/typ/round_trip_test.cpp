@@ -7,6 +7,7 @@
 #include "support/every_form.h"
 #include "support/file_params.h"
 #include "support/harness.h"
+#include "typ/header.h"
 
 using namespace korvex;
 using namespace korvex::testing;
@@ -43,6 +44,37 @@ TEST_P(TypRoundTrip, DecodeEncodeDecodeKeepsTheTextAndOurBytesAreStable) {
 
     const std::string again = encode(second, ui);
     EXPECT_TRUE(again == ours) << "re-encoding our own file changed " << GetParam();
+}
+
+// Header bytes the encoder does not write itself are kept by a save at the
+// same length; a header that grows (without extra points) starts clean.
+TEST(TypHeaderTail, KeptAtTheSameLengthAndCleanWhenTheHeaderGrows) {
+    platform::ScriptedPrompt ui;
+    model::Store s;
+    decode_bytes(s, ui, typ_bytes(k_every_form));
+    s.pt_nx = 0;  // extra points keep their blocks' bytes in a grown header too
+    s.ln_nact = 0;  // active lines ask for the longest header
+    s.hdr_caption = typ::header_caption(0x9c);
+    const std::string first = encode(s, ui);
+    ASSERT_EQ(s.hdr_len, 0x9c);
+    const auto marked = [&](int32_t grow_to) {
+        model::Store m;
+        decode_bytes(m, ui, first);
+        m.pt_nx = 0;
+        for (int32_t p = typ::hdr::k_min; p < 0x9c; ++p)
+            if (p != typ::hdr::blk0_packing) m.curf[static_cast<size_t>(p)] = 'Z';
+        if (grow_to) m.hdr_caption = typ::header_caption(grow_to);
+        return encode(m, ui);
+    };
+    const std::string same = marked(0);
+    const std::string grown = marked(0xae);
+    int kept = 0;
+    for (int32_t p = typ::hdr::k_min; p < 0x9c; ++p) {
+        if (same[static_cast<size_t>(p)] != 'Z') continue;
+        ++kept;
+        EXPECT_EQ(grown[static_cast<size_t>(p)], '\0') << "byte " << p;
+    }
+    EXPECT_GT(kept, 0);
 }
 
 INSTANTIATE_TEST_SUITE_P(Files, TypRoundTrip, ::testing::ValuesIn(typ_files()), file_test_name);
