@@ -442,13 +442,16 @@ TEST(BatchTools, LabelPixelGoesAQuarterDownAndOnlyWhereTheColumnIsFree) {
     EXPECT_TRUE(fs::exists(t.folder / "system" / "adpxl"));
     EXPECT_TRUE(t.s.dirty);
 
-    // Two label pixels are no label pixel: rempxl leaves such a point.
+    // Two label pixels are no label pixel, and a row ending in another
+    // colour stops the walk: rempxl leaves such points.
     Bench u;
-    u.load_text(tool_point("2f0c", 2, 4, {"A c #FF0000", ". c none"}, {"A.", "AA", "AA", "A."}));
+    u.load_text(tool_point("2f0c", 2, 4, {"A c #FF0000", ". c none"}, {"A.", "AA", "AA", "A."}) +
+                tool_point("2f0d", 2, 4, {"A c #FF0000", "B c #00FF00", ". c none"}, {"A.", "AA", "AB", "A."}));
     const auto before = all_points(u.s);
     EXPECT_EQ(rempxl(u.s, u.ui, u.m, u.b, u.req), 0);
     EXPECT_EQ(u.ui.messages.back(), "Pixels removed : 0");
     EXPECT_EQ(all_points(u.s), before);
+    EXPECT_FALSE(u.s.dirty);
 }
 
 }  // namespace

@@ -64,6 +64,12 @@ TEST_P(PointSectionCorpus, UnchangedPictureRewritesToTheSameRow) {
         const auto ncol = s.pt_ncol[row], nncol = s.pt_nncol[row];
         const auto mode = s.pt_mode[row];
         const int32_t nights = s.pt_nnight;
+        const PointPicture day = read_point_picture(s, r);
+        if (!day.night.empty()) {
+            const PointPicture night = read_night_picture(s, r);
+            EXPECT_EQ(night.key, "NightXpm=") << typ;
+            ASSERT_EQ(picture_text(night), day.night) << typ;
+        }
         updpoicod(s, quiet, r, read_point_picture(s, r));
         ASSERT_EQ(s.pt_col[row], col) << typ;
         ASSERT_EQ(s.pt_bmp[row], bmp) << typ;
