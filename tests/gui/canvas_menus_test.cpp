@@ -61,6 +61,12 @@ TEST(CanvasMenus, AddCanvasRunsTheChosenSideOnTheSelection) {
     f.next_dialog([](korvex::gui::BatchCanvasDialog& d) {
         EXPECT_EQ(d.choice(), '\0');
         d.findChild<QToolButton*>("R")->click();
+        // KORVEX_GRABS=dir keeps a picture of the dialog for a look.
+        if (const QByteArray dir = qgetenv("KORVEX_GRABS"); !dir.isEmpty()) {
+            d.show();
+            QApplication::processEvents();
+            d.grab().save(QString::fromUtf8(dir) + "/batch_canvas.png");
+        }
         return static_cast<int>(QDialog::Accepted);
     });
     QAction* add = f.entry("Canvas", "adcanvas");

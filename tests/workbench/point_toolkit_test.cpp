@@ -202,9 +202,9 @@ TEST(Chkcanv, OpacityNightAndNoBitmapAreExcludedWithTheirReasons) {
     EXPECT_EQ(report, "02F02 has opacity\r\n02F03 has night bmp\r\n02F04 has no bitmap\r\n");
 }
 
-TEST(BatchFrame, MaxSizeIsAtLeastTwelveAndSixtyFourWhenUnset) {
+TEST(BatchFrame, MaxSizeIsAtLeastTwelveAtMost255AndSixtyFourWhenUnset) {
     AppSettings a;
-    for (const auto& [set, want] : std::vector<std::pair<int, int>>{{0, 64}, {11, 12}, {12, 12}, {13, 13}, {128, 128}}) {
+    for (const auto& [set, want] : std::vector<std::pair<int, int>>{{0, 64}, {11, 12}, {12, 12}, {13, 13}, {255, 255}, {256, 255}}) {
         a.max_canvas_poi = set;
         EXPECT_EQ(max_size(a), want) << set;
     }
