@@ -214,6 +214,42 @@ TEST_P(BatchToolsCorpus, EachToolIsUndoneByItsReverse) {
     EXPECT_EQ(nights, added);
 }
 
+// What the tools write is a valid point: saved as a TYP and read back, a
+// bordered, label-pixelled point with a night copy draws the same.
+TEST_P(BatchToolsCorpus, ChangedPointsSurviveATypSave) {
+    KORVEX_SKIP_WITHOUT_CORPUS(GetParam());
+    Bench t;
+    t.req.max_size = 255;
+    t.load_file(GetParam());
+    adborder(t.s, t.ui, t.m, t.b, t.req, 1);
+    adpixel(t.s, t.ui, t.m, t.b, t.req);
+    std::vector<bool> day_only;
+    for (int32_t r = 0; r < t.s.pt_n; ++r) day_only.push_back(t.s.pt_nbmp[static_cast<size_t>(r)].empty());
+    add_nightpois(t.s, t.ui, t.m, t.b, t.req);
+    platform::QuietPrompt quiet;
+    const std::string bytes = encode(t.s, quiet);
+    ASSERT_FALSE(bytes.empty());
+    model::Store back;
+    decode_bytes(back, quiet, bytes);
+    // A type the file holds twice cannot say which of the two came back.
+    std::map<std::string, int32_t> by_type;
+    std::map<std::string, int> times;
+    for (int32_t r = 0; r < back.pt_n; ++r) by_type.emplace(back.pt_typ[static_cast<size_t>(r)], r);
+    for (int32_t r = 0; r < t.s.pt_n; ++r) ++times[t.s.pt_typ[static_cast<size_t>(r)]];
+    for (int32_t r = 0; r < t.s.pt_n; ++r) {
+        const auto i = static_cast<size_t>(r);
+        if (!day_only[i] || t.s.pt_nbmp[i].empty() || times[t.s.pt_typ[i]] > 1) continue;
+        const auto hit = by_type.find(t.s.pt_typ[i]);
+        ASSERT_NE(hit, by_type.end()) << t.s.pt_typ[i];
+        const PointPicture saved = read_point_picture(back, hit->second);
+        const PointPicture made = read_point_picture(t.s, r);
+        ASSERT_EQ(saved.width, made.width) << t.s.pt_typ[i];
+        ASSERT_EQ(saved.height, made.height) << t.s.pt_typ[i];
+        EXPECT_EQ(pixel_colours(saved), pixel_colours(made)) << t.s.pt_typ[i];
+        EXPECT_EQ(pixel_colours(read_night_picture(back, hit->second)), pixel_colours(made)) << t.s.pt_typ[i];
+    }
+}
+
 INSTANTIATE_TEST_SUITE_P(Corpus, BatchToolsCorpus, ::testing::ValuesIn(tool_corpus_files()), [](const auto& info) {
     return file_param_name(info.param) + (info.param.ends_with(".typ") ? "_typ" : "_txt");
 });
