@@ -192,7 +192,9 @@ TEST_P(BatchToolsCorpus, EachToolIsUndoneByItsReverse) {
         std::string why;
         candidates += chkcanv(alone.s, r, why) ? 0 : 1;
     }
-    if (candidates > 0) EXPECT_GT(accepted, 0);
+    if (candidates > 0) {
+        EXPECT_GT(accepted, 0);
+    }
 
     Bench night;
     night.load_file(GetParam());
@@ -384,18 +386,6 @@ TEST(BatchTools, AddBorderGrowsEverySideByN) {
     EXPECT_EQ(remborder(t.s, t.ui, t.m, t.b, t.req), 1);
     EXPECT_EQ(t.ui.messages.back(), "Pois reduced:1");
     EXPECT_EQ(pixel_colours(read_point_picture(t.s, 0)), std::vector<std::string>{"#FF0000"});
-}
-
-TEST(BatchTools, TheCanvasDialogWantsAChoice) {
-    Bench t;
-    t.load_text(k_margined);
-    const auto before = all_points(t.s);
-    for (const char bad : {'\0', 'X', 'l'}) {
-        t.ui.messages.clear();
-        EXPECT_EQ(canvas(t.s, t.ui, t.m, t.b, t.req, bad, 1), 0);
-        EXPECT_EQ(t.ui.messages, std::vector<std::string>{"Please select spaces"});
-    }
-    EXPECT_EQ(all_points(t.s), before);
 }
 
 // Max Size: a point that reaches it is changed, one that would pass it is
