@@ -369,6 +369,22 @@ TEST(Spelling, PluralPassesAndTheHeadingNamesTheDictionary) {
     EXPECT_FALSE(read_dictionary((dir.root / "none.dic").string()));
 }
 
+// The distribution's word lists, where installed, read in the same format.
+TEST(Spelling, SystemWordListsReadWithTheirAccents) {
+    const struct {
+        int entry;
+        const char* words[3];
+    } lists[] = {{0, {"map", "roads", "church"}}, {1, {"karte", "stra\xC3\x9F" "e", "\xC3\xBC" "ber"}}};
+    for (const auto& l : lists) {
+        const std::string path = dictionary_candidates(l.entry, "/nonexistent", "", "").back();
+        if (!fs::exists(path)) GTEST_SKIP() << path << " is not installed";
+        const std::optional<Dictionary> d = read_dictionary(path);
+        ASSERT_TRUE(d);
+        for (const char* w : l.words) EXPECT_TRUE(d->has(w)) << w;
+        EXPECT_FALSE(d->has("qzxv"));
+    }
+}
+
 TEST(Spelling, MissingDictionarySaysWhereItLooked) {
     CcFolder dir;
     OpsFixture f;
