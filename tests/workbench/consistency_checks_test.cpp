@@ -296,10 +296,13 @@ TEST(LineCheck, FlowSaysNoneFoundOrAsksAndNoChangesNothing) {
     OpsFixture f;
     f.load(cc_line("0x05", {"0 c #112233", "1 c #445566"}, {k_row_ones, k_row_zeros, k_row_ones}), model::k_lines);
     const std::string before = f.text();
-    f.ui.script(Answer::no);
-    EXPECT_FALSE(check_lines_flow(f.s, f.ui, dir.root.string()));
-    EXPECT_EQ(f.text(), before);
-    EXPECT_FALSE(f.s.dirty);
+    for (const Answer a : {Answer::no, Answer::cancel}) {
+        f.ui.script(a);
+        EXPECT_FALSE(check_lines_flow(f.s, f.ui, dir.root.string()));
+        EXPECT_EQ(f.text(), before);
+        EXPECT_FALSE(f.s.dirty);
+    }
+    EXPECT_EQ(f.ui.questions.back(), "Reload TYP file to undo changes.\r\n\r\nContinue?");
     EXPECT_TRUE(fs::exists(dir.root / "system" / "bin" / "linecheck.txt"));
     EXPECT_TRUE(check_lines_flow(f.s, f.ui, dir.root.string()));
     EXPECT_TRUE(f.s.dirty);
