@@ -58,8 +58,9 @@ PairPlan plan_pairs(const std::string& col, const std::string& rows) {
         if (p.night == p.day) p.night.clear();
     };
     if (c.has(1) && !c.none && c.value[0] == c.value[1] && (!night || c.value[2] == c.value[3])) {
-        p.same = true;
+        // Only what the repair can draw plainly is waste.
         if (bitmap || c.count == 2) {
+            p.same = true;
             plain(0);
         }
         return p;
