@@ -211,8 +211,10 @@ TEST(FixUnusedColours, RefusalsNoAndYes) {
 TEST(Finchk, WarnsJointlyOnlyWithThePreferenceOn) {
     CcFolder dir;
     const std::string path = (dir.root / "waste.txt").string();
+    // The point's head says three rows where it has two: the load repairs it.
     const std::string body = std::string(test::k_head) + cc_polygon("0x03", "0 0 2 0", {"0 c #FF0000", "1 c #FF0000"}) +
-                             cc_line("0x05", {"0 c #112233", "1 c #445566"}, {k_row_ones, k_row_zeros, k_row_zeros, k_row_ones});
+                             cc_line("0x05", {"0 c #112233", "1 c #445566"}, {k_row_ones, k_row_zeros, k_row_zeros, k_row_ones}) +
+                             "[_point]\r\nType=0x2f01\r\nDayXpm=\"1 3 1 1\" Colormode=0\r\n\"! c #FF0000\"\r\n\"!\"\r\n\"!\"\r\n[end]\r\n";
     ASSERT_TRUE(platform::write_file_atomic(path, body));
     for (const int option : {0, 1}) {
         SCOPED_TRACE(option);
@@ -237,7 +239,8 @@ TEST(Finchk, WarnsJointlyOnlyWithThePreferenceOn) {
         EXPECT_EQ(ui.messages[0],
                   "Found Polygons with unused colours.\r\nGo Tools -->Fix Unused Colours\r\n"
                   "Found Lines which could be converted to non-bitmap\r\nTools --> Check Lines ...\r\n"
-                  "Cancel message in Preference --> Elements.");
+                  "Cancel message in Preference --> Elements.\r\n"
+                  "Fixed Pois with xpm and bmp not matching. Please Check txt file:\r\n02F01\r\n");
     }
 }
 
