@@ -509,8 +509,9 @@ TEST(ConsistencyFindings, RandomElementsRepairToTheSamePictures) {
     for (int round = 0; round < 400; ++round) {
         const bool odd = round % 10 == 9;
         const bool pattern = rng() % 2;
-        const int pn = pattern ? 2 + 2 * static_cast<int>(rng() % 2) : 1 + static_cast<int>(rng() % 2);
-        const int ln = 2 + 2 * static_cast<int>(rng() % 2), lh = 1 + static_cast<int>(rng() % 5);
+        // Three colours too: a night colour whose partner is left unnamed.
+        const int pn = pattern ? 2 + static_cast<int>(rng() % 3) : 1 + static_cast<int>(rng() % 2);
+        const int ln = 2 + static_cast<int>(rng() % 3), lh = 1 + static_cast<int>(rng() % 5);
         const int pc = 1 + static_cast<int>(rng() % 4);
         std::string text = "[_polygon]\r\nType=0x03\r\nXpm=\"" + std::string(pattern ? "32 32 " : "0 0 ") +
                            std::to_string(pn) + (pattern ? " 1" : " 0") + "\"\r\n" + table(pn, "0123") +
