@@ -392,6 +392,23 @@ TEST(Spelling, SystemWordListsReadWithTheirAccents) {
     }
 }
 
+// A label in bytes of the project's page meets a UTF-8 word list.
+TEST(Spelling, LabelsOfTheCodePageMeetTheListInUtf8) {
+    CcFolder dir;
+    const std::string path = (dir.root / "de.dic").string();
+    ASSERT_TRUE(platform::write_file_atomic(path, "Geb\xC3\xA4ude\n"));
+    std::optional<Dictionary> d = read_dictionary(path);
+    ASSERT_TRUE(d);
+    d->language = 2;
+    OpsFixture f;
+    f.load("[_polygon]\r\nType=0x03\r\nString1=0x02,Geb\xE4ude Stra\xDF" "e\r\nString2=0x04,Building\r\n"
+           "Xpm=\"0 0 1 0\"\r\n\"0 c #FF0000\"\r\n[end]\r\n");
+    f.s.opt.langid = 2;
+    const Findings found = spelling_findings(f.s, model::k_polygons, *d);
+    ASSERT_EQ(found.size(), 1u);
+    EXPECT_EQ(found[0].message, "stra\xC3\x9F" "e");
+}
+
 TEST(Spelling, MissingDictionarySaysWhereItLooked) {
     CcFolder dir;
     OpsFixture f;
