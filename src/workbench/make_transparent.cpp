@@ -4,6 +4,7 @@
 #include "typ/curf_access.h"
 #include "workbench/batch_frame.h"
 #include "workbench/element_rows.h"
+#include "workbench/point_keys.h"
 
 namespace korvex::workbench {
 
@@ -65,6 +66,16 @@ bool transparent_first_colour(PointPicture& p) {
         const std::string clear = "\"" + key + " c #000000\" alpha=15";
         if (first == clear) return false;
         first = clear;
+        return true;
+    }
+    const int none_at = none_index(p);
+    if (none_at > 0) {
+        // One transparent colour is enough: the first colour's pixels take
+        // the key of the one there is.
+        re_bmp(p.rows, {{key, colour_key(p.colour_lines[static_cast<size_t>(none_at)], p.cpp)}}, p.cpp);
+        p.colour_lines.erase(p.colour_lines.begin());
+        p.colours = static_cast<int>(p.colour_lines.size());
+        p.mode = "16";
         return true;
     }
     const std::string clear = "\"" + key + " c none\"";

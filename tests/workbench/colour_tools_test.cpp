@@ -369,6 +369,9 @@ TEST(MakeTransparent, EachClassDrawsNothingWhereItDrewAndTheOthersStay) {
             EXPECT_EQ(f.s.pt_col[0], "\"$ c none\"\r\n\"% c #0101FE\"\r\n");
             EXPECT_NE(f.s.pt_xpm[0].find("Colormode=16"), std::string::npos);
             EXPECT_EQ(f.s.pt_col[2], "\"$ c #000000\" alpha=15\r\n\"% c #0101FE\" alpha=0\r\n");
+            // A point with a transparent colour: the first one joins it.
+            EXPECT_EQ(f.s.pt_col[1], "\"$ c none\"\r\n");
+            EXPECT_EQ(f.s.pt_bmp[1], "$$\r\n");
             continue;
         }
         const Raster r = paint_element(f.s, cls, 0, k_background);
