@@ -76,7 +76,7 @@ std::string point(const std::string& type, const std::string& head, const std::v
 
 // A polygon, a line and three points: plain, transparent, and with opacity.
 const std::string k_mixed =
-    test::polygon("0x03", "Town", "FE0101") + test::line("0x01", "Road") +
+    "[_drawOrder]\r\nType=0x03,4\r\n[end]\r\n" + test::polygon("0x03", "Town", "FE0101") + test::line("0x01", "Road") +
     point("2f00", "2 2 2 1\" Colormode=0", {"\"! c #FE0101\"", "\"# c #0101FE\"", "\"!#\"", "\"#!\""}) +
     point("2f01", "2 1 2 1\" Colormode=16", {"\"! c #FE0101\"", "\"# c none\"", "\"!#\""}) +
     point("2f02", "2 1 2 1\" Colormode=32", {"\"! c #FE0101\" alpha=3", "\"# c #0101FE\" alpha=0", "\"!#\""});
@@ -360,9 +360,14 @@ TEST(MakeTransparent, EachClassDrawsNothingWhereItDrewAndTheOthersStay) {
         std::vector<std::vector<uint32_t>> others[5];
         for (int other : {model::k_polygons, model::k_lines, model::k_points})
             if (other != cls) others[other] = painted(f.s, other);
-        const std::string type_text = cls == model::k_polygons ? f.s.pg_txt[0] : cls == model::k_lines ? f.s.ln_txt[0] : "";
+        const std::string drwlist = f.s.drwlist;
+        const std::vector<std::string> pg_drw = f.s.pg_drw, pg_typ = f.s.pg_typ;
         ASSERT_EQ(make_transp(f.s, f.b, f.ui, f.m, false), cls == model::k_points ? 3 : 1) << cls;
         EXPECT_TRUE(f.s.dirty);
+        // Type and draw order are the element's, whatever it draws.
+        EXPECT_EQ(f.s.drwlist, drwlist);
+        EXPECT_EQ(f.s.pg_drw, pg_drw);
+        EXPECT_EQ(f.s.pg_typ, pg_typ);
         for (int other : {model::k_polygons, model::k_lines, model::k_points})
             if (other != cls) EXPECT_EQ(painted(f.s, other), others[other]) << cls << " changed " << other;
         if (cls == model::k_points) {
