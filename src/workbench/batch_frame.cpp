@@ -55,6 +55,14 @@ bool confirm_no_undo(platform::Prompt& ui, const integration::Messages& m) {
     return ui.yes_no_cancel(m.get_msg(m_continue)) == platform::Answer::yes;
 }
 
+bool batch_start(const model::Store& s, const Browser& b, platform::Prompt& ui, const integration::Messages& m,
+                 bool all, std::vector<int32_t>& rows) {
+    if (!batch_selection(s, b, ui, m, all, rows)) return false;
+    if (confirm_no_undo(ui, m)) return true;
+    rows.clear();
+    return false;
+}
+
 void BatchReport::add(const std::string& line) {
     if (seen_.insert(line).second) lines_.push_back(line);
 }

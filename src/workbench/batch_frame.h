@@ -46,6 +46,11 @@ bool batch_selection(const model::Store& s, const Browser& b, platform::Prompt& 
 // anything but Yes stops the tool.
 bool confirm_no_undo(platform::Prompt& ui, const integration::Messages& m);
 
+// batch_selection, then confirm_no_undo: the start of a tool that changes
+// the points it is given.
+bool batch_start(const model::Store& s, const Browser& b, platform::Prompt& ui, const integration::Messages& m,
+                 bool all, std::vector<int32_t>& rows);
+
 // The class in view holds points (ordinary or extra).
 bool points_in_view(const Browser& b);
 

@@ -79,7 +79,7 @@ TEST_P(PointSectionCorpus, UnchangedPictureRewritesToTheSameRow) {
     }
 }
 
-std::vector<std::string> corpus_files() {
+std::vector<std::string> toolkit_corpus_files() {
     std::vector<std::string> files;
     if (!corpus_dir().empty()) {
         files = files_with(corpus_dir() + "/typ", ".typ");
@@ -88,7 +88,7 @@ std::vector<std::string> corpus_files() {
     return corpus_params(std::move(files));
 }
 
-INSTANTIATE_TEST_SUITE_P(Corpus, PointSectionCorpus, ::testing::ValuesIn(corpus_files()),
+INSTANTIATE_TEST_SUITE_P(Corpus, PointSectionCorpus, ::testing::ValuesIn(toolkit_corpus_files()),
                          [](const auto& info) {
                              return file_param_name(info.param) + (info.param.ends_with(".typ") ? "_typ" : "_txt");
                          });
