@@ -125,7 +125,10 @@ void ToolMenus::add_colour_grid_entries(QMenu& menu) {
     for (const char* key : keys) {
         QAction* original = colours_->findChild<QAction*>(key);
         if (!original) continue;
-        connect(menu.addAction(original->text()), &QAction::triggered, this, [this, original] {
+        // Worded as the menu bar's entry already is in the language on show.
+        QAction* a = menu.addAction(original->text());
+        set_caption_key(a, key);
+        connect(a, &QAction::triggered, this, [this, original] {
             workbench::Browser& b = w_.browser();
             if (b.sel1().empty() && b.sel2().empty() && b.current_cell() >= 0) b.click(b.current_cell(), true, false);
             original->trigger();
