@@ -207,21 +207,6 @@ TEST(PaletteConversion, SelectedPointsTakeThePaletteAndOpacityPointsAndOtherClas
     EXPECT_EQ(again.s.pt_col[0], f.s.pt_col[0]);
 }
 
-TEST(PaletteConversion, PolygonsAndLinesKeepTheirDigitKeys) {
-    ToolFixture f;
-    f.load(k_mixed, model::k_lines);
-    f.b.select_all();
-    platform::ScriptedFileDialog dialogs;
-    EdpalRequest r;
-    r.entry = k_pal_bw;
-    r.folders = {source_dir() + "/data/pal"};
-    const std::string polygon = f.s.pg_col[0];
-    ASSERT_TRUE(edpal(f.s, f.b, f.ui, f.m, dialogs, r));
-    // Green is nearer to black than to white.
-    EXPECT_EQ(f.s.ln_col[0], "\"0 c #000000\"\r\n\"1 c #000000\"");
-    EXPECT_EQ(f.s.pg_col[0], polygon);
-}
-
 TEST(PaletteConversion, RefusalsChangeNothing) {
     ToolFixture f;
     f.load(k_mixed, model::k_points);
@@ -446,21 +431,6 @@ TEST(MakeTransparent, PromptsComeFirstAndCancelOrNoSelectionChangesNothing) {
     f.show(model::k_extra_points);
     EXPECT_EQ(make_transp(f.s, f.b, ui, f.m, true), 0);
     EXPECT_EQ(ui.messages.back(), "No data.");
-    EXPECT_EQ(Columns(f.s), before);
-}
-
-TEST(DayOpacity, OnlyForPointsAndCancelChangesNothing) {
-    ToolFixture f;
-    f.load(k_mixed, model::k_lines);
-    const Columns before(f.s);
-    f.b.select_all();
-    EXPECT_EQ(conv_32(f.s, f.b, f.ui, f.m, {true, 3, false}), 0);
-    EXPECT_EQ(f.ui.messages, std::vector<std::string>{"Select Points"});
-    f.show(model::k_points);
-    f.b.select_all();
-    platform::ScriptedPrompt asked;
-    asked.script(platform::Answer::cancel);
-    EXPECT_EQ(conv_32(f.s, f.b, asked, f.m, {true, 3, false}), 0);
     EXPECT_EQ(Columns(f.s), before);
 }
 
