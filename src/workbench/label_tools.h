@@ -1,13 +1,11 @@
 // Label tools of the Tools menu: the "NOT in STYLE" tag, the grey
-// "=nolabel" mark, the extra label data of a file and the code-page checks
-// with their report.
+// "=nolabel" mark and the extra label data of a file.
 #pragma once
 
 #include <cstdint>
 #include <string>
 
 #include "model/store.h"
-#include "platform/launcher.h"
 #include "platform/prompt.h"
 
 namespace korvex::workbench {
@@ -23,11 +21,5 @@ int32_t remnotis(model::Store& s, platform::Prompt& ui);
 // Extra POI Labels Data (entry 16): the labels of the file's extra label
 // block as a report, or "No Extra Label Data Found.".
 void extra_poi_labels(const model::Store& s, platform::Prompt& ui, const std::string& data_folder);
-
-// Check 65001 labels (entry 24) and Check 1252 labels (entry 25): the
-// code-page refusal, else the check, its report shown from its file. True
-// when the store changed.
-bool check_labels(model::Store& s, platform::Prompt& ui, platform::Launcher& launcher,
-                  const std::string& data_folder, int codepage);
 
 }  // namespace korvex::workbench
