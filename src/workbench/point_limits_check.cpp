@@ -30,19 +30,17 @@ struct PictureFacts {
     bool no_palette = false; // bare "#RRGGBB" lines, one a pixel
 };
 
+// A colour line: '"' symbol " c #RRGGBB" '"' [alpha], '"' symbol " c none" '"',
+// or a bare '"#RRGGBB"' of a picture without palette.
 void read_colour_line(std::string_view line, PictureFacts& f) {
-    while (!line.empty() && (line.front() == ' ' || line.front() == '\t')) line.remove_prefix(1);
-    if (line.empty() || line.front() != '"') return;
-    if (line.size() > 1 && line[1] == '#') {
+    if (line.size() > 1 && line[1] == '#' && line.find(" c ") == std::string_view::npos) {
         f.no_palette = true;
         ++f.opaque;
-        return;
-    }
-    if (has_caseless(line, "none")) {
+    } else if (line.find('#') == std::string_view::npos && has_caseless(line, "none")) {
         f.transparent = true;
-        return;
+    } else {
+        ++f.opaque;
     }
-    ++f.opaque;
 }
 
 void read_head_line(std::string_view line, PictureFacts& f) {
@@ -62,14 +60,14 @@ void read_point(const model::Store& s, int32_t r, PictureFacts& day, PictureFact
         const size_t nl = t.find('\n');
         std::string_view line = t.substr(0, nl);
         t = nl == std::string_view::npos ? std::string_view() : t.substr(nl + 1);
-        if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
-        if (has_caseless(line, "nightxpm")) {
+        while (!line.empty() && (line.front() == ' ' || line.front() == '\t')) line.remove_prefix(1);
+        if (!line.empty() && line.front() == '"') {
+            read_colour_line(line, *into);
+        } else if (has_caseless(line, "nightxpm")) {
             has_night = true;
             into = &night;
             read_head_line(line, night);
-            continue;
         }
-        read_colour_line(line, *into);
     }
 }
 
