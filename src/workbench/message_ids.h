@@ -27,6 +27,7 @@ enum MessageId : int {
     m_no_subtype_levels = 133,
     m_invalid_draworder = 134,
     m_no_level_at_0x100 = 135,
+    m_ctrl_select = 149,
     m_are_you_sure = 171,
     m_enable_logs = 172,
     m_no_log = 173,
