@@ -313,7 +313,7 @@ int run(int argc, char** argv) {
         ui.message(a.input + " doesn't exist");
         return unreadable;
     }
-    if (!workbench::chkldop(s, ui)) return k_failed;
+    if (!workbench::chkldop(s, ui)) return unreadable;
     std::string error;
     auto data = platform::read_file(a.input, &error);
     if (!data) {

@@ -6,10 +6,12 @@
 
 #include <cstdio>
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
 #include "cli/cli_fixture.h"
+#include "platform/codepage.h"
 #include "support/harness.h"
 
 using namespace korvex::testing;
@@ -239,6 +241,30 @@ TEST_F(CheckCommand, TheFaultsSurviveATypAndTheJsonIsTheSameEveryRun) {
     ASSERT_EQ(lines.size(), f.size()) << plain.out;
     for (size_t k = 0; k < f.size(); ++k)
         EXPECT_EQ(lines[k], f[k].cls + " " + f[k].type + " " + f[k].check + ": " + f[k].message);
+}
+
+// Over every corpus file: the output is JSON whatever the labels hold, each
+// finding names a known class and a type in the one form, and the exit
+// status agrees with the list.
+TEST_F(CheckCommand, EveryCorpusFileGivesJsonOfWellFormedFindings) {
+    const std::string corpus = corpus_dir();
+    if (corpus.empty()) GTEST_SKIP() << "../shared/corpus is missing";
+    std::vector<std::string> files = files_with(corpus + "/typ", ".typ");
+    for (const std::string& t : files_with(corpus + "/txt", ".txt")) files.push_back(t);
+    ASSERT_FALSE(files.empty());
+    const std::set<std::string> classes = {"polygon", "line", "point", "active-line", "extra-point", "file"};
+    for (const std::string& file : files) {
+        SCOPED_TRACE(file);
+        for (const Found& f : findings_of(file)) {
+            EXPECT_TRUE(classes.count(f.cls)) << f.cls;
+            EXPECT_TRUE(f.cls == "file" ? f.type.empty()
+                                        : f.type.size() == 7 && f.type.rfind("0x", 0) == 0 &&
+                                              f.type.find_first_not_of("0123456789abcdef", 2) == std::string::npos)
+                << f.type;
+            EXPECT_FALSE(f.check.empty());
+            EXPECT_TRUE(korvex::platform::is_valid_utf8(f.message)) << f.message;
+        }
+    }
 }
 
 TEST_F(CheckCommand, MaxSizeIsJudgedAtTheLimitAndOneAbove) {
