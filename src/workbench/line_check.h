@@ -29,7 +29,7 @@ bool convert_to_non_bitmap(model::Store& s, int32_t row);
 
 // Check Lines for Non-Bitmap Conversion: the report to
 // system/bin/linecheck.txt and shown, "None found." when empty; then asks
-// to convert them. True when the store changed (dirty is then set).
+// "Reload TYP file to undo changes." / "Continue?" and converts them. True when the store changed (dirty is then set).
 bool check_lines_flow(model::Store& s, platform::Prompt& ui, const std::string& data_folder);
 
 }  // namespace korvex::workbench

@@ -1,5 +1,7 @@
 #include "workbench/spelling.h"
 
+#include <algorithm>
+
 #include "platform/codepage.h"
 #include "platform/environment.h"
 #include "platform/files.h"
@@ -16,18 +18,22 @@ constexpr int k_english = 4;
 constexpr int k_german = 2;
 constexpr int k_utf8 = 65001;
 
-// Lower case of Latin letters, the accented ones of the Latin-1 range too.
-char32_t folded(char32_t c) {
-    if (c >= U'A' && c <= U'Z') return c + 32;
-    if (c >= 0xC0 && c <= 0xDE && c != 0xD7) return c + 32;
-    return c;
-}
-
-// UTF-8 in, lower-cased UTF-8 out.
+// UTF-8 in, lower-cased UTF-8 out: ASCII letters and the accented capitals
+// of the Latin-1 range (two bytes behind 0xC3), which is all a label of the
+// two word lists' languages holds.
 std::string lower_utf8(const std::string& word) {
-    std::u32string wide = platform::bytes_to_wide(word, k_utf8);
-    for (char32_t& c : wide) c = folded(c);
-    return platform::wide_to_bytes(wide, k_utf8);
+    std::string out = word;
+    for (size_t k = 0; k < out.size(); ++k) {
+        const auto c = static_cast<unsigned char>(out[k]);
+        if (c >= 'A' && c <= 'Z') {
+            out[k] = static_cast<char>(c + 32);
+        } else if (c == 0xC3 && k + 1 < out.size()) {
+            const auto d = static_cast<unsigned char>(out[k + 1]);
+            if (d >= 0x80 && d <= 0x9E && d != 0x97) out[k + 1] = static_cast<char>(d + 0x20);
+            ++k;
+        }
+    }
+    return out;
 }
 
 // The label of the preferred language in a section's String lines (in
@@ -93,6 +99,7 @@ std::optional<Dictionary> read_dictionary(const std::string& path) {
     // A list in a single-byte page is taken as Latin 1, the pages the
     // system's German list was ever shipped in.
     const bool utf8 = platform::is_valid_utf8(*text);
+    d.words.reserve(text->size() / 8);
     typ::for_each_line(*text, [&](std::string_view line) {
         std::string w(line);
         while (!w.empty() && (w.back() == ' ' || w.back() == '\t')) w.pop_back();

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <unordered_map>
 
 #include "text/text_writer.h"
 #include "typ/curf_access.h"
@@ -59,8 +58,9 @@ PairPlan plan_pairs(const std::string& col, const std::string& rows) {
         if (p.night == p.day) p.night.clear();
     };
     if (c.has(1) && !c.none && c.value[0] == c.value[1] && (!night || c.value[2] == c.value[3])) {
-        p.same = true;
+        // Only what the repair can draw plainly is waste.
         if (bitmap || c.count == 2) {
+            p.same = true;
             plain(0);
         }
         return p;
@@ -100,26 +100,16 @@ PointTable point_table(std::string_view col, const std::string& rows) {
     });
     t.used.assign(t.keys.size(), false);
     if (cpp < 1 || cpp > 2) return t;
-    // Symbols by their code; two-character ones are rare, so a map does.
-    std::array<int16_t, 256> single;
-    single.fill(-1);
-    std::unordered_map<int, int16_t> pairs;
+    // Colour index by symbol code; the table is kept between calls and only
+    // the entries set are cleared again.
+    static thread_local std::vector<int16_t> index(65536, -1);
     auto code = [&](const char* p) {
         const auto a = static_cast<unsigned char>(p[0]);
         return cpp == 1 ? a : static_cast<int>(a << 8 | static_cast<unsigned char>(p[1]));
     };
-    auto lookup = [&](const char* p) -> int {
-        if (cpp == 1) return single[static_cast<unsigned char>(p[0])];
-        const auto it = pairs.find(code(p));
-        return it == pairs.end() ? -1 : it->second;
-    };
-    for (size_t k = 0; k < t.keys.size(); ++k) {
-        if (static_cast<int>(t.keys[k].size()) != cpp) continue;
-        if (cpp == 1)
-            single[static_cast<unsigned char>(t.keys[k][0])] = static_cast<int16_t>(k);
-        else
-            pairs[code(t.keys[k].data())] = static_cast<int16_t>(k);
-    }
+    for (size_t k = 0; k < t.keys.size(); ++k)
+        if (static_cast<int>(t.keys[k].size()) == cpp) index[static_cast<size_t>(code(t.keys[k].data()))] = static_cast<int16_t>(k);
+    auto lookup = [&](const char* p) -> int { return index[static_cast<size_t>(code(p))]; };
     size_t at = 0;
     while (at < rows.size()) {
         size_t end = rows.find('\n', at);
@@ -132,6 +122,8 @@ PointTable point_table(std::string_view col, const std::string& rows) {
         }
         at = end + 1;
     }
+    for (const std::string& key : t.keys)
+        if (static_cast<int>(key.size()) == cpp) index[static_cast<size_t>(code(key.data()))] = -1;
     return t;
 }
 
@@ -246,20 +238,26 @@ void shrink_point_picture(std::vector<std::string>& lines, const PictureBlock& b
     }
     const int n = static_cast<int>(kept.size());
     const int cpp = n < model::cpp_limit ? 1 : 2;
-    std::unordered_map<std::string, std::string> to;
+    std::vector<std::string> to(65536);
+    auto code = [](std::string_view key) {
+        return key.size() == 1 ? static_cast<unsigned char>(key[0])
+                               : static_cast<int>(static_cast<unsigned char>(key[0]) << 8 | static_cast<unsigned char>(key[1]));
+    };
     for (int k = 0; k < n; ++k) {
         const std::string sym = canonical_symbol(k, n);
         std::string& line = kept[static_cast<size_t>(k)];
         const size_t open = line.find('"');
         line = line.substr(0, open + 1) + sym + line.substr(open + 1 + old_keys[static_cast<size_t>(k)].size());
-        to[old_keys[static_cast<size_t>(k)]] = sym;
+        to[static_cast<size_t>(code(old_keys[static_cast<size_t>(k)]))] = sym;
     }
     std::vector<std::string> rows;
-    const auto step = static_cast<size_t>(std::max(1, b.cpp));
+    const auto step = static_cast<size_t>(std::clamp(b.cpp, 1, 2));
     for (int k = 0; k < b.row_lines; ++k) {
         const std::string row = unquoted(lines[static_cast<size_t>(b.first_row + k)]);
         std::string out = "\"";
-        for (size_t p = 0; p + step <= row.size(); p += step) out += to[row.substr(p, step)];
+        out.reserve(row.size() + 2);
+        for (size_t p = 0; p + step <= row.size(); p += step)
+            out += to[static_cast<size_t>(code(std::string_view(row).substr(p, step)))];
         rows.push_back(out + "\"");
     }
     std::string behind = b.behind;

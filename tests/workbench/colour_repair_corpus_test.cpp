@@ -5,9 +5,11 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <set>
 
 #include "support/harness.h"
 #include "text/load_driver.h"
+#include "workbench/checks.h"
 #include "workbench/icon_painter.h"
 #include "workbench/line_check.h"
 #include "workbench/unused_colours.h"
@@ -117,6 +119,25 @@ TEST_P(ColourRepair, NonBitmapConversionKeepsTheLineRows) {
     for (size_t r = 0; r < before.size(); ++r)
         EXPECT_TRUE(before[r] == after[r]) << "row " << r << " " << row_type_name(s, model::k_lines, static_cast<int32_t>(r));
     EXPECT_TRUE(convertible_lines(s).empty());
+}
+
+// What a program reads of the checks: every finding names its class, its
+// element's type and a known check, and a second run gives the same list.
+TEST_P(ColourRepair, FindingsNameTheirElementAndAreStable) {
+    model::Store s;
+    load_file(s, GetParam());
+    const Findings first = consistency_findings(s);
+    const Findings again = consistency_findings(s);
+    ASSERT_EQ(first.size(), again.size());
+    const std::set<std::string> checks = {"unused-colours", "non-bitmap-line", "basecamp-invisible", "basecamp-no-label"};
+    for (size_t k = 0; k < first.size(); ++k) {
+        const Finding& f = first[k];
+        EXPECT_TRUE(f.cls >= model::k_polygons && f.cls <= model::k_extra_points) << f.cls;
+        EXPECT_TRUE(f.type.rfind("0x", 0) == 0 && f.type.find(',') == std::string::npos) << f.type;
+        EXPECT_TRUE(checks.count(f.check)) << f.check;
+        EXPECT_FALSE(f.message.empty());
+        EXPECT_EQ(f.type + f.check + f.message, again[k].type + again[k].check + again[k].message);
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Files, ColourRepair, ::testing::ValuesIn(repair_files()), repair_file_name);

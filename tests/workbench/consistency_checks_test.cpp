@@ -211,8 +211,10 @@ TEST(FixUnusedColours, RefusalsNoAndYes) {
 TEST(Finchk, WarnsJointlyOnlyWithThePreferenceOn) {
     CcFolder dir;
     const std::string path = (dir.root / "waste.txt").string();
+    // The point's head says three rows where it has two: the load repairs it.
     const std::string body = std::string(test::k_head) + cc_polygon("0x03", "0 0 2 0", {"0 c #FF0000", "1 c #FF0000"}) +
-                             cc_line("0x05", {"0 c #112233", "1 c #445566"}, {k_row_ones, k_row_zeros, k_row_zeros, k_row_ones});
+                             cc_line("0x05", {"0 c #112233", "1 c #445566"}, {k_row_ones, k_row_zeros, k_row_zeros, k_row_ones}) +
+                             "[_point]\r\nType=0x2f01\r\nDayXpm=\"1 3 1 1\" Colormode=0\r\n\"! c #FF0000\"\r\n\"!\"\r\n\"!\"\r\n[end]\r\n";
     ASSERT_TRUE(platform::write_file_atomic(path, body));
     for (const int option : {0, 1}) {
         SCOPED_TRACE(option);
@@ -237,7 +239,8 @@ TEST(Finchk, WarnsJointlyOnlyWithThePreferenceOn) {
         EXPECT_EQ(ui.messages[0],
                   "Found Polygons with unused colours.\r\nGo Tools -->Fix Unused Colours\r\n"
                   "Found Lines which could be converted to non-bitmap\r\nTools --> Check Lines ...\r\n"
-                  "Cancel message in Preference --> Elements.");
+                  "Cancel message in Preference --> Elements.\r\n"
+                  "Fixed Pois with xpm and bmp not matching. Please Check txt file:\r\n02F01\r\n");
     }
 }
 
@@ -296,10 +299,13 @@ TEST(LineCheck, FlowSaysNoneFoundOrAsksAndNoChangesNothing) {
     OpsFixture f;
     f.load(cc_line("0x05", {"0 c #112233", "1 c #445566"}, {k_row_ones, k_row_zeros, k_row_ones}), model::k_lines);
     const std::string before = f.text();
-    f.ui.script(Answer::no);
-    EXPECT_FALSE(check_lines_flow(f.s, f.ui, dir.root.string()));
-    EXPECT_EQ(f.text(), before);
-    EXPECT_FALSE(f.s.dirty);
+    for (const Answer a : {Answer::no, Answer::cancel}) {
+        f.ui.script(a);
+        EXPECT_FALSE(check_lines_flow(f.s, f.ui, dir.root.string()));
+        EXPECT_EQ(f.text(), before);
+        EXPECT_FALSE(f.s.dirty);
+    }
+    EXPECT_EQ(f.ui.questions.back(), "Reload TYP file to undo changes.\r\n\r\nContinue?");
     EXPECT_TRUE(fs::exists(dir.root / "system" / "bin" / "linecheck.txt"));
     EXPECT_TRUE(check_lines_flow(f.s, f.ui, dir.root.string()));
     EXPECT_TRUE(f.s.dirty);
@@ -367,6 +373,22 @@ TEST(Spelling, PluralPassesAndTheHeadingNamesTheDictionary) {
     EXPECT_EQ(spelchk(f.s, model::k_polygons, *d),
               "Dictionary used: " + path + "\r\n(Dictionary MUST match English)\r\n0x0300 bsu\r\n");
     EXPECT_FALSE(read_dictionary((dir.root / "none.dic").string()));
+}
+
+// The distribution's word lists, where installed, read in the same format.
+TEST(Spelling, SystemWordListsReadWithTheirAccents) {
+    const struct {
+        int entry;
+        const char* words[3];
+    } lists[] = {{0, {"map", "roads", "church"}}, {1, {"karte", "stra\xC3\x9F" "e", "\xC3\xBC" "ber"}}};
+    for (const auto& l : lists) {
+        const std::string path = dictionary_candidates(l.entry, "/nonexistent", "", "").back();
+        if (!fs::exists(path)) GTEST_SKIP() << path << " is not installed";
+        const std::optional<Dictionary> d = read_dictionary(path);
+        ASSERT_TRUE(d);
+        for (const char* w : l.words) EXPECT_TRUE(d->has(w)) << w;
+        EXPECT_FALSE(d->has("qzxv"));
+    }
 }
 
 TEST(Spelling, MissingDictionarySaysWhereItLooked) {
