@@ -44,7 +44,10 @@ BatchCanvasDialog::BatchCanvasDialog(char preset, QWidget* parent) : QDialog(par
         b->setObjectName(QString(QChar(p.letter)));
         b->setCheckable(true);
         b->setChecked(p.letter == preset);
-        b->setMinimumSize(56, 56);
+        b->setMinimumSize(64, 64);
+        QFont big = b->font();
+        big.setPointSizeF(big.pointSizeF() * 1.8);
+        b->setFont(big);
         pictures_->addButton(b, p.letter);
         row->addWidget(b);
     }

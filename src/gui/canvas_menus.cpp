@@ -62,10 +62,15 @@ void ToolMenus::add_canvas_grid_entries(QMenu& menu) {
     // On points the tools are at hand where the selection is made: the
     // grid's entries run the menu bar's.
     if (!workbench::points_in_view(w_.browser())) return;
+    // With nothing selected the cell under the mouse is the selection.
     auto same_as = [this](QMenu* into, QMenu* from, const char* text, const char* name) {
         QAction* original = from->findChild<QAction*>(name);
         if (!original) return;
-        connect(into->addAction(text), &QAction::triggered, original, &QAction::trigger);
+        connect(into->addAction(text), &QAction::triggered, this, [this, original] {
+            workbench::Browser& b = w_.browser();
+            if (b.sel1().empty() && b.sel2().empty() && b.current_cell() >= 0) b.click(b.current_cell(), true, false);
+            original->trigger();
+        });
     };
     menu.addSeparator();
     QMenu* sub = menu.addMenu("Canvas");

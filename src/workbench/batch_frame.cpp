@@ -11,7 +11,8 @@ namespace korvex::workbench {
 
 int max_size(const AppSettings& settings) {
     const int v = settings.max_canvas_poi > 0 ? settings.max_canvas_poi : k_max_size_default;
-    return std::max(v, k_max_size_least);
+    // A point record holds width and height in a byte each.
+    return std::clamp(v, k_max_size_least, 255);
 }
 
 bool points_in_view(const Browser& b) { return b.cls() == model::k_points || b.cls() == model::k_extra_points; }

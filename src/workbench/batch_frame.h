@@ -28,7 +28,8 @@ struct BatchRequest {
     std::string data_folder;  // where report files go
 };
 
-// The Max Size setting as the tools use it: at least 12, 64 when unset.
+// The Max Size setting as the tools use it: at least 12, 64 when unset,
+// no more than a record can hold (255).
 int max_size(const AppSettings& settings);
 
 // The store rows of the cells of both selection lists, primary first, each

@@ -103,6 +103,29 @@ PointPicture read_point_picture(const model::Store& s, int32_t r) {
     return p;
 }
 
+PointPicture read_night_picture(const model::Store& s, int32_t r) {
+    PointPicture p;
+    if (r < 0 || static_cast<size_t>(r) >= s.pt_col.size()) return p;
+    const auto row = static_cast<size_t>(r);
+    bool night = false;
+    each_text_line(s.pt_col[row], [&](std::string_view line) {
+        if (!night && is_head(line)) {
+            night = true;
+            const text::point_text::Head head = text::point_text::read_head(line);
+            p.key = head.key;
+            p.width = std::max(head.field[0], 0);
+            p.height = std::max(head.field[1], 0);
+            p.colours = std::max(head.field[2], 0);
+            p.cpp = head.field[3] == 2 ? 2 : 1;
+            p.mode = head.mode.empty() ? "0" : head.mode;
+        } else if (night) {
+            p.colour_lines.emplace_back(line);
+        }
+    });
+    if (night) each_text_line(s.pt_nbmp[row], [&](std::string_view line) { p.rows.emplace_back(line); });
+    return p;
+}
+
 std::string picture_text(const PointPicture& p) {
     std::string out;
     size_t size = 64 + p.night.size();

@@ -30,6 +30,11 @@ struct PointPicture {
 // picture gives width and height 0 and no rows.
 PointPicture read_point_picture(const model::Store& s, int32_t r);
 
+// The night picture of point row r as parts of its own (key "NightXpm=");
+// width and height 0 when the point has none. picture_text of it is the
+// day picture's night text.
+PointPicture read_night_picture(const model::Store& s, int32_t r);
+
 // Head, colour lines, quoted rows and the night part, each line CR LF ended.
 std::string picture_text(const PointPicture& p);
 

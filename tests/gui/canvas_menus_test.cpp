@@ -18,6 +18,7 @@
 #include "gui/grid_view.h"
 #include "gui/main_window.h"
 #include "gui/tool_menus.h"
+#include "workbench/point_checks.h"
 #include "workbench/point_section.h"
 
 namespace {
@@ -61,6 +62,12 @@ TEST(CanvasMenus, AddCanvasRunsTheChosenSideOnTheSelection) {
     f.next_dialog([](korvex::gui::BatchCanvasDialog& d) {
         EXPECT_EQ(d.choice(), '\0');
         d.findChild<QToolButton*>("R")->click();
+        // KORVEX_GRABS=dir keeps a picture of the dialog for a look.
+        if (const QByteArray dir = qgetenv("KORVEX_GRABS"); !dir.isEmpty()) {
+            d.show();
+            QApplication::processEvents();
+            d.grab().save(QString::fromUtf8(dir) + "/batch_canvas.png");
+        }
         return static_cast<int>(QDialog::Accepted);
     });
     QAction* add = f.entry("Canvas", "adcanvas");
@@ -129,23 +136,40 @@ TEST(CanvasMenus, ToolsEntriesWantPointsAndWorkOnThem) {
     EXPECT_TRUE(f.w->store().dirty);
 }
 
-TEST(CanvasMenus, TheGridMenuOffersThePointToolsOnPoints) {
+// The grid's menu on points holds the point tools; with nothing selected
+// they act on the cell that was right-clicked.
+TEST(CanvasMenus, TheGridMenuOffersThePointToolsForTheClickedCell) {
     CanvasFixture f;
     QStringList seen;
     QTimer::singleShot(0, [&] {
-        if (QWidget* menu = QApplication::activePopupWidget()) {
-            for (QAction* a : menu->actions()) {
-                seen << a->text();
-                if (a->menu())
-                    for (QAction* b : a->menu()->actions()) seen << b->text();
-            }
-            menu->close();
+        QWidget* menu = QApplication::activePopupWidget();
+        if (!menu) return;
+        for (QAction* a : menu->actions()) {
+            seen << a->text();
+            if (a->menu())
+                for (QAction* b : a->menu()->actions()) seen << b->text();
+            if (a->text() == "Add Night POIs") a->trigger();
         }
+        menu->close();
     });
-    f.w->grid()->context_menu(0, QPoint(10, 10));
+    // A cell whose point the tools take.
+    int cell = 0;
+    std::string why;
+    while (cell + 1 < f.w->browser().cell_count() &&
+           korvex::workbench::chkcanv(f.w->store(), f.w->browser().row_of(cell), why))
+        ++cell;
+    const int32_t row = f.w->browser().row_of(cell);
+    std::vector<bool> had_night;
+    for (int32_t r = 0; r < f.w->store().pt_n; ++r) had_night.push_back(!f.w->store().pt_nbmp[static_cast<size_t>(r)].empty());
+    ASSERT_FALSE(had_night[static_cast<size_t>(row)]);
+    f.w->browser().click(cell, false, false, true);  // the right button's press
+    f.w->grid()->context_menu(cell, QPoint(10, 10));
     for (const char* name : {"Add Canvas", "Add Border", "Remove White Space", "Add POI Label Pixel",
                              "Remove POI Label Pixel", "Add Night POIs"})
         EXPECT_TRUE(seen.contains(name)) << name;
+    const auto& s = f.w->store();
+    for (int32_t r = 0; r < s.pt_n; ++r)
+        EXPECT_EQ(!s.pt_nbmp[static_cast<size_t>(r)].empty(), had_night[static_cast<size_t>(r)] || r == row) << r;
 }
 
 }  // namespace

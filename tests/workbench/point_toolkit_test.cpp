@@ -64,6 +64,12 @@ TEST_P(PointSectionCorpus, UnchangedPictureRewritesToTheSameRow) {
         const auto ncol = s.pt_ncol[row], nncol = s.pt_nncol[row];
         const auto mode = s.pt_mode[row];
         const int32_t nights = s.pt_nnight;
+        const PointPicture day = read_point_picture(s, r);
+        if (!day.night.empty()) {
+            const PointPicture night = read_night_picture(s, r);
+            EXPECT_EQ(night.key, "NightXpm=") << typ;
+            ASSERT_EQ(picture_text(night), day.night) << typ;
+        }
         updpoicod(s, quiet, r, read_point_picture(s, r));
         ASSERT_EQ(s.pt_col[row], col) << typ;
         ASSERT_EQ(s.pt_bmp[row], bmp) << typ;
@@ -177,79 +183,29 @@ TEST(Chktrbmp, MarginsAtTheFourSides) {
     EXPECT_EQ(chktrbmp({"....", "..A."}, "..", 2).top, 1);
 }
 
-TEST(Chkcanv, OpacityNightAndNoBitmapAreExcludedWithTheirReasons) {
-    model::Store s;
-    platform::QuietPrompt quiet;
-    const int32_t plain = add_point(s, quiet, point_text("2f01", 1, 1, {"A c #FF0000", ". c none"}, {"A"}));
-    const int32_t alpha = add_point(
-        s, quiet, "[_point]\r\nType=0x2f02\r\nDayXpm=\"1 1 1 1\" Colormode=32\r\n\"A c #FF0000\" alpha=3\r\n\"A\"\r\n[end]\r\n");
-    const int32_t night = add_point(s, quiet,
-                                    "[_point]\r\nType=0x2f03\r\nDayXpm=\"1 1 1 1\" Colormode=0\r\n\"A c #FF0000\"\r\n\"A\"\r\n"
-                                    "NightXpm=\"1 1 1 1\" Colormode=0\r\n\"A c #000000\"\r\n\"A\"\r\n[end]\r\n");
-    const int32_t bare = add_point(s, quiet, "[_point]\r\nType=0x2f04\r\nDayXpm=\"0 0 0 0\"\r\n[end]\r\n");
-    std::string report;
-    EXPECT_FALSE(chkcanv(s, plain, report));
-    EXPECT_EQ(report, "");
-    EXPECT_TRUE(chkcanv(s, alpha, report));
-    EXPECT_TRUE(chkcanv(s, night, report));
-    EXPECT_TRUE(chkcanv(s, bare, report));
-    EXPECT_EQ(report, "02F02 has opacity\r\n02F03 has night bmp\r\n02F04 has no bitmap\r\n");
-}
-
-TEST(BatchFrame, MaxSizeIsAtLeastTwelveAndSixtyFourWhenUnset) {
+TEST(BatchFrame, MaxSizeIsAtLeastTwelveAtMost255AndSixtyFourWhenUnset) {
     AppSettings a;
-    for (const auto& [set, want] : std::vector<std::pair<int, int>>{{0, 64}, {11, 12}, {12, 12}, {13, 13}, {128, 128}}) {
+    for (const auto& [set, want] : std::vector<std::pair<int, int>>{{0, 64}, {11, 12}, {12, 12}, {13, 13}, {255, 255}, {256, 255}}) {
         a.max_canvas_poi = set;
         EXPECT_EQ(max_size(a), want) << set;
     }
 }
 
-TEST(BatchFrame, LimitsHoldAtTheBoundaryAndReportOnceAbove) {
-    BatchReport report;
-    EXPECT_TRUE(within_size(64, 64, 64, "02F00", report));
-    EXPECT_FALSE(within_size(65, 1, 64, "02F00", report));
-    EXPECT_FALSE(within_size(1, 65, 64, "02F00", report));
-    PointPicture p;
-    p.colour_lines.assign(255, "\"$ c #000000\"");
-    EXPECT_TRUE(within_colours(p, "02F01", report));
-    p.colour_lines.emplace_back("\"$ c none\"");
-    EXPECT_FALSE(within_colours(p, "02F01", report));
-    EXPECT_EQ(report.text(),
-              "Excluded:\r\n02F00 Max width/height set to 64.Change in Settings\r\n02F01 colours exceeds 255\r\n");
-}
-
-TEST(BatchFrame, RefusalsAndPromptsBeforeAnyChange) {
-    const integration::Messages& m = english_messages();
+// The points of both selection lists, the primary first, each once; the
+// box takes the whole class.
+TEST(BatchFrame, TheRowsAreBothListsOnceOrTheWholeClass) {
     model::Store s;
+    platform::QuietPrompt quiet;
+    for (int i = 0; i < 3; ++i) add_point(s, quiet, point_text("2f0" + std::to_string(i), 1, 1, {"A c #FF0000"}, {"A"}, "0"));
     Browser b;
     b.set_class(model::k_points);
     b.build_grid(s);
-    platform::ScriptedPrompt ui;
-    std::vector<int32_t> rows{7};
-    EXPECT_FALSE(batch_selection(s, b, ui, m, true, rows));
-    EXPECT_TRUE(rows.empty());
-    EXPECT_EQ(ui.messages.back(), "No data.");
-
-    platform::QuietPrompt quiet;
-    for (int i = 0; i < 3; ++i) add_point(s, quiet, point_text("2f0" + std::to_string(i), 1, 1, {"A c #FF0000"}, {"A"}, "0"));
-    b.build_grid(s);
-    EXPECT_FALSE(batch_selection(s, b, ui, m, false, rows));
-    EXPECT_EQ(ui.messages.back(), "Please CTRL/SHIFT or CTRL A select.\r\n\r\nCTRL/SHFT  (CTRL A) (Esc = cancel)");
-    EXPECT_TRUE(batch_selection(s, b, ui, m, true, rows));
-    EXPECT_EQ(rows, (std::vector<int32_t>{0, 1, 2}));
+    EXPECT_TRUE(batch_rows(s, b, false).empty());
+    EXPECT_EQ(batch_rows(s, b, true), (std::vector<int32_t>{0, 1, 2}));
     b.click(2, true, false);
     b.click(0, true, false, true);
-    b.click(2, true, false, true);  // in both lists: once
-    EXPECT_TRUE(batch_selection(s, b, ui, m, false, rows));
-    EXPECT_EQ(rows, (std::vector<int32_t>{2, 0}));
-
-    for (const auto a : {platform::Answer::yes, platform::Answer::no, platform::Answer::cancel}) {
-        platform::ScriptedPrompt asked;
-        asked.script(a);
-        EXPECT_EQ(confirm_no_undo(asked, m), a == platform::Answer::yes);
-        EXPECT_EQ(asked.messages, std::vector<std::string>{"Reload TYP file to undo changes."});
-        EXPECT_EQ(asked.questions, std::vector<std::string>{"Continue?"});
-    }
+    b.click(2, true, false, true);  // in both lists
+    EXPECT_EQ(batch_rows(s, b, false), (std::vector<int32_t>{2, 0}));
 }
 
 }  // namespace
