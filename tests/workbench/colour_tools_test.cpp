@@ -302,6 +302,42 @@ TEST(DayOpacity, ReplaceTurnsFifteenToNoneAndSetsTheModeByWhatIsLeft) {
     EXPECT_EQ(conv_32(f.s, f.b, f.ui, f.m, {false, 0, false}), 0);
 }
 
+// A point of n colours in opacity mode keyed two characters a pixel, one row
+// using them all; the first two colours fully transparent.
+std::string wide_opacity_point(int n) {
+    std::vector<std::string> lines;
+    std::string row;
+    for (int i = 0; i < n; ++i) {
+        const std::string key = {static_cast<char>('A' + i / 16), static_cast<char>('a' + i % 16)};
+        char hex[8];
+        std::snprintf(hex, sizeof hex, "%06X", 0x102030 + i * 0x010101);
+        lines.push_back("\"" + key + " c #" + hex + "\" alpha=" + (i < 2 ? "15" : "4"));
+        row += key;
+    }
+    lines.push_back("\"" + row + "\"");
+    return point("2f00", std::to_string(n) + " 1 " + std::to_string(n) + " 2\" Colormode=32", lines);
+}
+
+TEST(DayOpacity, ReplaceAcrossTheTwoCharacterLimitKeepsThePicture) {
+    // 33 colours lose one to the merged "none" and stay two characters a
+    // pixel; 32 fall to 31 and are read back with one.
+    for (const int n : {33, 32}) {
+        ToolFixture f;
+        f.load(wide_opacity_point(n), model::k_points);
+        ASSERT_EQ(f.s.pt_ncol[0], n);
+        f.b.select_all();
+        ASSERT_EQ(conv_32(f.s, f.b, f.ui, f.m, {false, 0, false}), 1);
+        EXPECT_EQ(f.s.pt_ncol[0], n - 1);
+        EXPECT_EQ(f.s.pt_bmp[0].size(), static_cast<size_t>(n * (n - 1 < model::cpp_limit ? 1 : 2) + 2)) << n;
+        const Raster r = paint_element(f.s, model::k_points, 0, k_background);
+        ASSERT_EQ(r.w, n);
+        EXPECT_EQ(r.px[0], k_background);
+        EXPECT_EQ(r.px[1], k_background);
+        EXPECT_EQ(r.px[2], 0xFF000000u | (0x102030 + 2 * 0x010101));
+        EXPECT_EQ(r.px[static_cast<size_t>(n - 1)], 0xFF000000u | static_cast<uint32_t>(0x102030 + (n - 1) * 0x010101));
+    }
+}
+
 TEST(DayOpacity, NightPicturesTakeTheSameWalk) {
     ToolFixture f;
     f.load(point("2f00", "2 1 1 1\"", {"\"! c #FE0101\"", "\"!!\"", "NightXpm=\"2 1 2 1\"", "\"! c #ABCDEF\"",
