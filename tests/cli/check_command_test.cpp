@@ -14,10 +14,10 @@
 #include "platform/codepage.h"
 #include "support/harness.h"
 
+namespace check_command_test {
+
 using namespace korvex::testing;
 using namespace korvex::testing::cli_fixture;
-
-namespace check_command_test {
 
 struct Found {
     std::string cls, type, check, message;

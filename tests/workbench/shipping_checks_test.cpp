@@ -16,10 +16,10 @@
 #include "workbench/pipeline_checks.h"
 #include "workbench/point_limits_check.h"
 
+namespace shipping_checks_test {
+
 using namespace korvex;
 using namespace korvex::workbench;
-
-namespace shipping_checks_test {
 
 std::string head(int codepage = 1252) {
     return "[_id]\r\nProductCode=1\r\nFID=4711\r\nCodePage=" + std::to_string(codepage) + "\r\n[end]\r\n";
