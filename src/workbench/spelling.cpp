@@ -36,9 +36,9 @@ std::string lower_utf8(const std::string& word) {
     return out;
 }
 
-// The label of the preferred language in a section's String lines (in
-// UTF-8 already); "" when there is none.
-std::string preferred_label(const std::string& section, int language) {
+// The String line of the preferred language in a section ("" when there
+// is none), as the section holds it.
+std::string preferred_line(const std::string& section, int language) {
     std::string found;
     typ::for_each_line(section, [&](std::string_view line) {
         if (!found.empty() || !typ::lower(line.substr(0, 6)).starts_with("string")) return;
@@ -52,10 +52,20 @@ std::string preferred_label(const std::string& section, int language) {
             if (d < 0) return;
             lang = lang * 16 + d;
         }
-        if (lang != language) return;
-        found = std::string(line.substr(comma + 1));
+        if (lang == language) found = std::string(line);
     });
     return found;
+}
+
+// The label of the preferred language as UTF-8; only a label beyond ASCII
+// goes through its language's page.
+std::string preferred_label(const model::Store& s, const std::string& section) {
+    std::string line = preferred_line(section, s.opt.langid);
+    if (line.empty()) return {};
+    if (!std::all_of(line.begin(), line.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; }))
+        line = text::convert(s, line);
+    const size_t comma = line.find(',');
+    return comma == std::string::npos ? std::string() : line.substr(comma + 1);
 }
 
 bool only_digits(const std::string& w) {
@@ -159,7 +169,7 @@ Findings spelling_findings(const model::Store& s, int cls, const Dictionary& dic
     Findings out;
     const auto [first, end] = spelled_rows(s, cls);
     for (int32_t r = first; r < end; ++r) {
-        const std::string label = preferred_label(text::convert(s, section_text(s, cls, r)), s.opt.langid);
+        const std::string label = preferred_label(s, section_text(s, cls, r));
         if (label.empty()) continue;
         for (const std::string& w : label_words(label))
             if (!dict.has(w)) out.push_back({cls, type_text(s, cls, r), "spelling", w});

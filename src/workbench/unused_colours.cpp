@@ -49,7 +49,9 @@ struct PairPlan {
 PairPlan plan_pairs(const std::string& col, const std::string& rows) {
     PairPlan p;
     const RoleColours c = role_colours(col);
-    if (c.count == 0) return p;
+    // A night colour without its pair has a transparent partner the table
+    // does not name: no plain form draws that.
+    if (c.count == 0 || c.has(2) != c.has(3)) return p;
     const bool night = c.has(3);
     const bool bitmap = !rows.empty();
     auto plain = [&](int k) {

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <filesystem>
+#include <random>
 
 #include "ops_fixture.h"
 #include "platform/files.h"
@@ -391,6 +392,23 @@ TEST(Spelling, SystemWordListsReadWithTheirAccents) {
     }
 }
 
+// A label in bytes of the project's page meets a UTF-8 word list.
+TEST(Spelling, LabelsOfTheCodePageMeetTheListInUtf8) {
+    CcFolder dir;
+    const std::string path = (dir.root / "de.dic").string();
+    ASSERT_TRUE(platform::write_file_atomic(path, "Geb\xC3\xA4ude\n"));
+    std::optional<Dictionary> d = read_dictionary(path);
+    ASSERT_TRUE(d);
+    d->language = 2;
+    OpsFixture f;
+    f.load("[_polygon]\r\nType=0x03\r\nString1=0x02,Geb\xE4ude Stra\xDF" "e\r\nString2=0x04,Building\r\n"
+           "Xpm=\"0 0 1 0\"\r\n\"0 c #FF0000\"\r\n[end]\r\n");
+    f.s.opt.langid = 2;
+    const Findings found = spelling_findings(f.s, model::k_polygons, *d);
+    ASSERT_EQ(found.size(), 1u);
+    EXPECT_EQ(found[0].message, "stra\xC3\x9F" "e");
+}
+
 TEST(Spelling, MissingDictionarySaysWhereItLooked) {
     CcFolder dir;
     OpsFixture f;
@@ -473,6 +491,74 @@ TEST(SearchCategories, RowsTakeIndexOrderOnce) {
 }
 
 // ---- all at once ------------------------------------------------------------
+
+// Elements of random colours and rows: no check or repair fails on them,
+// the repairs leave the same pictures and nothing more to repair. A few
+// rounds get junk rows or junk colour tables, which must only not fail.
+TEST(ConsistencyFindings, RandomElementsRepairToTheSamePictures) {
+    std::mt19937 rng(19);
+    const auto junk = [&](unsigned most) {
+        std::string t(rng() % most, ' ');
+        for (char& c : t) c = static_cast<char>(rng() % 256);
+        return t;
+    };
+    const auto colour = [&] {
+        const char* values[] = {"#FF0000", "#0000FF", "none"};
+        return std::string(values[rng() % 3]);
+    };
+    const auto rows = [&](const std::string& keys, int n, int width) {
+        std::string out;
+        for (int y = 0; y < n; ++y) {
+            const bool flat = rng() % 2;
+            const char first = keys[rng() % keys.size()];
+            std::string row;
+            for (int x = 0; x < width; ++x) row += flat ? first : keys[rng() % keys.size()];
+            out += "\"" + row + "\"\r\n";
+        }
+        return out;
+    };
+    const auto table = [&](int n, const std::string& keys) {
+        std::string out;
+        for (int k = 0; k < n; ++k) out += "\"" + std::string(1, keys[static_cast<size_t>(k)]) + " c " + colour() + "\"\r\n";
+        return out;
+    };
+    int found = 0;
+    for (int round = 0; round < 400; ++round) {
+        const bool odd = round % 10 == 9;
+        const bool pattern = rng() % 2;
+        // Three colours too: a night colour whose partner is left unnamed.
+        const int pn = pattern ? 2 + static_cast<int>(rng() % 3) : 1 + static_cast<int>(rng() % 2);
+        const int ln = 2 + static_cast<int>(rng() % 3), lh = 1 + static_cast<int>(rng() % 5);
+        const int pc = 1 + static_cast<int>(rng() % 4);
+        std::string text = "[_polygon]\r\nType=0x03\r\nXpm=\"" + std::string(pattern ? "32 32 " : "0 0 ") +
+                           std::to_string(pn) + (pattern ? " 1" : " 0") + "\"\r\n" + table(pn, "0123") +
+                           (pattern ? rows("01", 32, 32) : "") + "[end]\r\n";
+        text += "[_line]\r\nType=0x05\r\nXpm=\"32 " + std::to_string(lh) + " " + std::to_string(ln) + " 1\"\r\n" +
+                (odd ? junk(60) + "\r\n" : table(ln, "0123")) + rows("01", lh, 32) + "[end]\r\n";
+        text += "[_point]\r\nType=0x2f00\r\nDayXpm=\"4 3 " + std::to_string(pc) + " 1\"\r\n" + table(pc, "!#$%") +
+                (odd ? "\"" + junk(12) + "\"\r\n" : rows(std::string("!#$%").substr(0, static_cast<size_t>(pc)), 3, 4)) +
+                "[end]\r\n";
+        OpsFixture f;
+        f.load(text);
+        found += static_cast<int>(consistency_findings(f.s).size());
+        const auto paint_all = [&] {
+            std::vector<std::vector<uint32_t>> out;
+            for (int cls = model::k_polygons; cls <= model::k_points; ++cls) {
+                const int32_t n = cls == model::k_polygons ? f.s.pg_n : cls == model::k_lines ? f.s.ln_n : f.s.pt_n;
+                for (int32_t r = 0; r < n; ++r)
+                    for (const bool night : {false, true}) out.push_back(paint_element(f.s, cls, r, 0xFF000000u, night).px);
+            }
+            return out;
+        };
+        const auto before = paint_all();
+        for (const int32_t r : convertible_lines(f.s)) convert_to_non_bitmap(f.s, r);
+        for (int cls = model::k_polygons; cls <= model::k_points; ++cls) redun(f.s, cls);
+        EXPECT_TRUE(paint_all() == before) << text;
+        if (odd) continue;
+        for (int cls = model::k_polygons; cls <= model::k_points; ++cls) EXPECT_EQ(checkcols(f.s, cls), "") << text;
+    }
+    EXPECT_GT(found, 100);  // the rounds do reach the repairs
+}
 
 TEST(ConsistencyFindings, EachPlantedFaultOnceWithItsType) {
     OpsFixture f;
