@@ -114,9 +114,26 @@ void ToolMenus::add_colour_entries() {
 }
 
 void ToolMenus::add_colour_grid_entries(QMenu& menu) {
-    // The tools that act on the selection, beside the cells they change.
-    for (const char* key : {"c_make_transparent", "c_replace_day_opacity", "c_add_day_opacity"})
-        if (QAction* a = colours_->findChild<QAction*>(key)) menu.addAction(a);
+    // The tools that act on the selection, beside the cells they change;
+    // with nothing selected the cell under the mouse is the selection.
+    std::vector<const char*> keys = {"c_make_transparent"};
+    if (workbench::points_in_view(w_.browser())) {
+        keys.push_back("c_replace_day_opacity");
+        keys.push_back("c_add_day_opacity");
+    }
+    menu.addSeparator();
+    for (const char* key : keys) {
+        QAction* original = colours_->findChild<QAction*>(key);
+        if (!original) continue;
+        // Worded as the menu bar's entry already is in the language on show.
+        QAction* a = menu.addAction(original->text());
+        set_caption_key(a, key);
+        connect(a, &QAction::triggered, this, [this, original] {
+            workbench::Browser& b = w_.browser();
+            if (b.sel1().empty() && b.sel2().empty() && b.current_cell() >= 0) b.click(b.current_cell(), true, false);
+            original->trigger();
+        });
+    }
 }
 
 }  // namespace korvex::gui

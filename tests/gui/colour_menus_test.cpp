@@ -8,12 +8,14 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QSpinBox>
+#include <QTimer>
 
 #include <gtest/gtest.h>
 
 #include "window_fixture.h"
 
 #include "editor/standard_palettes.h"
+#include "gui/grid_view.h"
 #include "gui/main_window.h"
 #include "gui/palette_panel_dialog.h"
 #include "gui/tool_menus.h"
@@ -67,6 +69,36 @@ TEST(ColourMenus, MakeTransparentChangesTheSelectedPointOnlyAndCancelNothing) {
     EXPECT_EQ(f.s().pt_col[0], "\"$ c #FFFFFF\"\r\n\"% c none\"\r\n");
     EXPECT_EQ(f.s().pt_col[1], before[1]);
     EXPECT_TRUE(f.dirty_caption());
+}
+
+// The grid's menu: Make Transparent on every class, the opacity tools on
+// points; with nothing selected they act on the right-clicked cell.
+TEST(ColourMenus, TheGridMenuMakesTheClickedCellTransparent) {
+    ColourFixture f;
+    for (const int cls : {0, 2}) {
+        f.w->show_class(cls);
+        QStringList seen;
+        QTimer::singleShot(0, [&] {
+            QWidget* menu = QApplication::activePopupWidget();
+            if (!menu) return;
+            for (QAction* a : menu->actions()) {
+                seen << a->text();
+                if (a->text() == "Make Transparent") a->trigger();
+            }
+            menu->close();
+        });
+        const std::vector<std::string> pg = f.s().pg_col, pt = f.s().pt_col;
+        const int32_t row = f.w->browser().row_of(3);
+        f.w->browser().click(3, false, false, true);
+        f.w->grid()->context_menu(3, QPoint(10, 10));
+        QApplication::processEvents();
+        EXPECT_TRUE(seen.contains("Make Transparent")) << cls;
+        EXPECT_EQ(seen.contains("Add POI Day Opacity"), cls == 2);
+        for (int32_t r = 0; r < f.s().pg_n; ++r)
+            EXPECT_EQ(f.s().pg_col[r] == pg[r], cls != 0 || r != row) << cls << " " << r;
+        for (int32_t r = 0; r < f.s().pt_n; ++r)
+            EXPECT_EQ(f.s().pt_col[r] == pt[r], cls != 2 || r != row) << cls << " " << r;
+    }
 }
 
 TEST(ColourMenus, AddOpacityAsksItsValueOnlyForPointsAndReplaceTakesItAway) {
