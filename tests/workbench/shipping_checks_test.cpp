@@ -146,13 +146,17 @@ TEST(DraworderChecks, PolygonsWithoutLevelOnceAType) {
                              "[_polygon]\r\nType=0x01\r\nXpm=\"0 0 1 0\"\r\n\"a c #FF0000\"\r\n[end]\r\n"
                              "[_polygon]\r\nType=0x10f03\r\nXpm=\"0 0 1 0\"\r\n\"a c #0000FF\"\r\n[end]\r\n"
                              "[_polygon]\r\nType=0x17\r\nXpm=\"0 0 1 0\"\r\n\"a c #0000FF\"\r\n[end]\r\n"
-                             "[_polygon]\r\nType=0x17\r\nXpm=\"0 0 1 0\"\r\n\"a c #00FF00\"\r\n[end]\r\n";
+                             "[_polygon]\r\nType=0x17\r\nXpm=\"0 0 1 0\"\r\n\"a c #00FF00\"\r\n[end]\r\n"
+                             "[_polygon]\r\nType=0x0501\r\nXpm=\"0 0 1 0\"\r\n\"a c #00FF00\"\r\n[end]\r\n";
     const model::Store s = load(text);
-    ASSERT_EQ(s.pg_n, 4);
+    ASSERT_EQ(s.pg_n, 5);
     const Findings none = chk_no_draworder(s);
-    ASSERT_EQ(none.size(), 1u) << "one finding a type, not a row";
+    ASSERT_EQ(none.size(), 2u) << "one finding a type, not a row";
     EXPECT_EQ(none[0].type, "0x01700");
     EXPECT_EQ(none[0].check, k_check_no_draworder);
+    // A type below 0x100 with a subtype has no place in a TYP's draw order.
+    EXPECT_EQ(none[1].type, "0x00501");
+    EXPECT_NE(none[1].message.find("cannot have a draw-order level"), std::string::npos) << none[1].message;
 }
 
 // A TYP keeps a type listed twice in drwlist; a text load drops the repeat,
