@@ -81,6 +81,18 @@ TEST(CheckMenus, NoAtTheQuestionLeavesTheProjectClean) {
     EXPECT_FALSE(f.w->windowTitle().endsWith("+"));
 }
 
+TEST(CheckMenus, TheDrawOrderViewRefusesTheColourRepair) {
+    CheckMenusFixture f;
+    f.open_wasteful();
+    f.w->show_class(korvex::model::k_polygons);
+    f.w->set_draworder_view(true);
+    f.prompt.messages.clear();
+    f.run("Colours", "Fix Unused Colours");
+    EXPECT_EQ(f.prompt.messages, std::vector<std::string>{"Change to Polygons."});
+    EXPECT_TRUE(f.prompt.reports.empty());
+    EXPECT_EQ(f.w->store().pg_ncol[0], 2);
+}
+
 TEST(CheckMenus, ToolsChecksOnTheSampleFindNothing) {
     CheckMenusFixture f;
     ASSERT_TRUE(f.w->open_file(k_samples + "sample.typ"));
