@@ -207,21 +207,6 @@ TEST(PaletteConversion, SelectedPointsTakeThePaletteAndOpacityPointsAndOtherClas
     EXPECT_EQ(again.s.pt_col[0], f.s.pt_col[0]);
 }
 
-TEST(PaletteConversion, PolygonsAndLinesKeepTheirDigitKeys) {
-    ToolFixture f;
-    f.load(k_mixed, model::k_lines);
-    f.b.select_all();
-    platform::ScriptedFileDialog dialogs;
-    EdpalRequest r;
-    r.entry = k_pal_bw;
-    r.folders = {source_dir() + "/data/pal"};
-    const std::string polygon = f.s.pg_col[0];
-    ASSERT_TRUE(edpal(f.s, f.b, f.ui, f.m, dialogs, r));
-    // Green is nearer to black than to white.
-    EXPECT_EQ(f.s.ln_col[0], "\"0 c #000000\"\r\n\"1 c #000000\"");
-    EXPECT_EQ(f.s.pg_col[0], polygon);
-}
-
 TEST(PaletteConversion, RefusalsChangeNothing) {
     ToolFixture f;
     f.load(k_mixed, model::k_points);
@@ -449,20 +434,56 @@ TEST(MakeTransparent, PromptsComeFirstAndCancelOrNoSelectionChangesNothing) {
     EXPECT_EQ(Columns(f.s), before);
 }
 
-TEST(DayOpacity, OnlyForPointsAndCancelChangesNothing) {
+}  // namespace
+}  // namespace korvex::workbench
+
+namespace korvex::workbench {
+namespace {
+
+// Over every corpus file: every class converted to 16 colours holds only
+// palette colours (opacity points aside) and saves as text that reads back
+// to the same pictures: the tool leaves elements a reader takes as they are.
+class PaletteConversionCorpus : public ::testing::TestWithParam<std::string> {};
+
+TEST_P(PaletteConversionCorpus, ConvertedElementsReadBackAsTheyPaint) {
+    KORVEX_SKIP_WITHOUT_CORPUS(GetParam());
     ToolFixture f;
-    f.load(k_mixed, model::k_lines);
-    const Columns before(f.s);
-    f.b.select_all();
-    EXPECT_EQ(conv_32(f.s, f.b, f.ui, f.m, {true, 3, false}), 0);
-    EXPECT_EQ(f.ui.messages, std::vector<std::string>{"Select Points"});
-    f.show(model::k_points);
-    f.b.select_all();
-    platform::ScriptedPrompt asked;
-    asked.script(platform::Answer::cancel);
-    EXPECT_EQ(conv_32(f.s, f.b, asked, f.m, {true, 3, false}), 0);
-    EXPECT_EQ(Columns(f.s), before);
+    platform::QuietPrompt quiet;
+    text::load_txt(f.s, quiet, GetParam(), read_bytes(GetParam()), false, false);
+    platform::ScriptedFileDialog dialogs;
+    EdpalRequest r;
+    r.entry = k_pal_16;
+    r.folders = {source_dir() + "/data/pal"};
+    const std::vector<uint32_t> pal = editor::palette_16();
+    for (int cls : {model::k_polygons, model::k_lines, model::k_points}) {
+        f.show(cls);
+        f.b.select_all();
+        // False where nothing changed: a class of opacity points only.
+        if (class_count(f.s, cls) > 0) edpal(f.s, f.b, quiet, f.m, dialogs, r);
+    }
+    // Every colour line of a point without opacity is a palette colour now.
+    for (int32_t row = 0; row < f.s.pt_n; ++row) {
+        if (f.s.pt_col[row].find("alpha") != std::string::npos) continue;
+        for_each_colour_line(f.s.pt_col[row], [&](uint32_t rgb, std::string_view line) {
+            uint32_t c = 0;
+            ASSERT_TRUE(text::from_hex(rgb_hex(rgb), c));
+            EXPECT_NE(std::find(pal.begin(), pal.end(), c), pal.end()) << line;
+        });
+    }
+    // Where the file's own text reads back to its pictures, so does the
+    // converted one.
+    ToolFixture original, back;
+    text::load_txt(original.s, quiet, GetParam(), read_bytes(GetParam()), false, false);
+    ToolFixture original_back;
+    text::load_txt(original_back.s, quiet, GetParam(), text_of(original.s, quiet), false, false);
+    text::load_txt(back.s, quiet, GetParam(), text_of(f.s, quiet), false, false);
+    for (int cls : {model::k_polygons, model::k_lines, model::k_points})
+        if (painted(original_back.s, cls) == painted(original.s, cls))
+            EXPECT_TRUE(painted(back.s, cls) == painted(f.s, cls)) << cls;
 }
+
+INSTANTIATE_TEST_SUITE_P(Corpus, PaletteConversionCorpus, ::testing::ValuesIn(corpus_params(corpus_texts())),
+                         [](const auto& info) { return file_param_name(info.param); });
 
 }  // namespace
 }  // namespace korvex::workbench
