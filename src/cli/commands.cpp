@@ -1,6 +1,7 @@
 #include "cli/commands.h"
 
 #include <algorithm>
+#include <cctype>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
@@ -19,7 +20,9 @@
 #include "integration/messages.h"
 #include "workbench/load_options.h"
 #include "workbench/save_checks.h"
+#include "workbench/pipeline_checks.h"
 #include "workbench/session.h"
+#include "cli/pipeline_commands.h"
 
 namespace korvex::cli {
 
@@ -34,12 +37,20 @@ const char* k_usage_text =
     "usage: korvex-cli info FILE.typ|FILE.txt|FILE.prj\n"
     "       korvex-cli decode FILE.typ|FILE.txt|FILE.prj [-o OUT.txt] [--utf8]\n"
     "       korvex-cli encode FILE.typ|FILE.txt|FILE.prj [-o OUT.typ]\n"
+    "       korvex-cli check FILE.typ|FILE.txt|FILE.prj [--json] [--max-size N]\n"
+    "       korvex-cli repair FILE.typ|FILE.txt|FILE.prj -o OUT.typ|OUT.txt --unused-colours [--non-bitmap-lines]\n"
+    "check runs every read-only check; exit status 0 for no finding, 1 for findings, 2 for a file it\n"
+    "cannot read. repair runs the repairs asked for and writes a TYP or a text by OUT's extension.\n"
     "options: --load-options 111111   classes and night colours to load (default 111111)\n"
     "         --offsets               show record offsets as comments in the text\n"
     "         --answer yes|no         the answer to every question (default yes)\n"
     "         --fid N, --pid N        family and product id to save with, in place of the file's\n"
     "         --codepage N            code page to save with, in place of the file's (decode and encode;\n"
     "                                 1250 to 1258, 874, 932, 936, 949, 950 or 65001)\n"
+    "         --json                  check: the findings as one JSON object\n"
+    "         --max-size N            check: the largest point width or height (default 64, at least 12)\n"
+    "         --unused-colours        repair: remove unused colours and merge equal colour pairs\n"
+    "         --non-bitmap-lines      repair: convert bitmap lines that are plain lines with a border\n"
     "         --version, --help\n";
 
 struct Args {
@@ -52,7 +63,24 @@ struct Args {
     std::string fid, pid;
     int codepage = 0;  // 0: the file's
     platform::Answer answer = platform::Answer::yes;
+    bool json = false;
+    int max_size = workbench::k_default_max_size;
+    bool max_size_given = false;
+    bool unused_colours = false;
+    bool non_bitmap_lines = false;
 };
+
+// The smallest Max Size the settings accept.
+constexpr int k_min_max_size = 12;
+
+std::string lower_extension(const std::string& path) {
+    const size_t slash = path.find_last_of("/\\");
+    const size_t dot = path.find_last_of('.');
+    if (dot == std::string::npos || (slash != std::string::npos && dot < slash)) return {};
+    std::string ext = path.substr(dot);
+    for (char& c : ext) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    return ext;
+}
 
 int usage(const std::string& why) {
     if (!why.empty()) std::fprintf(stderr, "korvex-cli: %s\n", why.c_str());
@@ -97,6 +125,19 @@ std::string parse(int argc, char** argv, Args& a) {
             std::string v;
             if (!value(v) || (v != "yes" && v != "no")) return "--answer needs yes or no";
             a.answer = v == "yes" ? platform::Answer::yes : platform::Answer::no;
+        } else if (arg == "--json") {
+            a.json = true;
+        } else if (arg == "--unused-colours") {
+            a.unused_colours = true;
+        } else if (arg == "--non-bitmap-lines") {
+            a.non_bitmap_lines = true;
+        } else if (arg == "--max-size") {
+            std::string v;
+            if (!value(v) || v.empty() || v.size() > 4 || v.find_first_not_of("0123456789") != std::string::npos ||
+                std::stoi(v) < k_min_max_size)
+                return "--max-size needs a number from 12";
+            a.max_size = std::stoi(v);
+            a.max_size_given = true;
         } else if (arg == "-h" || arg == "--help") {
             return "help";
         } else if (arg == "--version") {
@@ -110,7 +151,21 @@ std::string parse(int argc, char** argv, Args& a) {
     if (rest.size() != 2) return rest.empty() ? "no command" : "expected a command and one file";
     a.command = rest[0];
     a.input = rest[1];
-    if (a.command != "info" && a.command != "decode" && a.command != "encode") return "unknown command " + a.command;
+    if (a.command != "info" && a.command != "decode" && a.command != "encode" && a.command != "check" &&
+        a.command != "repair")
+        return "unknown command " + a.command;
+    if (a.json && a.command != "check") return "--json belongs to check";
+    if (a.max_size_given && a.command != "check") return "--max-size belongs to check";
+    if ((a.unused_colours || a.non_bitmap_lines) && a.command != "repair")
+        return "--unused-colours and --non-bitmap-lines belong to repair";
+    if (a.command == "check" && (!a.output.empty() || a.utf8 || a.codepage != 0 || !a.fid.empty() || !a.pid.empty()))
+        return "check takes no -o, --utf8, --codepage, --fid or --pid";
+    if (a.command == "repair") {
+        if (!a.unused_colours && !a.non_bitmap_lines) return "repair needs --unused-colours or --non-bitmap-lines";
+        const std::string ext = lower_extension(a.output);
+        if (ext != ".typ" && ext != ".txt") return "repair needs -o OUT.typ or -o OUT.txt";
+        if (ext == ".typ" && a.utf8) return "repair to a TYP takes no --utf8";
+    }
     if (a.command == "info" && (!a.output.empty() || a.utf8 || a.codepage != 0))
         return "info takes no -o, --utf8 or --codepage";
     if (a.command == "encode" && a.utf8) return "encode takes no --utf8";
@@ -241,27 +296,34 @@ int run(int argc, char** argv) {
         return usage(why);
     }
 
-    platform::ConsolePrompt ui(a.answer);
+    // A pipeline tells a file it cannot read from a file with findings.
+    const bool pipeline = a.command == "check" || a.command == "repair";
+    const int unreadable = pipeline ? k_usage : k_failed;
+    LoadPrompt ui(a.answer);
     model::Store s;
+    // The file as it stands: the window's completion of the draw order would
+    // hide polygons that are not drawn, and a repair changes only what it is
+    // asked to.
+    if (pipeline) s.opt.complete_draworder = false;
     s.ldopts = a.ldopts;
     s.opt.show_offsets = a.offsets;
     model::newproject(s);
 
     if (!platform::file_exists(a.input)) {
         ui.message(a.input + " doesn't exist");
-        return k_failed;
+        return unreadable;
     }
-    if (!workbench::chkldop(s, ui)) return k_failed;
+    if (!workbench::chkldop(s, ui)) return unreadable;
     std::string error;
     auto data = platform::read_file(a.input, &error);
     if (!data) {
         ui.message("Cannot read " + a.input + ": " + error);
-        return k_failed;
+        return unreadable;
     }
     const FileKind kind = text::file_kind(*data, a.input);
     if (const std::string why = text::unreadable_reason(*data, kind); !why.empty()) {
         std::fprintf(stderr, "korvex-cli: %s: %s\n", a.input.c_str(), why.c_str());
-        return k_failed;
+        return unreadable;
     }
     if (kind == FileKind::prj) {
         text::load_prj_data(s, ui, a.input, *data);
@@ -274,10 +336,15 @@ int run(int argc, char** argv) {
 
     if (a.command == "info") return info(s, kind);
     print_report(s.loadrep, stderr);
+    if (a.command == "check") return check(s, a.json, a.max_size, ui.dropped_draworder());
     // As if typed into the identifier fields before saving.
     if (!a.fid.empty()) s.fid = a.fid;
     if (!a.pid.empty()) s.pid = a.pid;
     if (a.codepage != 0) s.codepage = a.codepage;
+    if (a.command == "repair") {
+        repair(s, a.unused_colours, a.non_bitmap_lines);
+        if (lower_extension(a.output) == ".txt") return decode(s, ui, a);
+    }
     if (a.command == "decode") return decode(s, ui, a);
     return encode(s, ui, a);
 }
