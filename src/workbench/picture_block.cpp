@@ -49,7 +49,11 @@ bool quoted(const std::string& line) {
 PictureBlock find_picture(const std::vector<std::string>& lines, const std::vector<std::string>& keys, int from) {
     PictureBlock b;
     for (int i = from; i < static_cast<int>(lines.size()); ++i) {
-        const std::string low = squeezed_low(lines[static_cast<size_t>(i)]);
+        // Colour lines and rows (quoted) are most of a picture and never a key.
+        const std::string& at_line = lines[static_cast<size_t>(i)];
+        const size_t first = at_line.find_first_not_of(" \t");
+        if (first != std::string::npos && at_line[first] == '"') continue;
+        const std::string low = squeezed_low(at_line);
         for (const std::string& k : keys) {
             if (low.rfind(k, 0) != 0) continue;
             const std::string& line = lines[static_cast<size_t>(i)];

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 
 #include "text/text_writer.h"
 #include "typ/curf_access.h"
@@ -83,9 +84,8 @@ PairPlan plan_pairs(const std::string& col, const std::string& rows) {
 // The day and the night tables of a point: their keys in order and which
 // of them the rows use.
 struct PointTable {
-    std::vector<std::string> keys;
+    std::vector<std::string_view> keys;  // into the colour lines read
     std::vector<bool> used;
-    bool alpha = false;
 };
 
 PointTable point_table(std::string_view col, const std::string& rows) {
@@ -97,7 +97,6 @@ PointTable point_table(std::string_view col, const std::string& rows) {
         const size_t cat = line.find(" c ", open + 1);
         if (cat == std::string_view::npos) return;
         t.keys.emplace_back(line.substr(open + 1, cat - open - 1));
-        t.alpha = t.alpha || typ::contains_caseless(line.substr(cat), "alpha");
         cpp = static_cast<int>(t.keys.back().size());
     });
     t.used.assign(t.keys.size(), false);
@@ -111,20 +110,32 @@ PointTable point_table(std::string_view col, const std::string& rows) {
     };
     for (size_t k = 0; k < t.keys.size(); ++k)
         if (static_cast<int>(t.keys[k].size()) == cpp) index[static_cast<size_t>(code(t.keys[k].data()))] = static_cast<int16_t>(k);
-    auto lookup = [&](const char* p) -> int { return index[static_cast<size_t>(code(p))]; };
-    size_t at = 0;
-    while (at < rows.size()) {
-        size_t end = rows.find('\n', at);
-        if (end == std::string::npos) end = rows.size();
-        size_t stop = end;
-        if (stop > at && rows[stop - 1] == '\r') --stop;
-        for (size_t p = at; p + static_cast<size_t>(cpp) <= stop; p += static_cast<size_t>(cpp)) {
-            const int k = lookup(rows.data() + p);
-            if (k >= 0) t.used[static_cast<size_t>(k)] = true;
+    // The scan is most of every check of a large file: one tight loop a symbol width.
+    std::vector<uint8_t> used(t.keys.size(), 0);
+    const auto* data = reinterpret_cast<const unsigned char*>(rows.data());
+    const size_t size = rows.size();
+    if (cpp == 1) {
+        // No key is a line end, so the rows need no splitting.
+        for (size_t p = 0; p < size; ++p) {
+            const int16_t k = index[data[p]];
+            if (k >= 0) used[static_cast<size_t>(k)] = 1;
         }
-        at = end + 1;
+    } else {
+        size_t at = 0;
+        while (at < size) {
+            const void* nl = std::memchr(data + at, '\n', size - at);
+            const size_t end = nl ? static_cast<size_t>(static_cast<const unsigned char*>(nl) - data) : size;
+            size_t stop = end;
+            if (stop > at && data[stop - 1] == '\r') --stop;
+            for (size_t p = at; p + 2 <= stop; p += 2) {
+                const int16_t k = index[static_cast<size_t>(data[p] << 8 | data[p + 1])];
+                if (k >= 0) used[static_cast<size_t>(k)] = 1;
+            }
+            at = end + 1;
+        }
     }
-    for (const std::string& key : t.keys)
+    for (size_t k = 0; k < used.size(); ++k) t.used[k] = used[k] != 0;
+    for (const std::string_view key : t.keys)
         if (static_cast<int>(key.size()) == cpp) index[static_cast<size_t>(code(key.data()))] = -1;
     return t;
 }
@@ -145,14 +156,22 @@ std::vector<std::string> unused_keys(const PointTable& t) {
     std::vector<std::string> out;
     if (std::none_of(t.used.begin(), t.used.end(), [](bool u) { return u; })) return out;
     for (size_t k = 0; k < t.keys.size(); ++k)
-        if (!t.used[k]) out.push_back(t.keys[k]);
+        if (!t.used[k]) out.emplace_back(t.keys[k]);
     return out;
+}
+
+// Whether a colour table names an opacity ("alpha"). Searched by its "lpha":
+// a table is mostly hex digits, among which an "a" anchors in vain.
+bool mentions_alpha(std::string_view col) {
+    for (size_t p = typ::find_caseless(col, "lpha"); p != std::string_view::npos; p = typ::find_caseless(col, "lpha", p + 1))
+        if (p > 0 && (col[p - 1] | 0x20) == 'a') return true;
+    return false;
 }
 
 PointPlan plan_point(const model::Store& s, int32_t r) {
     PointPlan p;
     const auto i = static_cast<size_t>(r);
-    if (typ::contains_caseless(s.pt_col[i], "alpha") || s.pt_typ[i].find("Night") != std::string::npos) return p;
+    if (mentions_alpha(s.pt_col[i]) || s.pt_typ[i].find("Night") != std::string::npos) return p;
     const auto [day, night] = day_night(s.pt_col[i]);
     p.day_unused = unused_keys(point_table(day, s.pt_bmp[i]));
     if (!night.empty() && !s.pt_nbmp[i].empty()) p.night_unused = unused_keys(point_table(night, s.pt_nbmp[i]));
@@ -230,38 +249,53 @@ void shrink_point_picture(std::vector<std::string>& lines, const PictureBlock& b
     std::vector<std::string> kept;
     std::vector<std::string> old_keys;
     bool none = false;
+    // The keys to drop, as a sorted list: a point may drop hundreds of its colours.
+    std::vector<std::string_view> drop(unused.begin(), unused.end());
+    std::sort(drop.begin(), drop.end());
     for (int k = 0; k < b.colour_lines; ++k) {
         const std::string& line = lines[static_cast<size_t>(b.first_colour + k)];
         const ColourLineParts c = colour_parts(line, b.cpp);
-        if (std::find(unused.begin(), unused.end(), c.key) != unused.end()) continue;
+        if (std::binary_search(drop.begin(), drop.end(), std::string_view(c.key))) continue;
         kept.push_back(line);
         old_keys.push_back(c.key);
         none = none || c.value == "none";
     }
     const int n = static_cast<int>(kept.size());
     const int cpp = n < model::cpp_limit ? 1 : 2;
-    std::vector<std::string> to(65536);
+    // New symbol by old symbol code: an index into syms, kept between calls
+    // (a table of 65536 strings a point would cost more than the rewrite).
+    static thread_local std::vector<int16_t> to(65536, -1);
     auto code = [](std::string_view key) {
         return key.size() == 1 ? static_cast<unsigned char>(key[0])
                                : static_cast<int>(static_cast<unsigned char>(key[0]) << 8 | static_cast<unsigned char>(key[1]));
     };
+    std::vector<std::string> syms(static_cast<size_t>(n));
     for (int k = 0; k < n; ++k) {
-        const std::string sym = canonical_symbol(k, n);
+        syms[static_cast<size_t>(k)] = canonical_symbol(k, n);
         std::string& line = kept[static_cast<size_t>(k)];
         const size_t open = line.find('"');
-        line = line.substr(0, open + 1) + sym + line.substr(open + 1 + old_keys[static_cast<size_t>(k)].size());
-        to[static_cast<size_t>(code(old_keys[static_cast<size_t>(k)]))] = sym;
+        line.replace(open + 1, old_keys[static_cast<size_t>(k)].size(), syms[static_cast<size_t>(k)]);
+        to[static_cast<size_t>(code(old_keys[static_cast<size_t>(k)]))] = static_cast<int16_t>(k);
     }
     std::vector<std::string> rows;
+    rows.reserve(static_cast<size_t>(b.row_lines));
     const auto step = static_cast<size_t>(std::clamp(b.cpp, 1, 2));
     for (int k = 0; k < b.row_lines; ++k) {
-        const std::string row = unquoted(lines[static_cast<size_t>(b.first_row + k)]);
+        const std::string& quoted_row = lines[static_cast<size_t>(b.first_row + k)];
+        const size_t open_q = quoted_row.find('"');
+        const size_t close_q = open_q == std::string::npos ? std::string::npos : quoted_row.find('"', open_q + 1);
+        const std::string_view row = open_q == std::string::npos ? std::string_view(quoted_row)
+                                     : std::string_view(quoted_row).substr(open_q + 1, close_q == std::string::npos ? std::string::npos : close_q - open_q - 1);
         std::string out = "\"";
         out.reserve(row.size() + 2);
-        for (size_t p = 0; p + step <= row.size(); p += step)
-            out += to[static_cast<size_t>(code(std::string_view(row).substr(p, step)))];
-        rows.push_back(out + "\"");
+        for (size_t p = 0; p + step <= row.size(); p += step) {
+            const int16_t to_k = to[static_cast<size_t>(code(row.substr(p, step)))];
+            if (to_k >= 0) out += syms[static_cast<size_t>(to_k)];
+        }
+        out += '"';
+        rows.push_back(std::move(out));
     }
+    for (const std::string& key : old_keys) to[static_cast<size_t>(code(key))] = -1;
     std::string behind = b.behind;
     const size_t mode = typ::find_caseless(behind, "colormode=16");
     if (!none && mode != std::string::npos) behind.replace(mode, 12, "Colormode=0");
@@ -282,16 +316,17 @@ std::string row_section(model::Store& s, int cls, int32_t r) {
     return text::create_textfile(s, n, vc);
 }
 
-bool redun_row(model::Store& s, platform::Prompt& ui, int cls, int32_t r) {
+bool redun_row(model::Store& s, platform::Prompt& ui, int cls, int32_t r, const PointPlan* planned = nullptr) {
     const int vc = view_class(s, cls, r);
     if (cls == model::k_points) {
-        const PointPlan p = plan_point(s, r);
+        const PointPlan p = planned ? *planned : plan_point(s, r);
         if (!p.any()) return false;
         std::vector<std::string> lines = section_lines(row_section(s, cls, r));
         const PictureBlock day = find_picture(lines, {"dayxpm=", "xpm="});
         if (day.head < 0) return false;
         shrink_point_picture(lines, day, p.day_unused);
-        const PictureBlock night = find_picture(lines, {"nightxpm="}, find_picture(lines, {"dayxpm=", "xpm="}).head + 1);
+        // The day picture keeps its head line where it was.
+        const PictureBlock night = find_picture(lines, {"nightxpm="}, day.head + 1);
         shrink_point_picture(lines, night, p.night_unused);
         parse_into(s, ui, vc, r, joined_section(lines));
         return true;
@@ -306,19 +341,21 @@ bool redun_row(model::Store& s, platform::Prompt& ui, int cls, int32_t r) {
     return true;
 }
 
-}  // namespace
-
-ColourCheck unused_colour_check(const model::Store& s, int cls) {
+// The check of one class; plans, when given, keeps each point's plan for the
+// repair that may follow, so the pictures are scanned once.
+ColourCheck check_class(const model::Store& s, int cls, std::vector<PointPlan>* plans, bool findings = true) {
     ColourCheck out;
     if (cls < model::k_polygons || cls > model::k_points) return out;
     const int32_t end = table_end(s, cls);
+    if (plans && cls == model::k_points) plans->assign(static_cast<size_t>(end), PointPlan{});
     for (int32_t r = 0; r < end; ++r) {
         std::vector<std::string> keys;
         bool same = false;
         if (cls == model::k_points) {
-            const PointPlan p = plan_point(s, r);
+            PointPlan p = plan_point(s, r);
             keys = p.day_unused;
             for (const std::string& k : p.night_unused) keys.push_back("night " + k);
+            if (plans) (*plans)[static_cast<size_t>(r)] = std::move(p);
         } else {
             const PairPlan p = plan_pair_row(s, cls, r);
             same = p.same;
@@ -330,31 +367,39 @@ ColourCheck unused_colour_check(const model::Store& s, int cls) {
         if (same) {
             const std::string line = number + " " + type + " 1 (same colour)";
             out.lines += line + "\r\n";
-            out.findings.push_back({cls, type, "unused-colours", "1 (same colour)"});
+            if (findings) out.findings.push_back({cls, type, "unused-colours", "1 (same colour)"});
         }
         for (const std::string& k : keys) {
-            out.lines += number + " " + type + " " + k + "\r\n";
-            out.findings.push_back({cls, type, "unused-colours", "unused colour " + k});
+            out.lines.append(number).append(" ").append(type).append(" ").append(k).append("\r\n");
+            if (findings) out.findings.push_back({cls, type, "unused-colours", "unused colour " + k});
         }
     }
     return out;
 }
 
-std::string checkcols(const model::Store& s, int cls) {
-    const ColourCheck c = unused_colour_check(s, cls);
+std::string report_of(const ColourCheck& c, int cls) {
     if (c.empty()) return {};
     return std::string("UNUSED COLOURS: ") + k_class_names[cls] + "\r\n" + c.lines;
 }
 
-int32_t redun(model::Store& s, int cls) {
+int32_t redun_class(model::Store& s, int cls, const std::vector<PointPlan>* plans) {
     if (cls < model::k_polygons || cls > model::k_points) return 0;
     platform::QuietPrompt quiet;
     int32_t changed = 0;
     const int32_t end = table_end(s, cls);
+    const bool planned = plans && cls == model::k_points && plans->size() == static_cast<size_t>(end);
     for (int32_t r = 0; r < end; ++r)
-        if (redun_row(s, quiet, cls, r)) ++changed;
+        if (redun_row(s, quiet, cls, r, planned ? &(*plans)[static_cast<size_t>(r)] : nullptr)) ++changed;
     return changed;
 }
+
+}  // namespace
+
+ColourCheck unused_colour_check(const model::Store& s, int cls) { return check_class(s, cls, nullptr); }
+
+std::string checkcols(const model::Store& s, int cls) { return report_of(unused_colour_check(s, cls), cls); }
+
+int32_t redun(model::Store& s, int cls) { return redun_class(s, cls, nullptr); }
 
 bool fix_unused_colours(model::Store& s, platform::Prompt& ui, const std::string& data_folder, bool draworder_view) {
     if (draworder_view) {
@@ -363,8 +408,9 @@ bool fix_unused_colours(model::Store& s, platform::Prompt& ui, const std::string
     }
     std::string report;
     bool any = false;
+    std::vector<PointPlan> plans;
     for (int cls = model::k_polygons; cls <= model::k_points; ++cls) {
-        const std::string part = checkcols(s, cls);
+        const std::string part = report_of(check_class(s, cls, &plans, false), cls);
         any = any || !part.empty();
         report += "chc" + std::to_string(cls) + "\r\n" + part;
     }
@@ -375,7 +421,7 @@ bool fix_unused_colours(model::Store& s, platform::Prompt& ui, const std::string
     show_report(ui, data_folder, "system/bin/colorcheck.txt", "Fix Unused Colours", report);
     if (!ui.yes_no("Remove unused colours?")) return false;
     int32_t changed = 0;
-    for (int cls = model::k_polygons; cls <= model::k_points; ++cls) changed += redun(s, cls);
+    for (int cls = model::k_polygons; cls <= model::k_points; ++cls) changed += redun_class(s, cls, &plans);
     if (changed == 0) return false;
     s.dirty = true;
     ui.message("Unused colours have been removed.");

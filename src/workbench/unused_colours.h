@@ -17,7 +17,7 @@ namespace korvex::workbench {
 struct ColourCheck {
     std::string lines;
     Findings findings;
-    bool empty() const { return findings.empty(); }
+    bool empty() const { return lines.empty(); }
 };
 
 // Every row of class 0, 1 or 2 (active lines and extra points ride along
