@@ -13,6 +13,8 @@ namespace {
 // Subfiles are copied in pieces of this size: memory stays flat whatever the
 // container's size.
 constexpr size_t k_copy_chunk = 1 << 20;
+// Runs of zeros from this length on are skipped rather than written.
+constexpr uint64_t k_hole_min = 4096;
 constexpr int k_max_block_exponent = 24;
 // Block numbers are u16 with 0xFFFF for none, and the block count field
 // holds one more than the blocks.
@@ -201,7 +203,12 @@ public:
             data.remove_prefix(n);
         }
     }
+    // Zeros of a plain container stay holes, as in a sparse original.
     void zeros(uint64_t n) {
+        if (key_ == 0 && n >= k_hole_min) {
+            out_.skip(n);
+            return;
+        }
         static const std::string k_zeros(k_copy_chunk, '\0');
         while (n > 0) {
             const size_t m = static_cast<size_t>(std::min<uint64_t>(n, k_zeros.size()));
@@ -216,6 +223,10 @@ private:
     std::string buf_;
 };
 
+bool all_zero(const std::string& b) {
+    return b.empty() || (b[0] == '\0' && std::memcmp(b.data(), b.data() + 1, b.size() - 1) == 0);
+}
+
 // Copies an old subfile: runs of consecutive blocks are read in large pieces.
 bool copy_subfile(ImgReader& in, const ImgContainer& c, const ImgSubfile& f, KeyedOut& out, std::string& buf) {
     uint64_t left = f.size;
@@ -228,7 +239,10 @@ bool copy_subfile(ImgReader& in, const ImgContainer& c, const ImgSubfile& f, Key
         const size_t n = static_cast<size_t>(std::min<uint64_t>(left, run * static_cast<uint64_t>(c.block_size)));
         buf.resize(n);
         if (!in.read_at(static_cast<uint64_t>(f.blocks[i]) * c.block_size, n, buf.data())) return false;
-        out.write(buf);
+        if (all_zero(buf))
+            out.zeros(n);
+        else
+            out.write(buf);
         left -= n;
         i += run;
     }

@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <filesystem>
 #include <fstream>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include "integration/img_container.h"
@@ -231,6 +232,10 @@ TEST_F(ImgTest, ABlockSizeGrowsWhenTheBlocksWouldRunOutOfNumbers) {
     EXPECT_TRUE(same(bytes_of(out, 1), typ));
     EXPECT_EQ(out.subfiles[0].size, uint64_t{64000} * 1024);
     EXPECT_EQ(out.subfiles[0].entries.size(), (64000u / 2 + 239) / 240);
+    // The hole stays a hole: 64 MB that take next to no room.
+    struct stat st {};
+    ASSERT_EQ(::stat(path("out.img").c_str(), &st), 0);
+    EXPECT_LT(static_cast<uint64_t>(st.st_blocks) * 512, uint64_t{8} << 20);
     ASSERT_TRUE(replace_subfile(c, 1, samples::typ_stub(1, 1, 1000 * 1024), path("out.img"), error)) << error;
     EXPECT_EQ(read_ok(path("out.img")).block_size, 1024u);
 }
