@@ -982,6 +982,8 @@ bool MainWindow::open_file(const std::string& path) {
     if (session_->loading()) return false;
     if ((s_.dirty || session_->text_pending()) && session_->fnsave_yn() != platform::Answer::no) return false;
     s_.dirty = false;
+    const QString ext = QFileInfo(QString::fromStdString(path)).suffix().toLower();
+    if (ext == "img") return open_map_file(*this, path, exec_map_dialog);
     return session_->open_path(path);
 }
 

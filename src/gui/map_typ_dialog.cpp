@@ -52,13 +52,24 @@ MapTypDialog::MapTypDialog(const integration::Messages& msgs, const std::string&
 
 int MapTypDialog::chosen() const { return list_->currentRow(); }
 
-bool open_typ_in_map(MainWindow& w, const std::function<int(QDialog&)>& exec) {
-    auto choose = [&](const std::string& map, const std::vector<integration::ImgSubfile>& typs) {
+namespace {
+
+integration::TypChoice chooser(MainWindow& w, const std::function<int(QDialog&)>& exec) {
+    return [&w, exec](const std::string& map, const std::vector<integration::ImgSubfile>& typs) {
         MapTypDialog d(w.messages(), map, typs, &w);
         const int result = exec ? exec(d) : d.exec();
         return result == QDialog::Accepted ? d.chosen() : -1;
     };
-    return integration::open_typ_in_map(w.session(), w.prompt(), w.file_dialogs(), w.settings(), choose);
+}
+
+}  // namespace
+
+bool open_typ_in_map(MainWindow& w, const std::function<int(QDialog&)>& exec) {
+    return integration::open_typ_in_map(w.session(), w.prompt(), w.file_dialogs(), w.settings(), chooser(w, exec));
+}
+
+bool open_map_file(MainWindow& w, const std::string& map, const std::function<int(QDialog&)>& exec) {
+    return integration::open_map_typ(w.session(), w.prompt(), map, chooser(w, exec));
 }
 
 }  // namespace korvex::gui

@@ -35,5 +35,7 @@ private:
 // File > Open TYP in Map…: the file dialog, the choice, the open. exec runs
 // the choice dialog (modally when empty).
 bool open_typ_in_map(MainWindow& w, const std::function<int(QDialog&)>& exec);
+// A map file given on the command line or dropped: its TYP, chosen as above.
+bool open_map_file(MainWindow& w, const std::string& map, const std::function<int(QDialog&)>& exec);
 
 }  // namespace korvex::gui

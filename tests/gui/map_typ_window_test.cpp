@@ -2,6 +2,7 @@
 // map holds several, the caption, and Save into the map.
 #include <QAction>
 #include <QApplication>
+#include <QFile>
 #include <QListWidget>
 #include <QMenu>
 #include <QMenuBar>
@@ -87,4 +88,31 @@ TEST(MapTypWindow, TheChosenTypOpensNamedByMapAndSubfileAndSaveGoesIntoTheMap) {
     EXPECT_EQ(f.typ_in(map, 1), std::string(900, 'x'));
     EXPECT_EQ(f.typ_in(map, 0), korvex::samples::typ_stub(1, 1, 700));
     EXPECT_FALSE(f.w->windowTitle().endsWith("+"));
+}
+
+TEST(MapTypWindow, AMapOnTheCommandLineOpensItsOnlyTypWithoutAQuestion) {
+    MapWindow f;
+    const std::string map = f.path("gmapsupp.img");
+    ASSERT_TRUE(QFile::copy(QString::fromStdString(korvex::testing::source_dir() + "/tests/data/img/gmapsupp.img"),
+                            QString::fromStdString(map)));
+    bool asked = false;
+    f.w->exec_map_dialog = [&](QDialog&) {
+        asked = true;
+        return static_cast<int>(QDialog::Rejected);
+    };
+    ASSERT_TRUE(f.w->open_file(map));
+    EXPECT_FALSE(asked);
+    EXPECT_TRUE(f.w->windowTitle().contains(QString::fromStdString(map + ":0XSAMPLE.TYP")));
+    EXPECT_EQ(f.w->store().fid, "4242");
+    // A file that is not a map is said, and the map's TYP stays open.
+    const std::string bad = f.path("bad.img");
+    QFile out(QString::fromStdString(bad));
+    ASSERT_TRUE(out.open(QIODevice::WriteOnly));
+    out.write("not a map");
+    out.close();
+    f.prompt.messages.clear();
+    EXPECT_FALSE(f.w->open_file(bad));
+    ASSERT_EQ(f.prompt.messages.size(), 1u);
+    EXPECT_EQ(f.prompt.messages[0], bad + " is not a Garmin map file (no DSKIMG container).");
+    EXPECT_TRUE(f.w->windowTitle().contains(QString::fromStdString(map + ":0XSAMPLE.TYP")));
 }
