@@ -311,3 +311,43 @@ TEST_F(ImgTest, ATypIsChosenByNameWhenThereAreSeveral) {
     EXPECT_TRUE(same(bytes_of(out, 2), typ));
     EXPECT_TRUE(same(bytes_of(out, 0), samples::typ_stub(11, 1, 700)));
 }
+
+// Any byte of the header or the table set to 0x00 or 0xFF: the container is
+// refused with a reason naming it, or read so that every subfile lies inside
+// the file; a replace in it then reads back.
+TEST_F(ImgTest, DamageInTheHeaderOrTableIsRefusedOrReadSafely) {
+    const std::string good = read_bytes(mkgmap_container());
+    const std::string p = path("damaged.img");
+    int refused = 0, replaced = 0;
+    for (size_t at = 0; at < 0x1200; ++at) {
+        for (char v : {'\x00', '\xff'}) {
+            if (good[at] == v) continue;
+            std::string bad = good;
+            bad[at] = v;
+            std::ofstream(p, std::ios::binary | std::ios::trunc) << bad;
+            std::string error;
+            const auto c = read_container(p, error);
+            if (!c) {
+                ++refused;
+                EXPECT_EQ(error.rfind(p, 0), 0u) << "byte " << at << ": " << error;
+                continue;
+            }
+            for (size_t i = 0; i < c->subfiles.size(); ++i) {
+                std::string bytes;
+                EXPECT_TRUE(read_subfile(*c, i, bytes, error)) << "byte " << at << ": " << error;
+                EXPECT_EQ(bytes.size(), c->subfiles[i].size);
+            }
+            // A sample of them is rewritten too: each write is flushed to disk.
+            if (at % 149 != 0 || c->typ_indexes().empty()) continue;
+            const std::string typ = samples::typ_stub(1, 1, 3000);
+            if (!replace_typ(p, c->subfiles[c->typ_indexes()[0]].full_name(), typ, path("out.img"), error)) continue;
+            ++replaced;
+            const auto out = read_container(path("out.img"), error);
+            ASSERT_TRUE(out) << "byte " << at << ": " << error;
+            EXPECT_TRUE(same(bytes_of(*out, out->typ_indexes().at(0)), typ));
+        }
+    }
+    // Both kinds happen: the test reaches the refusals and the replaces.
+    EXPECT_GT(refused, 50);
+    EXPECT_GT(replaced, 10);
+}
