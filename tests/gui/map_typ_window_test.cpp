@@ -70,6 +70,11 @@ TEST(MapTypWindow, TheChosenTypOpensNamedByMapAndSubfileAndSaveGoesIntoTheMap) {
         auto* dialog = dynamic_cast<korvex::gui::MapTypDialog*>(&d);
         dialog->show();
         dialog->list()->setCurrentRow(1);
+        // KORVEX_GRABS=dir keeps a picture of the dialog for a look.
+        if (const QByteArray dir = qgetenv("KORVEX_GRABS"); !dir.isEmpty()) {
+            QApplication::processEvents();
+            dialog->grab().save(QString::fromUtf8(dir) + "/map_typ_dialog.png");
+        }
         dialog->open_button()->click();
         return d.result();
     };
