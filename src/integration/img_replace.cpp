@@ -252,7 +252,7 @@ bool copy_subfile(ImgReader& in, const ImgContainer& c, const ImgSubfile& f, Key
 }  // namespace
 
 bool replace_subfile(const ImgContainer& c, size_t index, std::string_view bytes, const std::string& out_path,
-                     std::string& error, platform::FileSystem& fs) {
+                     std::string& error, platform::FileSystem& fs, const ImgProgress& progress) {
     if (index >= c.subfiles.size() || bytes.size() > UINT32_MAX) {
         error = "No such subfile in " + c.path;
         return false;
@@ -272,6 +272,10 @@ bool replace_subfile(const ImgContainer& c, size_t index, std::string_view bytes
     KeyedOut out(writer, c.xor_key);
     out.write(layout->head);
     std::string buf;
+    // Said per subfile: a map's large subfiles are its tiles.
+    const uint64_t total = static_cast<uint64_t>(layout->block_count) * layout->block_size;
+    uint64_t done = layout->head.size();
+    int said = -1;
     for (size_t i = 0; i < c.subfiles.size(); ++i) {
         const ImgSubfile& f = c.subfiles[i];
         uint64_t size = f.size;
@@ -284,6 +288,9 @@ bool replace_subfile(const ImgContainer& c, size_t index, std::string_view bytes
         }
         out.zeros(static_cast<uint64_t>(layout->blocks[i].size()) * layout->block_size - size);
         if (!writer.ok()) break;
+        done += static_cast<uint64_t>(layout->blocks[i].size()) * layout->block_size;
+        const int percent = static_cast<int>(done * 100 / std::max<uint64_t>(total, 1));
+        if (progress && percent != said) progress(said = percent);
     }
     in.close();
     if (!writer.commit()) {

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -28,10 +29,14 @@ struct ImgLayout {
 // when even the largest block size cannot hold the data.
 std::optional<ImgLayout> plan_replace(const ImgContainer& c, size_t index, uint32_t new_size, std::string& error);
 
+// How far a rewrite is, in percent of the bytes to write.
+using ImgProgress = std::function<void(int percent)>;
+
 // Writes c with subfile index holding bytes to out_path (c.path for in
 // place), atomically: on failure nothing is written and error says why.
 bool replace_subfile(const ImgContainer& c, size_t index, std::string_view bytes, const std::string& out_path,
-                     std::string& error, platform::FileSystem& fs = platform::real_file_system());
+                     std::string& error, platform::FileSystem& fs = platform::real_file_system(),
+                     const ImgProgress& progress = {});
 
 // Reads the container at path, finds the TYP subfile (name "" for the only
 // one; a container of several needs a name) and replaces it.

@@ -44,7 +44,8 @@ bool ImgTypHolder::put(const std::string& typ, std::string& error) {
             return false;
         }
     }
-    return replace_subfile(*c, static_cast<size_t>(at), typ, map_, error);
+    return replace_subfile(*c, static_cast<size_t>(at), typ, map_, error, platform::real_file_system(),
+                           [this](int percent) { ui_.progress(percent); });
 }
 
 bool open_map_typ(workbench::Session& session, platform::Prompt& ui, const std::string& map, const TypChoice& choose) {

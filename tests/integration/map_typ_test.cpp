@@ -83,6 +83,7 @@ TEST_F(MapTypSession, SaveWritesTheEditedTypIntoTheMapAndSaveAsMakesItAFile) {
     ASSERT_TRUE(session.save(workbench::k_save));
     EXPECT_FALSE(s.dirty);
     EXPECT_EQ(ui.messages.back(), "File: \r\n" + map + ":0XSAMPLE.TYP\r\n saved.");
+    EXPECT_EQ(ui.last_progress, 100);
     EXPECT_NE(korvex::testing::read_bytes(map), before);
     EXPECT_EQ(subfile(map, 4), s.curf);
     EXPECT_EQ(subfile(map, 1) + subfile(map, 2) + subfile(map, 3), tiles);
