@@ -27,7 +27,7 @@ std::string ImgTypHolder::typ_name() const {
     return (std::filesystem::path(map_).parent_path() / subfile_).string();
 }
 
-bool ImgTypHolder::put(const std::string& typ, std::string& error) {
+bool ImgTypHolder::put(std::string& typ, std::string& error) {
     // Read again: the container may have changed since the TYP was opened.
     auto c = read_typ_container(map_, error);
     if (!c) return false;
@@ -36,12 +36,19 @@ bool ImgTypHolder::put(const std::string& typ, std::string& error) {
     const ImgSubfile& old = c->subfiles[static_cast<size_t>(at)];
     if (old.has_ids && typ.size() > k_family_id + 1) {
         const unsigned fid = static_cast<uint8_t>(typ[k_family_id]) | static_cast<uint8_t>(typ[k_family_id + 1]) << 8;
-        if (fid != old.fid &&
-            !ui_.yes_no("The TYP's family id (FID) " + std::to_string(fid) + " is not the map's " +
-                        std::to_string(old.fid) + ": a device uses a TYP only for maps of its family.\r\n\r\n"
-                        "Save it into the map all the same?")) {
-            error.clear();
-            return false;
+        if (fid != old.fid) {
+            const platform::Answer a = ui_.yes_no_cancel(
+                "The TYP's family id (FID) " + std::to_string(fid) + " is not the map's " + std::to_string(old.fid) +
+                ": a device uses a TYP only for maps of its family.\r\n\r\nSave it with the map's family id " +
+                std::to_string(old.fid) + "?");
+            if (a == platform::Answer::cancel) {
+                error.clear();
+                return false;
+            }
+            if (a == platform::Answer::yes) {
+                typ[k_family_id] = static_cast<char>(old.fid & 0xff);
+                typ[k_family_id + 1] = static_cast<char>(old.fid >> 8);
+            }
         }
     }
     return replace_subfile(*c, static_cast<size_t>(at), typ, map_, error, platform::real_file_system(),

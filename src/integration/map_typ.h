@@ -16,14 +16,15 @@
 namespace korvex::integration {
 
 // The TYP subfile a project came from. Save replaces it in the container as
-// it is on disk then (atomically); a TYP whose family id is not the one it
-// replaces is asked about first, as a device would ignore it.
+// it is on disk then (atomically). A TYP whose family id is not the one it
+// replaces, which a device would ignore, is asked about first: it may take
+// the map's id.
 class ImgTypHolder : public workbench::TypHolder {
 public:
     ImgTypHolder(std::string map, std::string subfile, platform::Prompt& ui);
     std::string label() const override;
     std::string typ_name() const override;
-    bool put(const std::string& typ, std::string& error) override;
+    bool put(std::string& typ, std::string& error) override;
 
 private:
     std::string map_, subfile_;

@@ -18,6 +18,7 @@
 #include "typ/draw_order.h"
 #include "typ/encoder.h"
 #include "typ/encoding.h"
+#include "typ/header.h"
 #include "workbench/draw_order_model.h"
 #include "workbench/load_options.h"
 #include "workbench/message_ids.h"
@@ -465,9 +466,16 @@ bool Session::save_into_holder() {
     paint_report();
     if (!encoded) return false;
     std::string error;
+    const std::string ids_before = s_.curf.substr(typ::hdr::fid, 2);
     if (!holder_->put(s_.curf, error)) {
         if (!error.empty()) ui_.message(error);
         return false;
+    }
+    // The map's family id went into the file: the field shows it.
+    if (s_.curf.substr(typ::hdr::fid, 2) != ids_before) {
+        s_.fid = std::to_string(static_cast<uint8_t>(s_.curf[typ::hdr::fid]) |
+                                static_cast<uint8_t>(s_.curf[typ::hdr::fid + 1]) << 8);
+        view_.rebuild_grid();
     }
     save_as_forced_ = false;
     set_dirty(false);

@@ -115,9 +115,10 @@ public:
     virtual std::string label() const = 0;
     // The TYP file Save As proposes: ".../0000XMAP.typ".
     virtual std::string typ_name() const = 0;
-    // Writes typ in the place of the held TYP. False when nothing was
-    // written: error says why ("" when the user declined).
-    virtual bool put(const std::string& typ, std::string& error) = 0;
+    // Writes typ in the place of the held TYP; it may first set the
+    // holder's family id in typ when the user agrees. False when nothing was
+    // written: error says why ("" when the user cancelled).
+    virtual bool put(std::string& typ, std::string& error) = 0;
 };
 
 // The entries of the File menu's save flow, by their menu numbers.

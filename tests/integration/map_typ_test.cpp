@@ -19,12 +19,13 @@ namespace workbench = korvex::workbench;
 namespace integration = korvex::integration;
 namespace model = korvex::model;
 
-// Says no to the question about another family, yes to all else.
+// Answers the question about another family as told, yes to all else.
 struct FamilyPrompt : platform::ScriptedPrompt {
-    bool keep_family = false;
-    bool yes_no(const std::string& text) override {
+    platform::Answer family = platform::Answer::yes;
+    platform::Answer yes_no_cancel(const std::string& text) override {
+        if (text.find("family id") == std::string::npos) return ScriptedPrompt::yes_no_cancel(text);
         questions.push_back(text);
-        return !(keep_family && text.find("family id") != std::string::npos);
+        return family;
     }
 };
 
@@ -103,20 +104,36 @@ TEST_F(MapTypSession, SaveWritesTheEditedTypIntoTheMapAndSaveAsMakesItAFile) {
     EXPECT_EQ(korvex::testing::read_bytes(map), map_now);
 }
 
-TEST_F(MapTypSession, AnotherFamilyIdIsAskedAboutAndNoLeavesTheMapAsItWas) {
+// Another family id: Cancel writes nothing, Yes puts the map's id into the
+// TYP (and the field), No writes the TYP as it is.
+TEST_F(MapTypSession, AnotherFamilyIdIsAskedAboutAndTheAnswerDecides) {
     ASSERT_TRUE(open_map(map));
     const std::string before = korvex::testing::read_bytes(map);
+    std::string error;
+    auto fid_in_map = [&] { return integration::read_container(map, error)->subfiles[4].fid; };
+
     s.fid = "77";
     session.set_dirty(true);
-    ui.keep_family = true;
+    ui.family = platform::Answer::cancel;
     EXPECT_FALSE(session.save(workbench::k_save));
-    EXPECT_NE(ui.questions.back().find("family id (FID) 77 is not the map's 4242"), std::string::npos);
+    ASSERT_EQ(ui.questions.size(), 1u);
+    EXPECT_NE(ui.questions[0].find("family id (FID) 77 is not the map's 4242"), std::string::npos);
     EXPECT_EQ(korvex::testing::read_bytes(map), before);
     EXPECT_TRUE(s.dirty);
-    ui.keep_family = false;
+
+    ui.family = platform::Answer::yes;
     ASSERT_TRUE(session.save(workbench::k_save));
-    std::string error;
-    EXPECT_EQ(integration::read_container(map, error)->subfiles[4].fid, 77);
+    EXPECT_EQ(fid_in_map(), 4242);
+    EXPECT_EQ(s.fid, "4242");
+    EXPECT_EQ(subfile(map, 4), s.curf);
+
+    s.fid = "77";
+    session.set_dirty(true);
+    ui.family = platform::Answer::no;
+    ASSERT_TRUE(session.save(workbench::k_save));
+    EXPECT_EQ(fid_in_map(), 77);
+    EXPECT_EQ(s.fid, "77");
+    EXPECT_EQ(ui.questions.size(), 3u);
 }
 
 TEST_F(MapTypSession, SeveralTypsAreChosenAndCancelKeepsTheOpenProject) {
