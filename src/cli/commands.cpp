@@ -33,7 +33,7 @@ const char* k_usage_text =
     "       korvex-cli encode FILE.typ|FILE.txt|FILE.prj [-o OUT.typ]\n"
     "       korvex-cli img list MAP.img\n"
     "       korvex-cli img extract MAP.img [NAME.TYP] -o OUT.typ\n"
-    "       korvex-cli img replace MAP.img NEW.typ|NEW.txt [--typ NAME.TYP] [-o OUT.img]\n"
+    "       korvex-cli img replace MAP.img NEW.typ|NEW.txt [--typ NAME.TYP] [--fid N] [--pid N] [-o OUT.img]\n"
     "options: --load-options 111111   classes and night colours to load (default 111111)\n"
     "         --offsets               show record offsets as comments in the text\n"
     "         --answer yes|no         the answer to every question (default yes)\n"
