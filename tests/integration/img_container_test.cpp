@@ -351,3 +351,17 @@ TEST_F(ImgTest, DamageInTheHeaderOrTableIsRefusedOrReadSafely) {
     EXPECT_GT(refused, 50);
     EXPECT_GT(replaced, 10);
 }
+
+// Offsets past 4 GiB: 128 kB blocks and a 5 GB hole before the TYP.
+TEST_F(ImgTest, ATypPastFourGigabytesIsListedAndRead) {
+    const std::string p = path("huge.img");
+    const std::string typ = samples::typ_stub(4242, 3, 5000);
+    ASSERT_TRUE(samples::build_img(p, 17, {{"00001234", "RGN", "", uint64_t{40000} << 17},
+                                           {"0000XMAP", "TYP", typ}}));
+    const ImgContainer c = read_ok(p);
+    ASSERT_EQ(c.subfiles.size(), 2u);
+    EXPECT_GT(static_cast<uint64_t>(c.subfiles[1].blocks.at(0)) * c.block_size, uint64_t{1} << 32);
+    EXPECT_EQ(c.subfiles[1].fid, 4242);
+    EXPECT_EQ(c.subfiles[1].pid, 3);
+    EXPECT_TRUE(same(bytes_of(c, 1), typ));
+}
