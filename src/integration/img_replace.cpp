@@ -54,9 +54,10 @@ uint32_t parts_for(uint32_t blocks) {
     return std::max<uint32_t>(1, blocks_for(blocks, img::k_entry_blocks));
 }
 
-void put_blocks(std::string& entry, const uint16_t* first, size_t n) {
+// The numbers from index from on, as many as an entry holds; 0xFFFF after.
+void put_blocks(std::string& entry, const std::vector<uint16_t>& numbers, size_t from) {
     for (size_t i = 0; i < static_cast<size_t>(img::k_entry_blocks); ++i)
-        put16(entry, img::e_blocks + 2 * i, i < n ? first[i] : img::k_no_block);
+        put16(entry, img::e_blocks + 2 * i, from + i < numbers.size() ? numbers[from + i] : img::k_no_block);
 }
 
 struct Geometry {
@@ -149,7 +150,7 @@ std::optional<ImgLayout> plan_replace(const ImgContainer& c, size_t index, uint3
         put16(first, img::e_part, k_head_part);
         std::vector<uint16_t> numbers(table_blocks);
         for (uint32_t b = 0; b < table_blocks; ++b) numbers[b] = static_cast<uint16_t>(b);
-        put_blocks(first, numbers.data(), numbers.size());
+        put_blocks(first, numbers, 0);
         size_t at = c.fat_start;
         l.head.replace(at, img::k_entry, first);
         at += img::k_entry;
@@ -169,8 +170,7 @@ std::optional<ImgLayout> plan_replace(const ImgContainer& c, size_t index, uint3
                     put32(e, img::e_size, p == 0 ? sizes[i] : 0);
                     put16(e, img::e_part, static_cast<uint16_t>(p << k_part_shift));
                 }
-                const size_t from = static_cast<size_t>(p) * img::k_entry_blocks;
-                put_blocks(e, own.data() + from, std::min<size_t>(img::k_entry_blocks, own.size() - std::min<size_t>(from, own.size())));
+                put_blocks(e, own, static_cast<size_t>(p) * img::k_entry_blocks);
                 l.head.replace(at, img::k_entry, e);
                 at += img::k_entry;
             }
