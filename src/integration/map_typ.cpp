@@ -62,8 +62,9 @@ bool open_map_typ(workbench::Session& session, platform::Prompt& ui, const std::
         ui.message(error);
         return false;
     }
+    const std::vector<size_t> at = c->typ_indexes();
     std::vector<ImgSubfile> typs;
-    for (size_t i : c->typ_indexes()) typs.push_back(c->subfiles[i]);
+    for (size_t i : at) typs.push_back(c->subfiles[i]);
     int pick = 0;
     if (typs.size() > 1) {
         pick = choose(map, typs);
@@ -71,7 +72,7 @@ bool open_map_typ(workbench::Session& session, platform::Prompt& ui, const std::
     }
     const ImgSubfile& chosen = typs[static_cast<size_t>(pick)];
     std::string bytes;
-    if (!read_subfile(*c, static_cast<size_t>(c->find(chosen.full_name())), bytes, error)) {
+    if (!read_subfile(*c, at[static_cast<size_t>(pick)], bytes, error)) {
         ui.message(error);
         return false;
     }
