@@ -31,7 +31,8 @@ std::filesystem::path folder() {
 }
 
 const std::string& typ_bytes() {
-    static const std::string t = platform::read_file(std::string(KORVEX_SOURCE_DIR) + "/data/samples/sample.typ").value_or("");
+    static const std::string t =
+        platform::read_file(std::string(KORVEX_SOURCE_DIR) + "/data/samples/sample.typ").value_or("");
     return t;
 }
 
@@ -81,7 +82,8 @@ void BM_ReplaceTypInLargeMap(benchmark::State& state) {
 void BM_ReplaceTypInDenseMap(benchmark::State& state) {
     const std::string map = (folder() / "dense.img").string();
     std::vector<samples::ImgPart> parts;
-    for (const char* type : {"RGN", "TRE", "LBL", "NET"}) parts.push_back({"63240001", type, std::string(64 << 20, 'd')});
+    for (const char* type : {"RGN", "TRE", "LBL", "NET"})
+        parts.push_back({"63240001", type, std::string(64 << 20, 'd')});
     parts.push_back({"0000XMAP", "TYP", typ_bytes()});
     samples::build_img(map, k_block_exponent, parts);
     const std::string out = (folder() / "dense-out.img").string();
@@ -90,7 +92,8 @@ void BM_ReplaceTypInDenseMap(benchmark::State& state) {
         std::string error;
         if (!integration::replace_typ(map, "", typ, out, error)) state.SkipWithError(error.c_str());
     }
-    state.SetBytesProcessed(static_cast<int64_t>(state.iterations()) * static_cast<int64_t>(std::filesystem::file_size(map)));
+    state.SetBytesProcessed(static_cast<int64_t>(state.iterations()) *
+                            static_cast<int64_t>(std::filesystem::file_size(map)));
     std::filesystem::remove(out);
     std::filesystem::remove(map);
 }

@@ -28,7 +28,8 @@ uint64_t size_of(const ImgPart& p) { return p.bytes.empty() ? p.zeros : p.bytes.
 bool build_img(const std::string& path, int block_exponent, const std::vector<ImgPart>& parts, uint8_t key) {
     const uint64_t bs = uint64_t{1} << block_exponent;
     uint64_t entries = 1;
-    for (const ImgPart& p : parts) entries += std::max<uint64_t>(1, ((size_of(p) + bs - 1) / bs + k_numbers - 1) / k_numbers);
+    for (const ImgPart& p : parts)
+        entries += std::max<uint64_t>(1, ((size_of(p) + bs - 1) / bs + k_numbers - 1) / k_numbers);
     const uint64_t table_end = k_table_start + entries * k_slot;
     const uint64_t table_blocks = (table_end + bs - 1) / bs;
     std::string head(table_blocks * bs, '\0');

@@ -62,7 +62,8 @@ TEST(MapTypWindow, TheChosenTypOpensNamedByMapAndSubfileAndSaveGoesIntoTheMap) {
     };
     f.dialogs.script(map);
     entry->trigger();
-    EXPECT_EQ(rows.join("|").toStdString(), "00000001.TYP  700 bytes  FID 1  PID 1|00000002.TYP  5837 bytes  FID 4711  PID 1");
+    EXPECT_EQ(rows.join("|").toStdString(),
+              "00000001.TYP  700 bytes  FID 1  PID 1|00000002.TYP  5837 bytes  FID 4711  PID 1");
     EXPECT_EQ(f.w->store().pg_n, 0);
 
     // The second row, opened.
@@ -80,7 +81,8 @@ TEST(MapTypWindow, TheChosenTypOpensNamedByMapAndSubfileAndSaveGoesIntoTheMap) {
     };
     f.dialogs.script(map);
     entry->trigger();
-    EXPECT_TRUE(f.w->windowTitle().contains(QString::fromStdString(map + ":00000002.TYP"))) << f.w->windowTitle().toStdString();
+    EXPECT_TRUE(f.w->windowTitle().contains(QString::fromStdString(map + ":00000002.TYP")))
+        << f.w->windowTitle().toStdString();
     ASSERT_GT(f.w->store().pg_n, 0);
 
     // Save writes the encoded TYP into the map; the other subfiles stay.

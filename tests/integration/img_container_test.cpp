@@ -195,7 +195,8 @@ TEST_P(ImgRoundTrip, ReplaceExtractAndBackKeepEveryOtherSubfile) {
 
 INSTANTIATE_TEST_SUITE_P(Shapes, ImgRoundTrip,
                          ::testing::Values(ImgShape{"Blocks512", 9, 0, false}, ImgShape{"Blocks4096", 12, 0, false},
-                                           ImgShape{"Xored", 10, 0x5a, false}, ImgShape{"SparseLargeBlocks", 15, 0, true}),
+                                           ImgShape{"Xored", 10, 0x5a, false},
+                                           ImgShape{"SparseLargeBlocks", 15, 0, true}),
                          [](const auto& info) { return std::string(info.param.name); });
 
 TEST_F(ImgTest, TheMkgmapTypGrowsIntoTwoTableEntriesAndShrinksBack) {
@@ -282,7 +283,8 @@ TEST_F(ImgTest, AFolderThatRefusesTheWriteOrADiskThatFillsUpLeavesTheMapAsItWas)
     const std::string p = copy_of(mkgmap_container(), "map.img");
     const std::string before = read_bytes(p);
     using Op = platform::FaultyFileSystem::Op;
-    for (auto [op, err] : {std::pair{Op::create, EACCES}, std::pair{Op::write, ENOSPC}, std::pair{Op::replace, EXDEV}}) {
+    for (auto [op, err] :
+         {std::pair{Op::create, EACCES}, std::pair{Op::write, ENOSPC}, std::pair{Op::replace, EXDEV}}) {
         platform::FaultyFileSystem faulty(op, err, 4000);
         std::string error;
         EXPECT_FALSE(replace_typ(p, "0xsample.typ", samples::typ_stub(1, 1, 9000), p, error, faulty));
