@@ -18,6 +18,10 @@ if(EXISTS ${PROJECT_SOURCE_DIR}/data/languages)
           FILES_MATCHING PATTERN "*.lan")
 endif()
 
+# The palettes of Colours > Convert to Black & White / 256 / 64 / 16.
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/data/pal/ DESTINATION ${CMAKE_INSTALL_DATADIR}/korvex/pal
+        FILES_MATCHING PATTERN "*.tpal")
+
 # The table from theme style names to Garmin types, for Open TXT/KMTF.
 install(FILES ${PROJECT_SOURCE_DIR}/data/themes/tdat DESTINATION ${CMAKE_INSTALL_DATADIR}/korvex/themes)
 

@@ -8,6 +8,7 @@
 
 #include "editor/canvas.h"
 #include "editor/median_cut.h"
+#include "model/nearest_colour.h"
 
 namespace korvex::editor {
 
@@ -71,44 +72,6 @@ void set_palette(EditorSession& e, std::vector<uint32_t> colours) {
     e.curcol2 = std::min(e.curcol2, e.ncols());
 }
 
-// The palette entry nearest to a colour by the summed squares of the
-// channel differences, the lowest entry on a tie. The entries are kept in
-// order of red, so the search walks out from the colour's red and stops on
-// each side once the red difference alone is worse than the best found.
-class NearestEntry {
-public:
-    explicit NearestEntry(const std::vector<uint32_t>& palette) {
-        by_red_.reserve(palette.size());
-        for (size_t i = 0; i < palette.size(); ++i)
-            by_red_.push_back({static_cast<int>(red_of(palette[i])), static_cast<int>(green_of(palette[i])),
-                               static_cast<int>(blue_of(palette[i])), static_cast<int>(i)});
-        std::stable_sort(by_red_.begin(), by_red_.end(), [](const Item& a, const Item& b) { return a.r < b.r; });
-    }
-
-    uint8_t operator()(uint32_t c) const {
-        const int r = static_cast<int>(red_of(c)), g = static_cast<int>(green_of(c)), b = static_cast<int>(blue_of(c));
-        const auto mid = std::lower_bound(by_red_.begin(), by_red_.end(), r, [](const Item& a, int v) { return a.r < v; });
-        int best = 0, best_sum = 1 << 30;
-        auto consider = [&](const Item& it) {
-            const int dr = it.r - r, dg = it.g - g, db = it.b - b;
-            const int sum = dr * dr + dg * dg + db * db;
-            if (sum < best_sum || (sum == best_sum && it.index < best)) {
-                best_sum = sum;
-                best = it.index;
-            }
-        };
-        for (auto it = mid; it != by_red_.end() && (it->r - r) * (it->r - r) <= best_sum; ++it) consider(*it);
-        for (auto it = mid; it != by_red_.begin() && (std::prev(it)->r - r) * (std::prev(it)->r - r) <= best_sum; --it)
-            consider(*std::prev(it));
-        return static_cast<uint8_t>(best);
-    }
-
-private:
-    struct Item {
-        int r, g, b, index;
-    };
-    std::vector<Item> by_red_;
-};
 
 }  // namespace
 
@@ -282,7 +245,7 @@ void reducecols(EditorSession& e) {
     const int n = e.ncols();
     if (n == 0 || (two_colour_class(e) && n < 2)) return;
     fit_pixels(e);
-    const NearestEntry nearest(e.palette.colours);
+    const model::NearestColour nearest(e.palette.colours);
     std::unordered_map<uint32_t, uint8_t> known;
     known.reserve(1024);
     uint32_t last_in = 0xFFFFFFFF;
@@ -292,7 +255,7 @@ void reducecols(EditorSession& e) {
             const uint32_t c = e.surface.at(x, y);
             if (c != last_in) {
                 const auto hit = known.find(c);
-                last_index = hit != known.end() ? hit->second : known.emplace(c, nearest(c)).first->second;
+                last_index = hit != known.end() ? hit->second : known.emplace(c, static_cast<uint8_t>(nearest(c))).first->second;
                 last_in = c;
             }
             e.pixels.set(x, y, last_index);

@@ -88,6 +88,7 @@ public:
     workbench::Session& session() { return *session_; }
     workbench::AppSettings& settings() { return settings_; }
     platform::FileDialog& file_dialogs() { return *services_.dialogs; }
+    platform::Launcher& launcher() { return *services_.launcher; }
     // The Edit menu, the buttons under the grid and the element operations.
     ElementCommands& commands() { return *commands_; }
     GridView* grid() const { return grid_; }

@@ -3,6 +3,7 @@
 #include "typ/curf_access.h"
 #include "typ/extended_sections.h"
 #include "workbench/browser.h"
+#include "workbench/label_tools.h"
 
 namespace korvex::workbench {
 
@@ -90,7 +91,7 @@ CellLabel Browser::label(const model::Store& s, int cell) const {
         default: out.text = text.empty() ? type : type + " " + text; break;
     }
     if (opt.show_font_colours) day_colour(s, cls_, row, out.colour);
-    if (opt.nolabel_grey && typ::contains_caseless(section_text(s, cls_, row), "=nolabel")) {
+    if (opt.nolabel_grey && chk_nolabel(s, cls_, row)) {
         out.grey = true;
         out.colour = k_grey;
     }

@@ -5,13 +5,13 @@
 
 #include "platform/files.h"
 #include "text/codepage_repair.h"
+#include "workbench/report_file.h"
 
 namespace korvex::workbench {
 
 namespace {
 
-bool check_labels(model::Store& s, platform::Prompt& ui, platform::Launcher& launcher,
-                  const std::string& data_folder, int mode) {
+bool check_labels(model::Store& s, platform::Prompt& ui, const std::string& data_folder, int mode) {
     const bool utf8 = mode == text::k_repair_in_utf8;
     const int needed = utf8 ? 65001 : 1252;
     if (s.codepage != needed) {
@@ -26,34 +26,34 @@ bool check_labels(model::Store& s, platform::Prompt& ui, platform::Launcher& lau
         repaired = repaired || r.repaired;
     }
 
-    // The report replaces the one of the last run.
-    const std::filesystem::path path = std::filesystem::path(data_folder) / (utf8 ? k_report_65001 : k_report_1252);
+    const std::string relative = utf8 ? k_report_65001 : k_report_1252;
+    const std::filesystem::path path = std::filesystem::path(data_folder) / relative;
     std::error_code ec;
     std::filesystem::create_directories(path.parent_path(), ec);
-    std::string error;
-    const bool written = platform::write_file_atomic(path.string(), report, &error);
-    if (!written) ui.message("Cannot write " + path.string() + ": " + error);
-
     if (!repaired) {
+        // The report replaces the one of the last run, even when clean.
+        std::string error;
+        if (!platform::write_file_atomic(path.string(), report, &error))
+            ui.message("Cannot write " + path.string() + ": " + error);
         ui.message("No errors found.");
         return false;
     }
     ui.message("Found & fixed errors.");
     s.dirty = true;
-    if (written) launcher.open(path.string());
+    show_report(ui, data_folder, relative, utf8 ? "Check 65001 labels" : "Check 1252 labels", report);
     return true;
 }
 
 }  // namespace
 
-bool check_labels_65001(model::Store& s, platform::Prompt& ui, platform::Launcher& launcher,
+bool check_labels_65001(model::Store& s, platform::Prompt& ui, platform::Launcher& /*launcher*/,
                         const std::string& data_folder) {
-    return check_labels(s, ui, launcher, data_folder, text::k_repair_in_utf8);
+    return check_labels(s, ui, data_folder, text::k_repair_in_utf8);
 }
 
-bool check_labels_1252(model::Store& s, platform::Prompt& ui, platform::Launcher& launcher,
+bool check_labels_1252(model::Store& s, platform::Prompt& ui, platform::Launcher& /*launcher*/,
                        const std::string& data_folder) {
-    return check_labels(s, ui, launcher, data_folder, text::k_repair_in_1252);
+    return check_labels(s, ui, data_folder, text::k_repair_in_1252);
 }
 
 }  // namespace korvex::workbench

@@ -16,7 +16,7 @@ inline const std::string k_report_1252 = "system/cp1252";
 
 // For a UTF-8 file: strings with bytes of a single-byte page become UTF-8.
 // True when something was repaired (the project is then dirty and the
-// report is opened).
+// report is shown). The launcher is no longer used: reports have a viewer.
 bool check_labels_65001(model::Store& s, platform::Prompt& ui, platform::Launcher& launcher,
                         const std::string& data_folder);
 

@@ -20,6 +20,7 @@ enum MessageId : int {
     m_reload_to_undo = 55,
     m_bitmap_sizes = 63,
     m_continue = 72,
+    m_colours = 79,
     m_type_exists = 93,
     m_invalid_type = 95,
     m_subtypes = 96,
@@ -27,6 +28,7 @@ enum MessageId : int {
     m_no_subtype_levels = 133,
     m_invalid_draworder = 134,
     m_no_level_at_0x100 = 135,
+    m_ctrl_select = 149,
     m_are_you_sure = 171,
     m_enable_logs = 172,
     m_no_log = 173,
@@ -44,6 +46,7 @@ enum MessageId : int {
     m_save_utf8_or_change = 256,
     m_click_apply = 257,
     m_sort_after_import = 268,
+    m_cannot_find = 269,
     m_please_select = 270,
     m_select_hint = 274,
 };

@@ -14,6 +14,7 @@
 #include "text/panel_apply.h"
 #include "text/string_lines.h"
 #include "text/text_writer.h"
+#include "typ/curf_access.h"
 #include "typ/decoder.h"
 #include "typ/draw_order.h"
 #include "typ/encoder.h"
@@ -25,6 +26,7 @@
 #include "workbench/panel_notes.h"
 #include "workbench/pending.h"
 #include "workbench/theme.h"
+#include "workbench/unused_colours.h"
 
 namespace korvex::workbench {
 
@@ -303,8 +305,18 @@ void Session::after_text_load(const std::string& path) {
     finchk();
 }
 
-// Post-load warnings belong to the repair tools; the session only calls them.
-void Session::finchk() {}
+// The joint warning after a load, with the preference on: waste the repair
+// tools can take, and the points the load had to repair.
+void Session::finchk() {
+    if (settings_.unused_colour_check != 1) return;
+    std::string fixed;
+    const std::string_view mark = " Fixed incorrect poi xpm.";
+    typ::for_each_line(s_.loadrep, [&](std::string_view line) {
+        if (line.ends_with(mark)) fixed += std::string(line.substr(0, line.size() - mark.size())) + "\r\n";
+    });
+    const std::string text = finchk_text(s_, fixed);
+    if (!text.empty()) ui_.message(text);
+}
 
 // ---- open flows -----------------------------------------------------------
 

@@ -159,7 +159,9 @@ TEST(CodepageTools, RefuseOtherPagesAndReportRepairs) {
     EXPECT_EQ(ui.messages.back(), "Found & fixed errors.");
     EXPECT_TRUE(s.dirty);
     const std::string report = (dir / "system" / "cp1252").string();
-    EXPECT_EQ(launcher.opened, std::vector<std::string>{report});
+    ASSERT_EQ(ui.reports.size(), 1u);
+    EXPECT_EQ(ui.reports[0].title, "Check 1252 labels");
+    EXPECT_TRUE(launcher.opened.empty());
     EXPECT_EQ(platform::read_file(report).value_or(""),
               k_stars + "Polygons\r\nType=0x01 String1=0x04," + k_cafe_utf8 + "\r\n" + k_stars + "Lines\r\n" +
                   k_stars + "Points\r\n");
@@ -169,7 +171,7 @@ TEST(CodepageTools, RefuseOtherPagesAndReportRepairs) {
     EXPECT_FALSE(workbench::check_labels_1252(s, clean, launcher, dir.string()));
     EXPECT_EQ(clean.messages.back(), "No errors found.");
     EXPECT_FALSE(s.dirty);
-    EXPECT_EQ(launcher.opened.size(), 1u);
+    EXPECT_TRUE(clean.reports.empty());
     EXPECT_EQ(platform::read_file(report).value_or(""), k_stars + "Polygons\r\n" + k_stars + "Lines\r\n" + k_stars + "Points\r\n");
 
     s.codepage = 65001;

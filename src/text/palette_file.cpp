@@ -1,11 +1,10 @@
-#include "editor/palette_file.h"
+#include "text/palette_file.h"
 
 #include <cctype>
 
-#include "editor/raster.h"
 #include "platform/files.h"
 
-namespace korvex::editor {
+namespace korvex::text {
 
 std::vector<std::string> tpal_fields(std::string text) {
     std::string flat;
@@ -42,7 +41,8 @@ std::vector<uint32_t> parse_tpal(const std::string& text) {
 std::string hex6(uint32_t colour) {
     static const char* digits = "0123456789ABCDEF";
     std::string out;
-    for (uint32_t v : {red_of(colour), green_of(colour), blue_of(colour)}) {
+    // Red sits in the low byte.
+    for (uint32_t v : {colour & 0xFFu, colour >> 8 & 0xFFu, colour >> 16 & 0xFFu}) {
         out += digits[v >> 4];
         out += digits[v & 15];
     }
@@ -57,7 +57,7 @@ bool from_hex(const std::string& digits, uint32_t& colour) {
         v = v << 4 | static_cast<uint32_t>(std::isdigit(static_cast<unsigned char>(c)) ? c - '0' : (std::tolower(c) - 'a' + 10));
     }
     // v is 0xRRGGBB in text order.
-    colour = rgb(v >> 16, v >> 8, v);
+    colour = (v >> 16 & 0xFF) | (v & 0xFF00) | (v & 0xFF) << 16;
     return true;
 }
 
@@ -88,4 +88,4 @@ bool save_tpal(const std::string& path, const std::vector<uint32_t>& colours, st
     return platform::write_file_atomic(with_tpal_extension(path), tpal_text(colours), error, fs);
 }
 
-}  // namespace korvex::editor
+}  // namespace korvex::text

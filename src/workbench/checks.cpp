@@ -1,0 +1,19 @@
+#include "workbench/checks.h"
+
+#include "workbench/basecamp_check.h"
+#include "workbench/line_check.h"
+#include "workbench/unused_colours.h"
+
+namespace korvex::workbench {
+
+Findings consistency_findings(const model::Store& s) {
+    Findings out;
+    for (const int cls : {model::k_polygons, model::k_lines, model::k_points}) {
+        Findings f = unused_colour_check(s, cls).findings;
+        out.insert(out.end(), f.begin(), f.end());
+    }
+    for (Findings f : {non_bitmap_line_findings(s), basecamp_findings(s)}) out.insert(out.end(), f.begin(), f.end());
+    return out;
+}
+
+}  // namespace korvex::workbench
