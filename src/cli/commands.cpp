@@ -28,9 +28,6 @@ namespace korvex::cli {
 
 namespace {
 
-constexpr int k_ok = 0;
-constexpr int k_failed = 1;
-constexpr int k_usage = 2;
 constexpr int k_msg_no_data = 3;
 
 const char* k_usage_text =
@@ -39,6 +36,9 @@ const char* k_usage_text =
     "       korvex-cli encode FILE.typ|FILE.txt|FILE.prj [-o OUT.typ]\n"
     "       korvex-cli check FILE.typ|FILE.txt|FILE.prj [--json] [--max-size N]\n"
     "       korvex-cli repair FILE.typ|FILE.txt|FILE.prj -o OUT.typ|OUT.txt --unused-colours [--non-bitmap-lines]\n"
+    "       korvex-cli img list MAP.img\n"
+    "       korvex-cli img extract MAP.img [NAME.TYP] -o OUT.typ\n"
+    "       korvex-cli img replace MAP.img NEW.typ|NEW.txt [--typ NAME.TYP] [--fid N] [--pid N] [-o OUT.img]\n"
     "check runs every read-only check; exit status 0 for no finding, 1 for findings, 2 for a file it\n"
     "cannot read. repair runs the repairs asked for and writes a TYP or a text by OUT's extension.\n"
     "options: --load-options 111111   classes and night colours to load (default 111111)\n"
@@ -52,6 +52,12 @@ const char* k_usage_text =
     "         --unused-colours        repair: remove unused colours and merge equal colour pairs\n"
     "         --non-bitmap-lines      repair: convert bitmap lines that are plain lines with a border\n"
     "         --version, --help\n";
+
+}  // namespace
+
+const char* usage_text() { return k_usage_text; }
+
+namespace {
 
 struct Args {
     std::string command;
@@ -172,18 +178,6 @@ std::string parse(int argc, char** argv, Args& a) {
     return {};
 }
 
-void print_report(const std::string& report, std::FILE* to) {
-    size_t start = 0;
-    while (start < report.size()) {
-        size_t end = report.find('\n', start);
-        if (end == std::string::npos) end = report.size();
-        std::string line = report.substr(start, end - start);
-        if (!line.empty() && line.back() == '\r') line.pop_back();
-        if (!line.empty()) std::fprintf(to, "report: %s\n", line.c_str());
-        start = end + 1;
-    }
-}
-
 using text::FileKind;
 
 size_t count_tokens(const std::string& list) {
@@ -263,15 +257,7 @@ int decode(model::Store& s, platform::Prompt& ui, const Args& a) {
 // The checks of the window's TYP save, the typed fields being --fid and --pid
 // and the answers --answer's.
 int encode(model::Store& s, platform::Prompt& ui, const Args& a) {
-    platform::SystemClock clock;
-    const integration::Messages msgs;
-    if (!workbench::has_data(s)) {
-        ui.message(msgs.get_msg(k_msg_no_data));
-        return k_failed;
-    }
-    if (!workbench::check_ids(s, ui, msgs, true).ok) return k_failed;
-    if (!typ::save_typ(s, ui, clock, true)) return k_failed;
-    print_report(s.loadrep, stderr);
+    if (!encode_store(s, ui)) return k_failed;
     if (a.output.empty()) {
         std::fwrite(s.curf.data(), 1, s.curf.size(), stdout);
         std::fflush(stdout);
@@ -282,7 +268,62 @@ int encode(model::Store& s, platform::Prompt& ui, const Args& a) {
 
 }  // namespace
 
+bool load_input(model::Store& s, platform::Prompt& ui, const std::string& path, FileKind* kind_out) {
+    if (!platform::file_exists(path)) {
+        ui.message(path + " doesn't exist");
+        return false;
+    }
+    if (!workbench::chkldop(s, ui)) return false;
+    std::string error;
+    auto data = platform::read_file(path, &error);
+    if (!data) {
+        ui.message("Cannot read " + path + ": " + error);
+        return false;
+    }
+    const FileKind kind = text::file_kind(*data, path);
+    if (kind_out) *kind_out = kind;
+    if (const std::string why = text::unreadable_reason(*data, kind); !why.empty()) {
+        std::fprintf(stderr, "korvex-cli: %s: %s\n", path.c_str(), why.c_str());
+        return false;
+    }
+    if (kind == FileKind::prj) {
+        text::load_prj_data(s, ui, path, *data);
+    } else if (kind == FileKind::text) {
+        // A text of a draw order alone is still a project, so "[_id]" is not required.
+        text::load_txt(s, ui, path, std::move(*data), false, false);
+    } else {
+        typ::open_typ_bytes(s, ui, std::move(*data), path);
+    }
+    return true;
+}
+
+bool encode_store(model::Store& s, platform::Prompt& ui) {
+    platform::SystemClock clock;
+    const integration::Messages msgs;
+    if (!workbench::has_data(s)) {
+        ui.message(msgs.get_msg(k_msg_no_data));
+        return false;
+    }
+    if (!workbench::check_ids(s, ui, msgs, true).ok) return false;
+    if (!typ::save_typ(s, ui, clock, true)) return false;
+    print_report(s.loadrep, stderr);
+    return true;
+}
+
+void print_report(const std::string& report, std::FILE* to) {
+    size_t start = 0;
+    while (start < report.size()) {
+        size_t end = report.find('\n', start);
+        if (end == std::string::npos) end = report.size();
+        std::string line = report.substr(start, end - start);
+        if (!line.empty() && line.back() == '\r') line.pop_back();
+        if (!line.empty()) std::fprintf(to, "report: %s\n", line.c_str());
+        start = end + 1;
+    }
+}
+
 int run(int argc, char** argv) {
+    if (argc >= 2 && std::string(argv[1]) == "img") return run_img(argc, argv);
     Args a;
     if (std::string why = parse(argc, argv, a); !why.empty()) {
         if (why == "version") {
@@ -309,31 +350,8 @@ int run(int argc, char** argv) {
     s.opt.show_offsets = a.offsets;
     model::newproject(s);
 
-    if (!platform::file_exists(a.input)) {
-        ui.message(a.input + " doesn't exist");
-        return unreadable;
-    }
-    if (!workbench::chkldop(s, ui)) return unreadable;
-    std::string error;
-    auto data = platform::read_file(a.input, &error);
-    if (!data) {
-        ui.message("Cannot read " + a.input + ": " + error);
-        return unreadable;
-    }
-    const FileKind kind = text::file_kind(*data, a.input);
-    if (const std::string why = text::unreadable_reason(*data, kind); !why.empty()) {
-        std::fprintf(stderr, "korvex-cli: %s: %s\n", a.input.c_str(), why.c_str());
-        return unreadable;
-    }
-    if (kind == FileKind::prj) {
-        text::load_prj_data(s, ui, a.input, *data);
-    } else if (kind == FileKind::text) {
-        // A text of a draw order alone is still a project, so "[_id]" is not required.
-        text::load_txt(s, ui, a.input, std::move(*data), false, false);
-    } else {
-        typ::open_typ_bytes(s, ui, std::move(*data), a.input);
-    }
-
+    FileKind kind = FileKind::typ;
+    if (!load_input(s, ui, a.input, &kind)) return unreadable;
     if (a.command == "info") return info(s, kind);
     print_report(s.loadrep, stderr);
     if (a.command == "check") return check(s, a.json, a.max_size, ui.dropped_draworder());

@@ -1,4 +1,5 @@
 #include "gui/main_window.h"
+#include "gui/map_typ_dialog.h"
 
 #include <QAction>
 #include <QActionGroup>
@@ -385,6 +386,8 @@ void MainWindow::build_menus() {
     open_actions_.push_back(add(file, "mopentyp", "Open TYP", [this] { session_->open_typ(); }));
     open_actions_.push_back(add(file, "mopentxt", "Open TXT/KMTF", [this] { session_->open_txt(); }));
     open_actions_.push_back(add(file, "mopenutf8txt", "Open UTF-8 TXT", [this] { session_->open_utf8_txt(); }));
+    open_actions_.push_back(
+        add(file, "mopenmap", "Open TYP in Map…", [this] { open_typ_in_map(*this, exec_map_dialog); }));
     QMenu* recent = file->addMenu("Open Recent");
     captions_.add(recent, "mrecent", "Open Recent");
     for (int i = 0; i < workbench::k_recent_count; ++i) {
@@ -979,6 +982,8 @@ bool MainWindow::open_file(const std::string& path) {
     if (session_->loading()) return false;
     if ((s_.dirty || session_->text_pending()) && session_->fnsave_yn() != platform::Answer::no) return false;
     s_.dirty = false;
+    const QString ext = QFileInfo(QString::fromStdString(path)).suffix().toLower();
+    if (ext == "img") return open_map_file(*this, path, exec_map_dialog);
     return session_->open_path(path);
 }
 

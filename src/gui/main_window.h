@@ -6,6 +6,7 @@
 #include <QMainWindow>
 #include <QPointer>
 #include <array>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -28,6 +29,7 @@ class QAction;
 class QActionGroup;
 class QCheckBox;
 class QComboBox;
+class QDialog;
 class QLabel;
 class QLineEdit;
 class QMenu;
@@ -111,6 +113,9 @@ public:
     ToolMenus* tool_menus() const { return tools_; }
     // Menu and button captions a language file may replace.
     CaptionTable& captions() { return captions_; }
+    // How File > Open TYP in Map… runs its choice of TYP: modally when empty;
+    // tests fill and close it instead.
+    std::function<int(QDialog&)> exec_map_dialog;
 
     // Switches the polygons between icons and the draw-order view.
     void set_draworder_view(bool on);

@@ -25,6 +25,12 @@ int os_mkstemp(char* tmpl) {
 }
 ssize_t os_write(int fd, const char* data, size_t n) { return _write(fd, data, static_cast<unsigned>(n)); }
 int os_fsync(int fd) { return _commit(fd); }
+int os_skip(int fd, uint64_t n) { return _lseeki64(fd, static_cast<__int64>(n), SEEK_CUR) < 0 ? -1 : 0; }
+int os_resize(int fd, uint64_t size) {
+    const errno_t e = _chsize_s(fd, static_cast<__int64>(size));
+    if (e != 0) errno = e;
+    return e == 0 ? 0 : -1;
+}
 int os_close(int fd) { return _close(fd); }
 int os_unlink(const char* path) { return _unlink(path); }
 int os_fchmod(int, mode_t) { return 0; }
@@ -44,6 +50,8 @@ int os_open(const char* path, int flags) { return ::open(path, flags); }
 int os_mkstemp(char* tmpl) { return ::mkstemp(tmpl); }
 ssize_t os_write(int fd, const char* data, size_t n) { return ::write(fd, data, n); }
 int os_fsync(int fd) { return ::fsync(fd); }
+int os_skip(int fd, uint64_t n) { return ::lseek(fd, static_cast<off_t>(n), SEEK_CUR) < 0 ? -1 : 0; }
+int os_resize(int fd, uint64_t size) { return ::ftruncate(fd, static_cast<off_t>(size)); }
 int os_close(int fd) { return ::close(fd); }
 int os_unlink(const char* path) { return ::unlink(path); }
 int os_fchmod(int fd, mode_t mode) { return ::fchmod(fd, mode); }
@@ -107,6 +115,10 @@ int RealFileSystem::write(int fd, std::string_view data, size_t& written) {
     written = static_cast<size_t>(n);
     return 0;
 }
+
+int RealFileSystem::skip(int fd, uint64_t n) { return os_skip(fd, n) == 0 ? 0 : errno; }
+
+int RealFileSystem::resize(int fd, uint64_t size) { return os_resize(fd, size) == 0 ? 0 : errno; }
 
 int RealFileSystem::sync(int fd) { return os_fsync(fd) == 0 ? 0 : errno; }
 

@@ -5,6 +5,7 @@
 
 #include <cerrno>
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -23,6 +24,11 @@ public:
     virtual int create_temp(const std::string& target, std::string& tmp, int& fd) = 0;
     // Writes some of data; written says how much.
     virtual int write(int fd, std::string_view data, size_t& written) = 0;
+    // Moves the write position n bytes on: what lies between reads as zeros
+    // and takes no room where the file system keeps holes.
+    virtual int skip(int fd, uint64_t n) = 0;
+    // Sets the file's length (a file that ends in skipped bytes needs it).
+    virtual int resize(int fd, uint64_t size) = 0;
     virtual int sync(int fd) = 0;
     virtual int close(int fd) = 0;
     // Puts from in the place of to, replacing it.
@@ -37,6 +43,8 @@ public:
     int open_in_place(const std::string& path, int& fd) override;
     int create_temp(const std::string& target, std::string& tmp, int& fd) override;
     int write(int fd, std::string_view data, size_t& written) override;
+    int skip(int fd, uint64_t n) override;
+    int resize(int fd, uint64_t size) override;
     int sync(int fd) override;
     int close(int fd) override;
     int replace(const std::string& from, const std::string& to) override;

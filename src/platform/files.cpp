@@ -1,5 +1,6 @@
 #include "platform/files.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -96,11 +97,38 @@ void AtomicWriter::write(std::string_view data) {
             return;
         }
         data.remove_prefix(n);
+        pos_ += n;
+        ends_in_hole_ = false;
     }
+}
+
+void AtomicWriter::skip(uint64_t n) {
+    if (!ok() || n == 0) return;
+    if (direct_) {
+        static const std::string zeros(1 << 16, '\0');
+        while (n > 0 && ok()) {
+            const size_t m = static_cast<size_t>(std::min<uint64_t>(n, zeros.size()));
+            write(std::string_view(zeros.data(), m));
+            n -= m;
+        }
+        return;
+    }
+    if (const int err = fs_.skip(fd_, n)) {
+        fail(err);
+        return;
+    }
+    pos_ += n;
+    ends_in_hole_ = true;
 }
 
 bool AtomicWriter::commit() {
     if (!ok()) return false;
+    if (ends_in_hole_) {
+        if (const int err = fs_.resize(fd_, pos_)) {
+            fail(err);
+            return false;
+        }
+    }
     if (!direct_) {
         if (const int err = fs_.sync(fd_)) {
             fail(err);

@@ -2,6 +2,7 @@
 // temporary file beside the target, which is flushed and renamed over it.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -33,6 +34,9 @@ public:
     bool ok() const { return fd_ >= 0 && error_.empty(); }
     const std::string& error() const { return error_; }  // the reason alone
     void write(std::string_view data);
+    // n zero bytes, left as a hole where the file system keeps them (a
+    // device gets them written).
+    void skip(uint64_t n);
     bool commit();
 
 private:
@@ -42,6 +46,8 @@ private:
     std::string tmp_;
     int fd_ = -1;
     bool direct_ = false;
+    uint64_t pos_ = 0;
+    bool ends_in_hole_ = false;
     std::string error_;
 };
 

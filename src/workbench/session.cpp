@@ -19,6 +19,7 @@
 #include "typ/draw_order.h"
 #include "typ/encoder.h"
 #include "typ/encoding.h"
+#include "typ/header.h"
 #include "workbench/draw_order_model.h"
 #include "workbench/load_options.h"
 #include "workbench/message_ids.h"
@@ -163,6 +164,7 @@ bool Session::file_new() {
     newproject();
     s_.curfile = "untitled";
     map_tag_.clear();
+    holder_.reset();
     save_as_forced_ = false;
     text_utf8_ = false;
     codepage_utf8_ = s_.codepage == 65001;
@@ -185,11 +187,16 @@ bool Session::loadfile(const std::string& raw_path) {
         loadfail_ = -1;
         return false;
     }
+    return load_typ_data(std::move(data), path);
+}
+
+bool Session::load_typ_data(std::string data, const std::string& path) {
     loadfail_ = 0;
     view_.set_caption(caption(path));
     newproject();
     save_as_forced_ = false;
     map_tag_.clear();
+    holder_.reset();
     text_utf8_ = false;
 
     view_.enable_open(false);
@@ -229,6 +236,7 @@ bool Session::load_text_file(const std::string& path, bool utf8) {
     newproject();
     save_as_forced_ = false;
     map_tag_.clear();
+    holder_.reset();
     loading_ = true;
     view_.busy(true);
     const bool ok = text::load_txt(s_, ui_, path, std::move(data), true, false);
@@ -252,6 +260,7 @@ bool Session::load_project_file(const std::string& path) {
     newproject();
     save_as_forced_ = false;
     map_tag_.clear();
+    holder_.reset();
     text_utf8_ = false;
     loading_ = true;
     view_.busy(true);
@@ -334,6 +343,21 @@ void Session::open_typ() {
     finchk();
 }
 
+bool Session::ready_to_open() { return dirty_prompt_goes_on() && chkldop(); }
+
+bool Session::open_held_typ(std::unique_ptr<TypHolder> holder, std::string bytes) {
+    if (loading_ || !holder) return false;
+    if (const std::string why = text::not_typ_reason(bytes); !why.empty()) {
+        ui_.message(holder->label() + ": " + why);
+        return false;
+    }
+    const std::string label = holder->label();
+    if (!load_typ_data(std::move(bytes), label)) return false;
+    holder_ = std::move(holder);
+    finchk();
+    return true;
+}
+
 // A theme is a new project of its own, which loadtheme starts: beside extra
 // points the points stay. Save asks for a name until the next load or save.
 // A theme that cannot be read leaves the project as it was.
@@ -346,6 +370,7 @@ bool Session::open_theme(const std::string& path) {
     view_.fill_code_panel("");
     paint_report();
     map_tag_.clear();
+    holder_.reset();
     save_as_forced_ = true;
     text_utf8_ = false;
     view_.rebuild_grid();
@@ -447,6 +472,29 @@ bool Session::save_typ_to(const std::string& path) {
     return true;
 }
 
+// The encoder's bytes go back into the file the TYP came out of.
+bool Session::save_into_holder() {
+    const bool encoded = typ::save_typ(s_, ui_, clock_, true);
+    paint_report();
+    if (!encoded) return false;
+    std::string error;
+    const std::string ids_before = s_.curf.substr(typ::hdr::fid, 2);
+    if (!holder_->put(s_.curf, error)) {
+        if (!error.empty()) ui_.message(error);
+        return false;
+    }
+    // The map's family id went into the file: the field shows it.
+    if (s_.curf.substr(typ::hdr::fid, 2) != ids_before) {
+        s_.fid = std::to_string(static_cast<uint8_t>(s_.curf[typ::hdr::fid]) |
+                                static_cast<uint8_t>(s_.curf[typ::hdr::fid + 1]) << 8);
+        view_.rebuild_grid();
+    }
+    save_as_forced_ = false;
+    set_dirty(false);
+    ui_.message("File: \r\n" + holder_->label() + "\r\n saved.");
+    return true;
+}
+
 bool Session::save_in_place() {
     save_in_place_ = true;
     return save(k_save);
@@ -477,6 +525,7 @@ bool Session::save(int entry) {
         if (nodat()) return false;
         const bool as_text = e == k_save_text || e == k_save_text_utf8;
         if (!check_ids(!as_text)) return false;
+        if (e == k_save && holder_) return save_into_holder();
         if (e == k_save) {
             if (ends_with_ci(s_.curfile, ".prj")) {
                 ui_.message("Use 'save as' .");
@@ -487,8 +536,9 @@ bool Session::save(int entry) {
         if (as_text) return save_text(e);
 
         if (!text::chkcp(s_, ui_, true)) return false;
-        const std::string proposed =
-            typ::getcurf(s_) ? with_extension(s_.curfile, ".txt", ".typ") : std::string("*.typ");
+        const std::string proposed = holder_           ? holder_->typ_name()
+                                     : typ::getcurf(s_) ? with_extension(s_.curfile, ".txt", ".typ")
+                                                        : std::string("*.typ");
         std::string name = dialogs_.save_file("Save File", {"Typ files (*.typ)"}, proposed);
         if (const size_t at = lower_copy(name).rfind(".typ"); at != std::string::npos) name.resize(at + 4);
         if (name.empty() || name.find('*') != std::string::npos) return false;
@@ -497,7 +547,10 @@ bool Session::save(int entry) {
         // A copy becomes the open file too: later saves go to the new name.
         // A copy that was not written leaves the project where it was.
         const bool ok = save_typ_to(name);
-        if (ok) s_.curfile = name;
+        if (ok) {
+            s_.curfile = name;
+            holder_.reset();
+        }
         update_title(s_.curfile);
         return ok;
     }();
@@ -512,7 +565,9 @@ bool Session::save_text(int entry) {
     std::string path = s_.curfile;
     if (!save_in_place_) {
         const std::string proposed =
-            typ::getcurf(s_) ? with_extension(s_.curfile, ".typ", ".txt") : std::string("*.txt");
+            holder_ ? with_extension(holder_->typ_name(), ".typ", ".txt")
+            : typ::getcurf(s_) ? with_extension(s_.curfile, ".typ", ".txt")
+                               : std::string("*.txt");
         const std::string filter = entry == k_save_text_utf8 ? "Text UTF-8 files (*.txt)" : "Text files (*.txt)";
         path = dialogs_.save_file("Save File", {filter}, proposed);
         if (path.empty() || path.find('*') != std::string::npos) return false;
@@ -535,6 +590,7 @@ bool Session::save_text(int entry) {
     // The text is now the open file, as a TYP saved under a new name is: the
     // caption names what holds the edits, and Save writes it again.
     s_.curfile = path;
+    holder_.reset();
     text_utf8_ = entry == k_save_text_utf8;
     set_dirty(false);
     return true;

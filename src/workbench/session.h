@@ -6,6 +6,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -104,6 +105,22 @@ public:
     std::vector<RecentEntry> recent;
 };
 
+// Where the project's TYP lives when it was opened out of another file (a
+// map container): Save puts the encoded bytes back there. The container code
+// lies above the workbench and implements it.
+class TypHolder {
+public:
+    virtual ~TypHolder() = default;
+    // What the caption names: ".../gmapsupp.img:0000XMAP.TYP".
+    virtual std::string label() const = 0;
+    // The TYP file Save As proposes: ".../0000XMAP.typ".
+    virtual std::string typ_name() const = 0;
+    // Writes typ in the place of the held TYP; it may first set the
+    // holder's family id in typ when the user agrees. False when nothing was
+    // written: error says why ("" when the user cancelled).
+    virtual bool put(std::string& typ, std::string& error) = 0;
+};
+
 // The entries of the File menu's save flow, by their menu numbers.
 enum SaveEntry : int {
     k_save = 9,
@@ -143,6 +160,15 @@ public:
     // Opens a TYP file as the project. False (loadfail -1) when the path does
     // not exist or a load is running; the caller then stops its flow.
     bool loadfile(const std::string& path);
+
+    // Opens the TYP bytes that holder holds as the project: the caption
+    // names the holder, Save writes back into it, Save As makes the project
+    // a plain TYP file. The caller asked the dirty prompt (ready_to_open).
+    bool open_held_typ(std::unique_ptr<TypHolder> holder, std::string bytes);
+    const TypHolder* typ_holder() const { return holder_.get(); }
+    // The dirty prompt and the load-options check before an open: false
+    // when the open is not to go on.
+    bool ready_to_open();
 
     // File menu: the open entries, Open Recent (index 0 to 11), Clear Recent.
     void open_typ();
@@ -236,6 +262,8 @@ private:
     bool ask_replace(const std::string& path);
     bool check_ids(bool with_codepage);
     bool save_typ_to(const std::string& path);
+    bool save_into_holder();
+    bool load_typ_data(std::string data, const std::string& path);
     bool save_text(int entry);
     bool load_text_file(const std::string& path, bool utf8);
     bool load_project_file(const std::string& path);
@@ -267,6 +295,7 @@ private:
     bool text_utf8_ = false;     // the open text was opened as UTF-8
     bool codepage_utf8_ = false; // the loaded code page is 65001
     std::string map_tag_;
+    std::unique_ptr<TypHolder> holder_;
     std::vector<std::string> theme_tables_;
 };
 

@@ -343,7 +343,7 @@ bool redun_row(model::Store& s, platform::Prompt& ui, int cls, int32_t r, const 
 
 // The check of one class; plans, when given, keeps each point's plan for the
 // repair that may follow, so the pictures are scanned once.
-ColourCheck check_class(const model::Store& s, int cls, std::vector<PointPlan>* plans, bool findings = true) {
+ColourCheck unused_in_class(const model::Store& s, int cls, std::vector<PointPlan>* plans, bool findings = true) {
     ColourCheck out;
     if (cls < model::k_polygons || cls > model::k_points) return out;
     const int32_t end = table_end(s, cls);
@@ -395,7 +395,7 @@ int32_t redun_class(model::Store& s, int cls, const std::vector<PointPlan>* plan
 
 }  // namespace
 
-ColourCheck unused_colour_check(const model::Store& s, int cls) { return check_class(s, cls, nullptr); }
+ColourCheck unused_colour_check(const model::Store& s, int cls) { return unused_in_class(s, cls, nullptr); }
 
 std::string checkcols(const model::Store& s, int cls) { return report_of(unused_colour_check(s, cls), cls); }
 
@@ -410,7 +410,7 @@ bool fix_unused_colours(model::Store& s, platform::Prompt& ui, const std::string
     bool any = false;
     std::vector<PointPlan> plans;
     for (int cls = model::k_polygons; cls <= model::k_points; ++cls) {
-        const std::string part = report_of(check_class(s, cls, &plans, false), cls);
+        const std::string part = report_of(unused_in_class(s, cls, &plans, false), cls);
         any = any || !part.empty();
         report += "chc" + std::to_string(cls) + "\r\n" + part;
     }

@@ -286,3 +286,67 @@ TEST_F(CliTest, MaptkProjectIsToldByItsSectionsThenByExtension) {
 }
 
 }  // namespace
+
+// The TYP inside a map container (mkgmap's gmapsupp.img of the test data).
+TEST_F(CliTest, ImgListsExtractsAndReplacesInPlaceOrIntoANewFile) {
+    const std::string map = path("gmapsupp.img");
+    fs::copy_file(source_dir() + "/tests/data/img/gmapsupp.img", map);
+    const std::string original = read_bytes(map);
+    CliRun l = cli("img list " + map);
+    EXPECT_EQ(l.status, 0);
+    EXPECT_NE(l.out.find("block size 512, 6 subfiles\n"), std::string::npos) << l.out;
+    EXPECT_NE(l.out.find("\n0XSAMPLE.TYP  5837 bytes  FID 4242  PID 1\n"), std::string::npos) << l.out;
+    EXPECT_NE(l.out.find("\n63240001.RGN  278 bytes\n"), std::string::npos) << l.out;
+
+    ASSERT_EQ(cli("img extract " + map + " -o " + path("a.typ")).status, 0);
+    ASSERT_EQ(cli("img extract " + map + " 0xsample.typ -o " + path("b.typ")).status, 0);
+    EXPECT_EQ(read_bytes(path("a.typ")).size(), 5837u);
+    EXPECT_EQ(read_bytes(path("a.typ")), read_bytes(path("b.typ")));
+
+    // A text is encoded as encode does; -o leaves the map as it was.
+    const std::string env = "SOURCE_DATE_EPOCH=1700000000";
+    const std::string text = source_dir() + "/data/samples/sample.txt";
+    ASSERT_EQ(cli("encode " + text + " --fid 4242 -o " + path("enc.typ"), false, env).status, 0);
+    CliRun r = cli("img replace " + map + " " + text + " --fid 4242 -o " + path("new.img"), true, env);
+    ASSERT_EQ(r.status, 0) << r.out;
+    EXPECT_EQ(read_bytes(map), original);
+    ASSERT_EQ(cli("img extract " + path("new.img") + " -o " + path("c.typ")).status, 0);
+    EXPECT_EQ(read_bytes(path("c.typ")), read_bytes(path("enc.typ")));
+
+    // In place, with a TYP of another family: said, and done.
+    ASSERT_EQ(cli("encode " + sample + " --fid 77 -o " + path("f77.typ"), false, env).status, 0);
+    r = cli("img replace " + map + " " + path("f77.typ"), true);
+    EXPECT_EQ(r.status, 0) << r.out;
+    EXPECT_NE(r.out.find("has family id 77, the map's TYP 4242"), std::string::npos) << r.out;
+    ASSERT_EQ(cli("img extract " + map + " -o " + path("d.typ")).status, 0);
+    EXPECT_EQ(read_bytes(path("d.typ")), read_bytes(path("f77.typ")));
+    // Back to the TYP it held: the file mkgmap wrote.
+    ASSERT_EQ(cli("img replace " + map + " " + path("a.typ")).status, 0);
+    EXPECT_EQ(read_bytes(map), original);
+}
+
+TEST_F(CliTest, ImgRefusesWhatIsNoContainerOrHoldsNoTypWithTwo) {
+    const std::string no_typ = source_dir() + "/tests/data/img/no-typ.img";
+    write("t.typ", read_bytes(sample));
+    const std::string before = read_bytes(path("t.typ"));
+    struct Case {
+        std::string args, says;
+    };
+    const std::vector<Case> cases = {
+        {"img list " + sample, "is not a Garmin map file"},
+        {"img extract " + no_typ + " -o " + path("x.typ"), "holds no TYP file."},
+        {"img replace " + path("t.typ") + " " + sample, "is not a Garmin map file"},
+        {"img replace " + no_typ + " " + sample + " -o " + path("x.img"), "holds no TYP file."},
+        {"img list " + no_typ, "holds no TYP file."},
+        {"img frob " + no_typ, "unknown img command frob"},
+    };
+    for (const Case& c : cases) {
+        CliRun r = cli(c.args, true);
+        EXPECT_EQ(r.status, 2) << c.args;
+        EXPECT_NE(r.out.find(c.says), std::string::npos) << c.args << "\n" << r.out;
+    }
+    EXPECT_EQ(read_bytes(path("t.typ")), before);
+    EXPECT_FALSE(fs::exists(path("x.typ")));
+    EXPECT_FALSE(fs::exists(path("x.img")));
+    EXPECT_NE(cli("--help").out.find("korvex-cli img replace MAP.img NEW.typ|NEW.txt"), std::string::npos);
+}

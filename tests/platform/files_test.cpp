@@ -62,6 +62,23 @@ TEST_F(Files, DevicesAreWrittenInPlace) {
     EXPECT_TRUE(fs::is_character_file("/dev/null"));
 }
 
+// Skipped bytes read as zeros, in the middle and at the end of a file, and
+// a device gets them written.
+TEST_F(Files, SkippedBytesReadAsZerosWhereverTheyLie) {
+    const std::string target = (dir / "holes.img").string();
+    AtomicWriter w(target);
+    w.write("ab");
+    w.skip(100000);
+    w.write("c");
+    w.skip(70000);
+    ASSERT_TRUE(w.commit()) << w.error();
+    const std::string got = read_file(target).value_or("");
+    EXPECT_EQ(got, "ab" + std::string(100000, '\0') + "c" + std::string(70000, '\0'));
+    AtomicWriter null("/dev/null");
+    null.skip(70000);
+    EXPECT_TRUE(null.commit()) << null.error();
+}
+
 TEST(Codepage, ConvertsBetweenPagesAndUtf8) {
     EXPECT_EQ(recode("\xE4", 1252, 65001), "\xC3\xA4");
     EXPECT_EQ(recode("\xC3\xA4", 65001, 1252), "\xE4");
