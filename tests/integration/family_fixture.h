@@ -39,7 +39,7 @@ struct TempTree {
 };
 
 // The prefix of tests/data with the families' TYP files installed:
-// Alpine's "I0001234.TYP", Coast's "coast.typ", Lakes' "lakes.typ".
+// Alpine's "I0000123.TYP", Coast's "coast.typ", Lakes' "lakes.typ".
 struct WinePrefixCopy {
     TempTree tree{"wine"};
     fs::path prefix = tree.root / "prefix";
@@ -50,7 +50,7 @@ struct WinePrefixCopy {
         put_bytes(prefix / "drive_c/Garmin/Coast/coast.typ", typ);
         put_bytes(prefix / "drive_c/ProgramData/Garmin/Maps/Lakes/lakes.typ", typ);
     }
-    fs::path alpine_typ() const { return prefix / "drive_c/Garmin/Alpine/I0001234.TYP"; }
+    fs::path alpine_typ() const { return prefix / "drive_c/Garmin/Alpine/I0000123.TYP"; }
 };
 
 // A session with a data folder of its own.
