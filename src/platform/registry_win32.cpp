@@ -7,6 +7,8 @@
 #include <shlobj.h>
 
 #include <cstdlib>
+#include <cstring>
+#include <string>
 
 #include "platform/windows_platform.h"
 
