@@ -103,18 +103,28 @@ TEST(ReplaceTyp, BacksUpWritesFamilyIdsAndRestoresTheProjectsOwn) {
 }
 
 TEST(ReplaceTyp, AFailedWriteLeavesTheFamilysTypAndTheIds) {
-    Families F;
-    F.b.open_sample();
-    F.b.s.fid = "77";
-    Family& coast = F.row("Coast");
-    const std::string old = bytes_of(coast.typ);
-    platform::FaultyFileSystem full(platform::FaultyFileSystem::Op::write, ENOSPC, 100);
-    auto t = F.b.tools(F.sys, full);
-    EXPECT_EQ(add_or_replace_typ(t, coast), Upload::none);
-    EXPECT_TRUE(bytes_of(coast.typ) == old);
-    EXPECT_EQ(F.b.s.fid, "77");
-    for (const auto& m : F.b.ui.messages) EXPECT_NE(m, "TYP file has been replaced.");
-    EXPECT_TRUE(fs::exists(F.w.prefix / "drive_c/users/tester/AppData/Roaming/Garmin/Mapsource/TileCache/tile0001.dat"));
+    // The disk fills during the backup, then during the save behind a
+    // backup that was written whole.
+    for (const bool backup_fits : {false, true}) {
+        SCOPED_TRACE(backup_fits);
+        Families F;
+        F.b.open_sample();
+        F.b.s.fid = "77";
+        F.b.s.pid = "5";
+        Family& coast = F.row("Coast");
+        const std::string old = bytes_of(coast.typ);
+        platform::FaultyFileSystem full(platform::FaultyFileSystem::Op::write, ENOSPC,
+                                        backup_fits ? old.size() + 100 : 100);
+        auto t = F.b.tools(F.sys, full);
+        EXPECT_EQ(add_or_replace_typ(t, coast), Upload::none);
+        EXPECT_TRUE(bytes_of(coast.typ) == old);
+        EXPECT_EQ(F.b.s.fid, "77");
+        EXPECT_EQ(F.b.s.pid, "5");
+        EXPECT_EQ(fs::exists(F.w.prefix / "drive_c/Garmin/Coast/coast_copy.typ"), backup_fits);
+        EXPECT_EQ(F.b.ui.messages.back().rfind("Cannot save ", 0), 0u) << F.b.ui.messages.back();
+        for (const auto& m : F.b.ui.messages) EXPECT_NE(m, "TYP file has been replaced.");
+        EXPECT_TRUE(fs::exists(F.w.prefix / "drive_c/users/tester/AppData/Roaming/Garmin/Mapsource/TileCache/tile0001.dat"));
+    }
 }
 
 TEST(ReplaceTyp, RefusalsSayWhyAndChangeNothing) {
