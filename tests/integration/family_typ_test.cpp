@@ -22,9 +22,10 @@ struct Families {
     WinePrefixCopy w;
     platform::WinePlatform sys{w.prefix.string(), [this](const auto&, const auto&) {
                                    ++imports;
-                                   return 0;
+                                   return import_status;
                                }};
     int imports = 0;
+    int import_status = 0;
     FamilyList list = read_families(sys);
     Family& row(const std::string& name) {
         for (Family& f : list.rows())
@@ -194,6 +195,13 @@ TEST(AddTyp, AFamilyWithoutTypIsPointedAtTheOpenFileThroughTheRegistry) {
     EXPECT_EQ(add_or_replace_typ(t, alpine), Upload::none);
     EXPECT_EQ(F.imports, 0);
     EXPECT_EQ(alpine.typ, "");
+    // regedit fails: said so, and the row stays.
+    F.import_status = 1;
+    EXPECT_EQ(add_or_replace_typ(t, alpine), Upload::none);
+    EXPECT_EQ(F.b.ui.messages.back(), "Cannot import " + (F.b.data.root / "tmp.reg").string());
+    EXPECT_EQ(alpine.typ, "");
+    F.import_status = 0;
+    F.imports = 0;
     EXPECT_EQ(add_or_replace_typ(t, alpine), Upload::added);
     EXPECT_EQ(F.imports, 1);
     EXPECT_EQ(alpine.typ, mine);
@@ -270,6 +278,8 @@ TEST(OpenFamilyTyp, TheFirstSaveOfAMapsOwnTypKeepsACopyOnce) {
     const fs::path copy = F.w.prefix / "drive_c/Garmin/Alpine/I0000123_copy.typ";
     EXPECT_TRUE(F.b.session.save_in_place());
     EXPECT_TRUE(bytes_of(copy) == original);
+    EXPECT_NE(std::find(F.b.ui.messages.begin(), F.b.ui.messages.end(), "\r\n\r\nCreated a copy:" + copy.string()),
+              F.b.ui.messages.end());
     EXPECT_FALSE(F.b.s.from_family);
     put_bytes(copy, "kept");
     F.b.s.from_family = true;  // a second open from the list
