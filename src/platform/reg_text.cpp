@@ -98,6 +98,7 @@ std::string read_data(std::string_view data) {
 std::string section_key(std::string_view line) {
     const size_t close = line.rfind(']');
     std::string key;
+    if (close == std::string_view::npos) return key;  // cut short: no section
     for (size_t i = 1; i < close; ++i) {
         if (line[i] == '\\' && i + 1 < close && line[i + 1] == '\\') ++i;
         key += line[i];

@@ -59,6 +59,20 @@ TEST(RegText, ReadsWineFilesAndExportsIntoOneTree) {
     EXPECT_TRUE(t.subkeys("Software\\Garmin\\Nothing").empty());
 }
 
+// Cut anywhere, a registry file is read without a fault, and a cut one never holds a key the whole one lacks.
+TEST(RegText, EveryTruncationReadsSafely) {
+    const std::string full = bytes_of(testing::source_dir() + "/tests/data/wine_prefix/system.reg");
+    ASSERT_FALSE(full.empty());
+    const std::string families = "Software\\Wow6432Node\\Garmin\\MapSource\\Families";
+    platform::RegistryTree whole;
+    platform::read_reg_text(full, whole);
+    for (size_t n = 0; n <= full.size(); ++n) {
+        platform::RegistryTree t;
+        platform::read_reg_text(std::string_view(full).substr(0, n), t);
+        for (const std::string& k : t.subkeys(families)) EXPECT_TRUE(whole.has_key(families + "\\" + k)) << n;
+    }
+}
+
 TEST(RegText, ThirtyTwoBitViewComesFirst) {
     platform::ScriptedMapPlatform sys;
     sys.hklm.set("SOFTWARE\\Garmin\\Installed\\Native", "TDB", "n.tdb");
@@ -274,7 +288,9 @@ TEST(FamilySources, ShortcutFileGivesItsLocalBasePath) {
     put32(info, 24, static_cast<uint32_t>(28 + base.size() + 1));
     info += base + '\0' + suffix + '\0';
     EXPECT_EQ(platform::shell_link_target(lnk + info), "C:\\real\\r.tdb");
-    EXPECT_EQ(platform::shell_link_target((lnk + info).substr(0, 0x4C + 20)), "");
+    // Cut anywhere short of its end, the link gives nothing (and no fault).
+    const std::string whole = lnk + info;
+    for (size_t n = 0; n < whole.size(); ++n) EXPECT_EQ(platform::shell_link_target(whole.substr(0, n)), "") << n;
     EXPECT_EQ(platform::shell_link_target("not a link"), "");
 }
 
