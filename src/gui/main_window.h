@@ -89,6 +89,8 @@ public:
     workbench::AppSettings& settings() { return settings_; }
     platform::FileDialog& file_dialogs() { return *services_.dialogs; }
     platform::Launcher& launcher() { return *services_.launcher; }
+    const platform::Clock& clock() const { return *services_.clock; }
+    const platform::Environment& environment() const { return *services_.env; }
     // The Edit menu, the buttons under the grid and the element operations.
     ElementCommands& commands() { return *commands_; }
     GridView* grid() const { return grid_; }

@@ -22,6 +22,7 @@ void ToolMenus::build(QMenuBar* bar) {
     add_check_entries();
     add_canvas_entries();
     add_colour_entries();
+    add_family_entries();
 }
 
 void ToolMenus::add_grid_entries(QMenu& menu) {

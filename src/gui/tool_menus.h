@@ -7,6 +7,9 @@
 
 #include <QObject>
 #include <functional>
+#include <memory>
+
+#include "platform/map_platform.h"
 
 class QDialog;
 class QMenu;
@@ -32,6 +35,8 @@ public:
 
     // How a dialog runs: modally by default; tests fill and close it instead.
     std::function<int(QDialog&)> exec_dialog;
+    // Where the installed maps are found (the system's own by default).
+    std::function<std::unique_ptr<platform::MapPlatform>()> map_platform;
 
 private:
     // check_menus.cpp: consistency checks and repairs.
@@ -43,6 +48,8 @@ private:
     // colour_menus.cpp: transparency, opacity, palettes.
     void add_colour_entries();
     void add_colour_grid_entries(QMenu& menu);
+    // families_menus.cpp: installed map families.
+    void add_family_entries();
     // The store changed: dirty, caption, grid.
     void changed();
 

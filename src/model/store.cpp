@@ -40,6 +40,7 @@ void newproject(Store& s) {
     s.loadrep.clear();
     s.loadmsg.clear();
     s.curf.clear();
+    s.from_family = false;
     s.created.clear();
     s.fid.clear();
     s.pid = "1";

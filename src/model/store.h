@@ -112,6 +112,7 @@ struct Store {
     bool utf8txt = false;
     std::string curfile;
     std::string curf;         // the whole open TYP file, one char a byte
+    bool from_family = false;  // opened from an installed map: its first save keeps a copy
     std::string created;      // "Created  d m y h:m" line of the loaded file
     std::string loadrep;
     std::string loadmsg;

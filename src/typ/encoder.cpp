@@ -1,5 +1,7 @@
 #include "typ/encoder.h"
 
+#include <cctype>
+
 #include "platform/files.h"
 #include "typ/curf_access.h"
 #include "typ/draw_order.h"
@@ -57,6 +59,19 @@ bool label_blocks_lost(Store& s) {
     return false;
 }
 
+// The copy of a map's TYP beside it, "_copy.typ" in place of ".typ", made
+// once: an existing copy is the original and stays.
+void keep_family_copy(const Store& s, platform::Prompt& ui) {
+    std::string low = s.curfile;
+    for (char& c : low) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    if (low.find("i0000") == std::string::npos || !low.ends_with(".typ")) return;
+    const std::string copy = s.curfile.substr(0, s.curfile.size() - 4) + "_copy.typ";
+    if (platform::file_exists(copy)) return;
+    const auto old = platform::read_file(s.curfile);
+    if (!old || !platform::write_file_atomic(copy, *old)) return;
+    ui.message("\r\n\r\nCreated a copy:" + copy);
+}
+
 }  // namespace
 
 bool save_typ(Store& s, platform::Prompt& ui, const platform::Clock& clock, bool tofile) {
@@ -64,6 +79,11 @@ bool save_typ(Store& s, platform::Prompt& ui, const platform::Clock& clock, bool
     if (s.hdr_len < hdr::k_min) {
         ui.message("Select Header.");
         return false;
+    }
+    // 3. A map's own TYP ("i0000...") keeps what it was before its first save.
+    if (tofile && s.from_family) {
+        keep_family_copy(s, ui);
+        s.from_family = false;
     }
     // 4.
     if (s.hdr_caption.empty()) s.hdr_caption = header_caption(s.opt.hdr_def < 91 ? 110 : s.opt.hdr_def);
