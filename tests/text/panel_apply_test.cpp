@@ -237,6 +237,9 @@ TEST(PanelApply, StringAndFontStyleRules) {
     EXPECT_TRUE(o.result.ok);
     EXPECT_EQ(o.result.caption, "String syntax - error ignored.");
     EXPECT_EQ(o.selected, "String=Two");
+    // A language and a comma do not make up for the missing string number.
+    o = apply(s, polygon_with("String1=0x04,One", "String=0x04,Two"), 0, 0);
+    EXPECT_EQ(o.result.caption, "String syntax - error ignored.");
 
     EXPECT_EQ(apply(s, polygon_with("String1=0x04,One", "DaycustomColor:#GG0000"), 0, 0).result.caption, "Hex?");
     o = apply(s, polygon_with("String1=0x04,One", "CustomColor=Day\nDaycustomColor:#ff"), 0, 0);

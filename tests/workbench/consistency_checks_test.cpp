@@ -14,6 +14,7 @@
 #include "workbench/checks.h"
 #include "workbench/icon_painter.h"
 #include "workbench/label_tools.h"
+#include "workbench/picture_block.h"
 #include "workbench/line_check.h"
 #include "workbench/session.h"
 #include "workbench/side_tools.h"
@@ -159,6 +160,44 @@ TEST(UnusedColours, PointSymbolsChangeExactlyWhenTheTableFallsBelow32) {
         EXPECT_EQ(paintpoi(f.s, 0, bg).px, before.px);
         EXPECT_TRUE(unused_colour_check(f.s, model::k_points).empty());
     }
+}
+
+// A picture block takes as many rows as its head says, no more, and no more
+// than the section holds; quoted lines never pass for a head.
+TEST(PictureBlock, RowsStopAtTheHeightOrTheSectionsEnd) {
+    const std::vector<std::string> lines = {"Type=0x2f00", "\"DayXpm=\"", "DayXpm=\"2 2 2 1\" Colormode=16",
+                                            "\"$ c #FF0000\"", "\"% c none\"", "\"$%\"", "\"%$\"", "\"$$\""};
+    const PictureBlock b = find_picture(lines, {"dayxpm="});
+    EXPECT_EQ(b.head, 2);
+    EXPECT_EQ(b.width, 2);
+    EXPECT_EQ(b.colour_lines, 2);
+    EXPECT_EQ(b.first_row, 5);
+    EXPECT_EQ(b.row_lines, 2);
+    const std::vector<std::string> cut(lines.begin(), lines.begin() + 6);
+    const PictureBlock short_block = find_picture(cut, {"dayxpm="});
+    EXPECT_EQ(short_block.row_lines, 1);
+    EXPECT_EQ(find_picture(lines, {"nightxpm="}).head, -1);
+}
+
+// An extra point sits behind the ordinary ones: the first of them is found
+// and repaired as itself, and the last ordinary point stays as it was.
+TEST(UnusedColours, TheFirstExtraPointIsRepairedAsItself) {
+    OpsFixture f;
+    std::string extra = cc_point(3, 2);
+    extra.replace(extra.find("Type=0x2f00"), 11, "ID=0x11501");
+    f.load(cc_point(3, 3) + extra, model::k_points);
+    ASSERT_EQ(f.s.pt_n, 1);
+    ASSERT_EQ(f.s.pt_nx, 1);
+    const model::Store before = f.s;
+    const ColourCheck found = unused_colour_check(f.s, model::k_points);
+    ASSERT_EQ(found.findings.size(), 1u);
+    EXPECT_EQ(found.lines.substr(0, 2), "2 ");
+    EXPECT_EQ(redun(f.s, model::k_points), 1);
+    EXPECT_EQ(f.s.pt_n, 1);
+    EXPECT_EQ(f.s.pt_nx, 1);
+    EXPECT_EQ(f.s.pt_txt[0], before.pt_txt[0]);
+    EXPECT_EQ(f.s.pt_typ[1], before.pt_typ[1]);
+    EXPECT_EQ(f.s.pt_ncol[1], 2);
 }
 
 TEST(UnusedColours, PointsWithOpacityAreLeftAlone) {
@@ -352,6 +391,8 @@ TEST(Spelling, WordsAreSplitAsTheCheckReadsThem) {
         {"name=Park  \"Old\"", {"name", "old"}},
         {"A1: 12", {"a1"}},
         {"\xC3\x84rger", {"\xC3\xA4rger"}},
+        // The Latin-1 capitals from À to Þ fold, the sign × between them stays.
+        {"\xC3\x80\xC3\x97\xC3\x9E", {"\xC3\xA0\xC3\x97\xC3\xBE"}},
     };
     for (const auto& [label, words] : cases) EXPECT_EQ(label_words(label), words) << label;
 }

@@ -286,6 +286,11 @@ TEST(SessionSave, PidZeroNoRefusesAndKeepsTheWindowOpenOnExit) {
     b.ui.script(Answer::no);
     EXPECT_TRUE(b.session.close_request());
     EXPECT_TRUE(b.s.dirty);
+    // A project without changes closes without a question.
+    b.session.set_dirty(false);
+    const size_t asked = b.ui.questions.size();
+    EXPECT_TRUE(b.session.close_request());
+    EXPECT_EQ(b.ui.questions.size(), asked);
 }
 
 TEST(SessionSave, SaveAsAsksBeforeReplacingAndTheCopyBecomesTheOpenFile) {
