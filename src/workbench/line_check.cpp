@@ -128,17 +128,7 @@ bool convert_to_non_bitmap(model::Store& s, int32_t row) {
     lines.erase(lines.begin() + b.head, lines.begin() + b.first_row + b.row_lines);
     lines.insert(lines.begin() + b.head, {head_line(b.key, 0, 0, 2, 0, ""), "\"0 c " + line_colour + "\"",
                                           "\"1 c " + border_colour + "\""});
-    int at = b.head;
-    for (int k = static_cast<int>(lines.size()) - 1; k >= 0; --k) {
-        const std::string low = typ::lower(lines[static_cast<size_t>(k)]);
-        if (low.rfind("linewidth=", 0) == 0 || low.find("lwidth(=") != std::string::npos ||
-            low.rfind("borderwidth=", 0) == 0) {
-            lines.erase(lines.begin() + k);
-            if (k < at) --at;
-        }
-    }
-    lines.insert(lines.begin() + at,
-                 {"LineWidth=" + std::to_string(runs.line_rows), "BorderWidth=" + std::to_string(runs.border_rows)});
+    set_line_widths(lines, b.head, runs.line_rows, runs.border_rows);
     platform::QuietPrompt quiet;
     parse_into(s, quiet, cls, row, joined_section(lines));
     return true;

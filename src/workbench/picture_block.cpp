@@ -3,6 +3,7 @@
 #include <cctype>
 
 #include "model/store.h"
+#include "typ/curf_access.h"
 
 namespace korvex::workbench {
 
@@ -134,6 +135,19 @@ std::string unquoted(const std::string& line) {
 std::string canonical_symbol(int n, int count) {
     if (count < model::cpp_limit) return std::string(1, static_cast<char>(n + 36));
     return {static_cast<char>(n / 16 + 36), static_cast<char>(n % 16 + 36)};
+}
+
+void set_line_widths(std::vector<std::string>& lines, int head, int line, int border) {
+    int at = head;
+    for (int k = static_cast<int>(lines.size()) - 1; k >= 0; --k) {
+        const std::string low = typ::lower(lines[static_cast<size_t>(k)]);
+        if (low.rfind("linewidth=", 0) == 0 || low.find("lwidth(=") != std::string::npos ||
+            low.rfind("borderwidth=", 0) == 0) {
+            lines.erase(lines.begin() + k);
+            if (k < at) --at;
+        }
+    }
+    lines.insert(lines.begin() + at, {"LineWidth=" + std::to_string(line), "BorderWidth=" + std::to_string(border)});
 }
 
 }  // namespace korvex::workbench

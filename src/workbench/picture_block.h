@@ -27,6 +27,11 @@ struct PictureBlock {
 // the keys, looked for from line index from. head -1 when none.
 PictureBlock find_picture(const std::vector<std::string>& lines, const std::vector<std::string>& keys, int from = 0);
 
+// Drops the width keys of a line section (LineWidth=, BorderWidth=, lwidth(=)
+// and puts LineWidth=line and BorderWidth=border where the first of them, or
+// the picture head at `head`, stood.
+void set_line_widths(std::vector<std::string>& lines, int head, int line, int border);
+
 // The head line of a picture.
 std::string head_line(const std::string& key, int w, int h, int colours, int cpp, const std::string& behind);
 

@@ -230,16 +230,7 @@ void make_plain(std::vector<std::string>& lines, const PictureBlock& b, const Pa
     lines.insert(lines.begin() + b.head, pic.begin(), pic.end());
     if (cls != model::k_lines) return;
     // The rows become a line as high as they were, without a border.
-    int at = b.head;
-    for (int k = static_cast<int>(lines.size()) - 1; k >= 0; --k) {
-        const std::string low = typ::lower(lines[static_cast<size_t>(k)]);
-        if (low.rfind("linewidth=", 0) == 0 || low.find("lwidth(=") != std::string::npos ||
-            low.rfind("borderwidth=", 0) == 0) {
-            lines.erase(lines.begin() + k);
-            if (k < at) --at;
-        }
-    }
-    lines.insert(lines.begin() + at, {"LineWidth=" + std::to_string(height), "BorderWidth=0"});
+    set_line_widths(lines, b.head, height, 0);
 }
 
 // Drops the unused colours of one point picture and writes its rows in the
