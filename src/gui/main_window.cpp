@@ -26,6 +26,7 @@
 #include <QShortcut>
 #include <QSplitter>
 #include <QStatusBar>
+#include <QThread>
 #include <QTimer>
 #include <QToolButton>
 #include <QUrl>
@@ -49,6 +50,7 @@
 #include "gui/source_tree.h"
 #include "gui/tool_menus.h"
 #include "gui/workbench_menus.h"
+#include "integration/map_save_guard.h"
 #include "text/text_writer.h"
 #include "workbench/data_folder.h"
 #include "workbench/panel_notes.h"
@@ -143,6 +145,16 @@ MainWindow::MainWindow(WindowServices services, QWidget* parent)
         tables.push_back(source_tree_data() + "/themes/tdat");
         session_->set_theme_tables(tables);
     }
+    // A map program may hold the file a save goes over: warn, then wait for
+    // it with the window inert.
+    session_->set_save_guard([this](const std::string& path) {
+        const auto sys = tools_->map_platform ? tools_->map_platform() : nullptr;
+        if (!sys) return true;
+        return integration::map_save_guard(*sys, *session_, *prompt_, path, [](int ms) {
+            QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+            QThread::msleep(static_cast<unsigned long>(ms));
+        });
+    });
     s_.curfile = "untitled.typ";
     browser_.chg_icn(settings_.icon_size, label_text_height());
     session_->start();

@@ -56,7 +56,7 @@ bool save_with_family_ids(FamilyTools& t, const Family& f) {
     return ok;
 }
 
-Upload replace_typ(FamilyTools& t, Family& f) {
+Upload replace_typ(FamilyTools& t, Family& f, bool caches) {
     if (!platform::file_exists(f.typ)) {
         t.ui.message("Cannot locate " + f.typ);
         return Upload::none;
@@ -87,7 +87,7 @@ Upload replace_typ(FamilyTools& t, Family& f) {
         t.session.set_map_tag(f.name);
         t.session.update_title(f.typ);
     }
-    clearcache(t.sys);
+    if (caches) clearcache(t.sys);
     t.ui.message("Click on Mapsource/Basecamp , then CTRL G 2x.");
     return Upload::replaced;
 }
@@ -164,7 +164,13 @@ Upload add_or_replace_typ(FamilyTools& t, Family& f) {
         t.ui.message(t.session.msg(k_msg_save_as_typ));
         return Upload::none;
     }
-    return f.typ.empty() ? add_typ(t, f) : replace_typ(t, f);
+    // The caches are looked for before the upload and cleared after it
+    // only when one was found.
+    const bool caches = !upload_tile_caches(t.sys).empty();
+    if (!f.typ.empty()) return replace_typ(t, f, caches);
+    const Upload done = add_typ(t, f);
+    if (done == Upload::added && caches) clearcache(t.sys);
+    return done;
 }
 
 std::string backup_name(const std::string& typ_path) {

@@ -236,15 +236,33 @@ std::string typ_in_folder(const std::string& folder) {
     return any;
 }
 
-int clearcache(const platform::MapPlatform& sys) {
+namespace {
+
+// MapSource's tile cache under %AppData% (mapsource_part names it), and
+// BaseCamp's under the local AppData: lower-cased, "\\roaming" taken out.
+std::vector<std::string> tile_cache_folders(const platform::MapPlatform& sys, const std::string& mapsource_part) {
     const std::string app = sys.env("AppData");
-    if (app.empty()) return 0;
+    if (app.empty()) return {};
     std::string local = lower_text(app);
     if (const size_t at = local.find("\\roaming"); at != std::string::npos) local.erase(at, 8);
+    return {sys.local_path(app + mapsource_part), sys.local_path(local + "\\local\\Garmin\\BaseCamp\\TileCache\\")};
+}
+
+}  // namespace
+
+std::vector<std::string> upload_tile_caches(const platform::MapPlatform& sys) {
+    std::vector<std::string> found;
+    for (const std::string& folder : tile_cache_folders(sys, "\\Garmin\\Mapource\\TileCache")) {
+        std::error_code ec;
+        if (fs::is_directory(folder, ec)) found.push_back(folder);
+    }
+    return found;
+}
+
+int clearcache(const platform::MapPlatform& sys) {
     int removed = 0;
-    for (const std::string& folder :
-         {app + "\\Garmin\\Mapsource\\TileCache\\", local + "\\local\\Garmin\\BaseCamp\\TileCache\\"}) {
-        for (const auto& p : files_of(sys.local_path(folder))) {
+    for (const std::string& folder : tile_cache_folders(sys, "\\Garmin\\Mapsource\\TileCache\\")) {
+        for (const auto& p : files_of(folder)) {
             std::error_code ec;
             if (fs::remove(p, ec)) ++removed;
         }

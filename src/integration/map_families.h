@@ -87,4 +87,9 @@ std::string typ_in_folder(const std::string& folder);
 // Returns how many files went.
 int clearcache(const platform::MapPlatform& sys);
 
+// The tile-cache folders (local paths) that exist, as the family dialog
+// looks for them before an upload. It spells MapSource's folder
+// "\Garmin\Mapource\TileCache", so only BaseCamp's is ever found.
+std::vector<std::string> upload_tile_caches(const platform::MapPlatform& sys);
+
 }  // namespace korvex::integration

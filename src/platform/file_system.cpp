@@ -10,8 +10,11 @@
 // not replace an existing file there, so replace uses MoveFileEx.
 #include <io.h>
 #include <windows.h>
+// MinGW's headers declare these two already; only MSVC lacks them.
+#ifdef _MSC_VER
 using ssize_t = int;
 using mode_t = int;
+#endif
 #ifndef S_ISREG
 #define S_ISREG(m) (((m) & _S_IFMT) == _S_IFREG)
 #endif

@@ -37,6 +37,9 @@ public:
     // Titles of the top-level windows, or the command lines of the running
     // programs where titles cannot be had.
     virtual std::vector<std::string> window_titles() const = 0;
+    // True while another program holds the file (a local path) open, so a
+    // save over it would fail or be lost. False where this cannot be told.
+    virtual bool file_locked(const std::string& /*local*/) const { return false; }
     // AppData, ProgramData: Windows paths, "" when unknown.
     virtual std::string env(const std::string& name) const = 0;
 
@@ -64,6 +67,13 @@ public:
     bool bit64() const override { return is64; }
     std::string shortcut_target(const std::string& lnk) const override;
     std::vector<std::string> window_titles() const override { return titles; }
+    // Locked for the next locked_tests tests of a file, free after.
+    bool file_locked(const std::string&) const override {
+        ++lock_tests;
+        if (locked_tests == 0) return false;
+        --locked_tests;
+        return true;
+    }
     std::string env(const std::string& name) const override;
     std::string local_path(const std::string& windows_path) const override;
     std::string windows_path(const std::string& local) const override;
@@ -77,6 +87,8 @@ public:
     bool is64 = true;
     bool confirms = false;
     bool import_fails = false;
+    mutable int locked_tests = 0;
+    mutable int lock_tests = 0;  // how often a lock was tested
 };
 
 // The key as the 32-bit view sees it on a 64-bit system: keys under

@@ -147,6 +147,17 @@ std::vector<std::string> WindowsMapPlatform::window_titles() const {
     return titles;
 }
 
+bool WindowsMapPlatform::file_locked(const std::string& local) const {
+    const HANDLE h = CreateFileA(local.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING,
+                                 FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (h != INVALID_HANDLE_VALUE) {
+        CloseHandle(h);
+        return false;
+    }
+    const DWORD e = GetLastError();
+    return e == ERROR_SHARING_VIOLATION || e == ERROR_LOCK_VIOLATION;
+}
+
 std::string WindowsMapPlatform::env(const std::string& name) const {
     const char* v = std::getenv(name.c_str());
     return v ? std::string(v) : std::string();

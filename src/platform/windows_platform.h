@@ -19,6 +19,8 @@ public:
     bool bit64() const override;
     std::string shortcut_target(const std::string& lnk) const override;
     std::vector<std::string> window_titles() const override;
+    // Opening the file for writing with no sharing fails while a program holds it.
+    bool file_locked(const std::string& local) const override;
     std::string env(const std::string& name) const override;
     std::string local_path(const std::string& windows_path) const override { return windows_path; }
     std::string windows_path(const std::string& local) const override { return local; }

@@ -78,6 +78,8 @@ std::string WinePlatform::shortcut_target(const std::string& lnk) const { return
 
 std::vector<std::string> WinePlatform::window_titles() const { return wine_process_lines(); }
 
+bool WinePlatform::file_locked(const std::string& local) const { return file_open_in_process(local); }
+
 std::string WinePlatform::env(const std::string& name) const {
     if (name == "AppData") {
         if (auto v = hkcu_.value(k_shell_folders, "AppData")) return *v;
@@ -117,6 +119,24 @@ std::vector<std::string> wine_process_lines(const std::string& proc_root) {
         if (low.find(".exe") != std::string::npos) lines.push_back(*cmd);
     }
     return lines;
+}
+
+bool file_open_in_process(const std::string& path, const std::string& proc_root) {
+    namespace fs = std::filesystem;
+    std::error_code ec;
+    const fs::path target = fs::canonical(path, ec);
+    if (ec) return false;
+    for (fs::directory_iterator it(proc_root, ec), end; !ec && it != end; it.increment(ec)) {
+        const std::string name = it->path().filename().string();
+        if (name.empty() || !std::all_of(name.begin(), name.end(), [](char c) { return c >= '0' && c <= '9'; })) continue;
+        std::error_code fd_ec;  // a process we may not look into is skipped
+        for (fs::directory_iterator fd(it->path() / "fd", fd_ec), fd_end; !fd_ec && fd != fd_end; fd.increment(fd_ec)) {
+            std::error_code link_ec;
+            const fs::path to = fs::read_symlink(fd->path(), link_ec);
+            if (!link_ec && to == target) return true;
+        }
+    }
+    return false;
 }
 
 }  // namespace korvex::platform

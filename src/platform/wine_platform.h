@@ -31,6 +31,7 @@ public:
     bool bit64() const override;
     std::string shortcut_target(const std::string& lnk) const override;
     std::vector<std::string> window_titles() const override;
+    bool file_locked(const std::string& local) const override;
     std::string env(const std::string& name) const override;
     std::string local_path(const std::string& windows_path) const override;
     std::string windows_path(const std::string& local) const override;
@@ -49,5 +50,9 @@ std::string default_wine_prefix(const Environment& env);
 // The command lines of the running processes that are Windows programs
 // (".exe" in them), from /proc.
 std::vector<std::string> wine_process_lines(const std::string& proc_root = "/proc");
+// True when a running process has the file open (a descriptor in
+// /proc/PID/fd leads to it): Wine keeps a real descriptor for every file a
+// Windows program holds.
+bool file_open_in_process(const std::string& path, const std::string& proc_root = "/proc");
 
 }  // namespace korvex::platform

@@ -466,6 +466,7 @@ bool Session::save_typ_to(const std::string& path) {
     const bool encoded = typ::save_typ(s_, ui_, clock_, true);
     paint_report();  // what the save dropped or repaired
     if (!encoded) return false;
+    if (save_guard_ && platform::file_exists(path) && !save_guard_(path)) return false;
     if (!typ::SaveFile(s_, ui_, path, *fs_)) return false;
     save_as_forced_ = false;
     set_dirty(false);

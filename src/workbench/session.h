@@ -6,6 +6,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -254,6 +255,10 @@ public:
     // Every save of the project writes through fs (the real one by default);
     // tests hand in one that fails the way a full disk does.
     void set_file_system(platform::FileSystem& fs) { fs_ = &fs; }
+    // Asked before a TYP save writes over a file that exists: false stops
+    // the save with nothing written. The window hands in the check for map
+    // programs that may hold the file.
+    void set_save_guard(std::function<bool(const std::string& path)> guard) { save_guard_ = std::move(guard); }
     // The message of number n in the current language.
     std::string msg(int n) const { return msgs_.get_msg(n); }
 
@@ -297,6 +302,7 @@ private:
     std::string map_tag_;
     std::unique_ptr<TypHolder> holder_;
     std::vector<std::string> theme_tables_;
+    std::function<bool(const std::string&)> save_guard_;
 };
 
 }  // namespace korvex::workbench
