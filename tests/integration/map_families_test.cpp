@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "integration/family_fixture.h"
 #include "platform/mac_platform.h"
 #include "platform/reg_text.h"
@@ -37,6 +39,7 @@ TEST(RegText, ReadsWineFilesAndExportsIntoOneTree) {
         "\"Count\"=dword:0000001f\n"
         "\"Raw\"=hex:41,42,\\\n  43\n"
         "\"Wide\"=hex(2):43,00,3a,00,5c,00,00,00\n"
+        "\"Latin\"=hex(2):ff,00,00,01,00,00\n"
         "\"Expand\"=str(2):\"%ProgramData%\\\\x\"\n"
         "@=\"default\"\n"
         "\"Ignored\n"
@@ -49,9 +52,11 @@ TEST(RegText, ReadsWineFilesAndExportsIntoOneTree) {
     EXPECT_EQ(t.value(a, "Count").value_or("?"), "31");
     EXPECT_EQ(t.value(a, "Raw").value_or("?"), "ABC");
     EXPECT_EQ(t.value(a, "Wide").value_or("?"), "C:\\");
+    // One byte a character: the last of Latin-1 stays, the first beyond it is a "?".
+    EXPECT_EQ(t.value(a, "Latin").value_or(""), "\xFF?");
     EXPECT_EQ(t.value(a, "Expand").value_or("?"), "%ProgramData%\\x");
     EXPECT_EQ(t.value(a, "").value_or("?"), "default");
-    EXPECT_EQ(t.values(a).size(), 6u);
+    EXPECT_EQ(t.values(a).size(), 7u);
     EXPECT_EQ(t.value("SOFTWARE\\Garmin\\MapSource\\Families\\B", "TYP").value_or("?"), "D:\\b.typ");
     // Sub-keys are the direct ones, in the case they were written.
     EXPECT_EQ(t.subkeys("Software\\Garmin\\MapSource\\Families"), (std::vector<std::string>{"A", "B"}));
@@ -89,6 +94,7 @@ TEST(WinePaths, DrivesMapIntoThePrefixWhateverTheCase) {
     EXPECT_EQ(platform::wine_local_path(p, "C:\\Garmin\\New\\x.typ"), p + "/drive_c/Garmin/New/x.typ");
     EXPECT_EQ(platform::wine_local_path(p, "Z:\\home\\u\\a.typ"), "/home/u/a.typ");
     EXPECT_EQ(platform::wine_local_path(p, "relative.typ"), "relative.typ");
+    EXPECT_EQ(platform::wine_local_path(p, "1:\\x.typ"), "1:\\x.typ") << "a drive is a letter";
     EXPECT_EQ(platform::wine_windows_path(p, p + "/drive_c/Garmin/a.typ"), "C:\\Garmin\\a.typ");
     EXPECT_EQ(platform::wine_windows_path(p, "/home/u/a.typ"), "Z:\\home\\u\\a.typ");
     // A dosdevices link for c: wins over drive_c.
@@ -222,6 +228,13 @@ TEST(FamilySources, EachRegistrySourceGivesItsTag) {
         EXPECT_EQ(one.rows()[0].name, names[i]);
         EXPECT_EQ(one.rows()[0].pid, 10 + i);
     }
+    // A family of PID 0 is still one family, whichever source lists it twice.
+    m.sys.hklm.set(std::string(k_family_keys[0]) + "Zero", "TDB", m.tdb("C:\\maps\\Zero\\z.tdb", 0, 7));
+    m.sys.hklm.set(std::string(k_family_keys[1]) + "Zero", "TDB", m.tdb("C:\\maps\\Zero\\z.tdb", 0, 7));
+    FamilyList twice;
+    get_regvals(m.sys, 0, twice);
+    get_regvals(m.sys, 1, twice);
+    EXPECT_EQ(std::count_if(twice.rows().begin(), twice.rows().end(), [](const Family& f) { return f.name == "Zero"; }), 1);
     FamilyList none;
     get_regvals(m.sys, 5, none);
     get_regvals(m.sys, -1, none);

@@ -452,6 +452,26 @@ TEST(SessionSave, AFailedWriteOfAnyEntryLeavesTheProjectUnsavedAndCloseStillAsks
     }
 }
 
+// A save the encoder refuses writes nothing and leaves the project unsaved;
+// the text saves offer the filter of their kind.
+TEST(SessionSave, AnEncoderRefusalWritesNothingAndTextSavesNameTheirKind) {
+    Bench b;
+    const std::string opened = b.open_copy(".typ");
+    const std::string before = testing::read_bytes(opened);
+    b.session.set_dirty(true);
+    b.s.hdr_len = 50;
+    EXPECT_FALSE(b.session.save(k_save));
+    EXPECT_EQ(b.ui.messages.back(), "Select Header.");
+    EXPECT_EQ(testing::read_bytes(opened), before);
+    EXPECT_TRUE(b.s.dirty);
+    for (const auto& [entry, filter] : {std::pair{k_save_text, "Text files (*.txt)"}, {k_save_text_utf8, "Text UTF-8 files (*.txt)"}}) {
+        b.dialogs.script("");
+        EXPECT_FALSE(b.session.save(entry));
+        ASSERT_FALSE(b.dialogs.calls.empty());
+        EXPECT_EQ(b.dialogs.calls.back().filters, filter);
+    }
+}
+
 TEST(SessionPanel, ApplyTakesUtf8LabelsBackToThePageAndMarksTheCell) {
     Bench b;
     b.open_copy(".typ");
