@@ -334,7 +334,8 @@ bool redun_row(model::Store& s, platform::Prompt& ui, int cls, int32_t r, const 
 
 // The check of one class; plans, when given, keeps each point's plan for the
 // repair that may follow, so the pictures are scanned once.
-ColourCheck unused_in_class(const model::Store& s, int cls, std::vector<PointPlan>* plans, bool findings = true) {
+ColourCheck unused_in_class(const model::Store& s, int cls, std::vector<PointPlan>* plans, bool findings = true,
+                            bool lines = true) {
     ColourCheck out;
     if (cls < model::k_polygons || cls > model::k_points) return out;
     const int32_t end = table_end(s, cls);
@@ -344,7 +345,7 @@ ColourCheck unused_in_class(const model::Store& s, int cls, std::vector<PointPla
         bool same = false;
         if (cls == model::k_points) {
             PointPlan p = plan_point(s, r);
-            keys = p.day_unused;
+            keys = plans ? p.day_unused : std::move(p.day_unused);
             for (const std::string& k : p.night_unused) keys.push_back("night " + k);
             if (plans) (*plans)[static_cast<size_t>(r)] = std::move(p);
         } else {
@@ -356,13 +357,13 @@ ColourCheck unused_in_class(const model::Store& s, int cls, std::vector<PointPla
         const std::string type = finding_type(s, cls, r);
         const std::string number = std::to_string(r + 1);
         if (same) {
-            const std::string line = number + " " + type + " 1 (same colour)";
-            out.lines += line + "\r\n";
+            if (lines) out.lines += number + " " + type + " 1 (same colour)\r\n";
             if (findings) out.findings.push_back({cls, type, "unused-colours", "1 (same colour)"});
         }
         for (const std::string& k : keys) {
-            out.lines.append(number).append(" ").append(type).append(" ").append(k).append("\r\n");
-            if (findings) out.findings.push_back({cls, type, "unused-colours", "unused colour " + k});
+            if (lines) out.lines.append(number).append(" ").append(type).append(" ").append(k).append("\r\n");
+            // Short enough to stay inside the string: a large file has hundreds of thousands.
+            if (findings) out.findings.push_back({cls, type, "unused-colours", "unused " + k});
         }
     }
     return out;
@@ -387,6 +388,10 @@ int32_t redun_class(model::Store& s, int cls, const std::vector<PointPlan>* plan
 }  // namespace
 
 ColourCheck unused_colour_check(const model::Store& s, int cls) { return unused_in_class(s, cls, nullptr); }
+
+Findings unused_colour_findings(const model::Store& s, int cls) {
+    return std::move(unused_in_class(s, cls, nullptr, true, false).findings);
+}
 
 std::string checkcols(const model::Store& s, int cls) { return report_of(unused_colour_check(s, cls), cls); }
 

@@ -25,6 +25,10 @@ struct ColourCheck {
 // as a finding too.
 ColourCheck unused_colour_check(const model::Store& s, int cls);
 
+// The findings of unused_colour_check without its report lines: what a
+// program reading the findings needs, and a large file has many.
+Findings unused_colour_findings(const model::Store& s, int cls);
+
 // checkcols(class, fix): the report, headed "UNUSED COLOURS: " + class name;
 // "" when nothing was found.
 std::string checkcols(const model::Store& s, int cls);
