@@ -41,11 +41,13 @@ bool is_folder(const std::string& path) {
     return !path.empty() && fs::is_directory(path, ec);
 }
 
+#ifdef _WIN32
 std::string folder_of(const std::string& file) {
-    const size_t sep = file.find_last_of(k_path_sep == '/' ? "/" : "/\\");
+    const size_t sep = file.find_last_of("/\\");
     if (sep == std::string::npos) return {};
     return sep == 0 ? file.substr(0, 1) : file.substr(0, sep);
 }
+#endif
 
 }  // namespace
 
