@@ -74,9 +74,10 @@ std::string program_folder(const std::string& argv0) {
 }
 
 std::string bundled_data_folder(const std::string& exe_folder) {
+    // An unknown folder is not the working folder, which may be any build folder.
+    if (exe_folder.empty()) return {};
     const std::string source = configured_source(exe_folder);
     if (!source.empty() && is_folder(join_path(source, "data"))) return join_path(source, "data");
-    if (exe_folder.empty()) return {};
 #ifdef _WIN32
     return exe_folder;
 #else
