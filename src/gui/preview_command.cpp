@@ -122,8 +122,7 @@ RenderArgs parse_render_args(const std::vector<std::string>& args) {
 }
 
 int run_render_preview(int argc, char** argv) {
-    std::vector<std::string> args(argv + 1, argv + argc);
-    const RenderArgs a = parse_render_args(args);
+    const RenderArgs a = parse_render_args(std::vector<std::string>(argv + 1, argv + argc));
     if (!a.error.empty()) {
         std::fprintf(stderr, "korvex: %s\n%s", a.error.c_str(), k_render_usage_text);
         return k_render_usage;
@@ -131,7 +130,10 @@ int run_render_preview(int argc, char** argv) {
     // Painting text needs the fonts of a GUI application, not a display.
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
     QGuiApplication app(argc, argv);
+    return render_preview(a);
+}
 
+int render_preview(const RenderArgs& a) {
     model::Store s;
     platform::ConsolePrompt ui(platform::Answer::no);
     std::string error;

@@ -37,4 +37,7 @@ bool load_preview_project(model::Store& s, platform::Prompt& ui, const std::stri
 // each with a message on stderr.
 int run_render_preview(int argc, char** argv);
 
+// The rendering of run_render_preview, in a running Qt GUI application.
+int render_preview(const RenderArgs& args);
+
 }  // namespace korvex::gui

@@ -122,7 +122,7 @@ void paint_line(QPainter& p, const PreparedPreview& prep, const preview::LineIte
 void paint_point(QPainter& p, const PreparedPreview& prep, const preview::PointItem& item) {
     const QImage& pic = prep.image(item.picture.get());
     if (pic.isNull()) return;
-    // The picture's middle pixel (w / 2, h / 2) lands on the point's pixel.
+    // The picture's middle pixel (w / 2, h / 2) covers the point's pixel.
     const int x = static_cast<int>(std::floor(item.centre.x)) - pic.width() / 2;
     const int y = static_cast<int>(std::floor(item.centre.y)) - pic.height() / 2;
     p.drawImage(x, y, pic);
