@@ -96,6 +96,23 @@ void BM_LargeSamplerBuiltAndDrawn(benchmark::State& state) {
     state.counters["steps"] = static_cast<double>(steps);
 }
 
+// Its parts: the list alone, and the images and the view from a ready list.
+void BM_LargeSamplerList(benchmark::State& state) {
+    model::Store& s = large();
+    const preview::Scene scene = preview::make_sampler(s);
+    for (auto _ : state) benchmark::DoNotOptimize(preview::build_draw_list(s, scene, {}).order.size());
+}
+
+void BM_LargeSamplerPrepareAndPaint(benchmark::State& state) {
+    model::Store& s = large();
+    const preview::DrawList list = preview::build_draw_list(s, preview::make_sampler(s), {});
+    QImage view(k_view_w, k_view_h, QImage::Format_ARGB32_Premultiplied);
+    for (auto _ : state) {
+        const gui::PreparedPreview prep(list);
+        paint_view(view, prep);
+    }
+}
+
 // The code panel's Apply of a polygon whose colour changed, up to the Town
 // drawn again with it.
 void BM_ApplyToRedraw(benchmark::State& state) {
@@ -118,6 +135,8 @@ void BM_ApplyToRedraw(benchmark::State& state) {
 BENCHMARK(BM_TownRedraw)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_TownRepaint)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_LargeSamplerBuiltAndDrawn)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_LargeSamplerList)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_LargeSamplerPrepareAndPaint)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_ApplyToRedraw)->Unit(benchmark::kMillisecond);
 
 // Label text needs the fonts of a GUI application; no display is used.

@@ -6,6 +6,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "gui/language_menu.h"
 #include "gui/main_window.h"
@@ -27,6 +28,7 @@ const QSize k_frames[3] = {QSize(), QSize(240, 400), QSize(480, 800)};
 const char* const k_no_frame = "No Frame";
 
 const char* const k_title = "Map Preview";
+constexpr int k_start_width = 420;
 
 }  // namespace
 
@@ -97,6 +99,8 @@ void PreviewDock::open() {
     if (!placed_) {
         placed_ = true;
         w_.addDockWidget(Qt::RightDockWidgetArea, this);
+        // Wide enough to show a street or two, not only a corner of the map.
+        w_.resizeDocks({this}, {std::max(k_start_width, w_.width() * 2 / 5)}, Qt::Horizontal);
     }
     show();
     raise();

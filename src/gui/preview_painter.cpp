@@ -151,14 +151,10 @@ void paint_label(QPainter& p, const preview::LabelItem& item, double zoom) {
 }  // namespace
 
 PreparedPreview::PreparedPreview(DrawList list) : list_(std::move(list)) {
-    auto add = [this](const std::shared_ptr<const Raster>& r) {
-        if (!r || r->empty() || images_.count(r.get())) return;
-        images_.emplace(r.get(), raster_image(*r, list_.zoom));
+    // A picture's reach in device pixels, before its image is made.
+    auto side = [this](const std::shared_ptr<const Raster>& r, bool high) {
+        return r ? (high ? r->h : r->w) * list_.zoom : 0.0;
     };
-    for (const auto& item : list_.polygons) add(item.tile);
-    for (const auto& item : list_.lines) add(item.rows);
-    for (const auto& item : list_.points) add(item.picture);
-
     bounds_.reserve(list_.order.size());
     for (const DrawStep& step : list_.order) {
         const auto i = static_cast<size_t>(step.index);
@@ -166,15 +162,13 @@ PreparedPreview::PreparedPreview(DrawList list) : list_(std::move(list)) {
             case ItemKind::polygon: bounds_.push_back(box_of(list_.polygons[i].outline, 1)); break;
             case ItemKind::line: {
                 const preview::LineItem& l = list_.lines[i];
-                const QImage& rows = image(l.rows.get());
-                const double reach = l.bitmap ? rows.height() / 2.0 + rows.width() : l.width / 2 + l.border;
+                const double reach = l.bitmap ? side(l.rows, true) / 2 + side(l.rows, false) : l.width / 2 + l.border;
                 bounds_.push_back(box_of(l.points, reach + 2));
                 break;
             }
             case ItemKind::point: {
                 const preview::PointItem& pt = list_.points[i];
-                const QImage& pic = image(pt.picture.get());
-                bounds_.push_back(box_of({pt.centre}, std::max(pic.width(), pic.height()) + 1));
+                bounds_.push_back(box_of({pt.centre}, std::max(side(pt.picture, false), side(pt.picture, true)) + 1));
                 break;
             }
             case ItemKind::label:
@@ -186,8 +180,12 @@ PreparedPreview::PreparedPreview(DrawList list) : list_(std::move(list)) {
 
 const QImage& PreparedPreview::image(const Raster* raster) const {
     static const QImage none;
-    const auto it = images_.find(raster);
-    return it == images_.end() ? none : it->second;
+    if (!raster || raster->empty()) return none;
+    // Made at the first paint that reaches it: a large sampler shows few of
+    // its pictures at a time.
+    auto it = images_.find(raster);
+    if (it == images_.end()) it = images_.emplace(raster, raster_image(*raster, list_.zoom)).first;
+    return it->second;
 }
 
 int label_pixel_size(preview::FontStyle style) {

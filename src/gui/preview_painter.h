@@ -17,8 +17,8 @@ class QPainter;
 
 namespace korvex::gui {
 
-// A draw list with its pictures made into images once, so that a pan or a
-// repaint does not convert them again.
+// A draw list with its pictures made into images once, when first painted,
+// so that a pan or a repaint does not convert them again.
 class PreparedPreview {
 public:
     PreparedPreview() = default;
@@ -34,7 +34,7 @@ public:
 private:
     preview::DrawList list_;
     std::vector<QRectF> bounds_;
-    std::unordered_map<const preview::Raster*, QImage> images_;
+    mutable std::unordered_map<const preview::Raster*, QImage> images_;
 };
 
 // The pixel sizes of the three label font styles at zoom 1.
