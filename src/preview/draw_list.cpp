@@ -23,6 +23,9 @@ constexpr uint32_t k_day_label = 0xFF000000, k_night_label = 0xFFE8E8E8;
 constexpr uint32_t k_missing_fill = 0xFFCDCDCD, k_missing_line = 0xFF9A9A9A;
 constexpr int k_missing_side = 9;   // picture of a missing point type
 constexpr double k_missing_width = 2;
+// Scene units a feature's drawing may reach beyond its points: half the
+// largest point picture, or a label beside a point.
+constexpr double k_view_reach = 256;
 
 // The store class and row a feature is drawn as; row -1 when the project has
 // no element of its type.
@@ -112,6 +115,22 @@ DrawList build_draw_list(model::Store& s, const Scene& scene, const DrawOptions&
     out.background = options.night ? k_night_ground : k_day_ground;
     const uint32_t default_label = options.night ? k_night_label : k_day_label;
 
+    // Features are kept when their box, widened by what may stick out of it
+    // (pictures, line widths, labels), meets the view.
+    const bool culling = options.view_w > 0 && options.view_h > 0;
+    const double reach = k_view_reach * zoom;
+    const auto in_view = [&](const std::vector<Pt>& pts) {
+        double x0 = pts.front().x, x1 = x0, y0 = pts.front().y, y1 = y0;
+        for (const Pt& p : pts) {
+            x0 = std::min(x0, p.x);
+            x1 = std::max(x1, p.x);
+            y0 = std::min(y0, p.y);
+            y1 = std::max(y1, p.y);
+        }
+        return x1 * zoom + reach >= options.view_x && x0 * zoom - reach <= options.view_x + options.view_w &&
+               y1 * zoom + reach >= options.view_y && y0 * zoom - reach <= options.view_y + options.view_h;
+    };
+
     LookCache looks(s, options);
     const Binder binder(s);
     const std::shared_ptr<const Raster> missing_point = missing_picture();
@@ -123,11 +142,13 @@ DrawList build_draw_list(model::Store& s, const Scene& scene, const DrawOptions&
         const Feature& f = scene.features[fi];
         if (f.points.empty()) continue;
         const Binding b = binder.bind(f);
-        const ElementLook* look = b.row >= 0 ? &looks.look(b.store_class, b.row) : nullptr;
-        if (f.cls == FeatureClass::polygon && look && !look->has_level) {
+        int level = 0;
+        if (f.cls == FeatureClass::polygon && b.row >= 0 && !looks.level(b.row, level)) {
             if (invisible_seen.insert(f.code).second) out.invisible_types.push_back(f.code);
             continue;
         }
+        if (culling && !in_view(f.points)) continue;
+        const ElementLook* look = b.row >= 0 ? &looks.look(b.store_class, b.row) : nullptr;
 
         ItemSource src;
         src.cls = f.cls;

@@ -23,6 +23,11 @@ struct DrawOptions {
     bool night = false;
     int language = 0;   // preferred label language (as Settings::langid)
     double zoom = 1.0;  // device pixels a scene unit; clamped to 0.25 .. 8
+    // The part of the scene on show, in device pixels: features wholly
+    // outside it are left out of the list (and their elements unpainted),
+    // so that a large scene costs what the window shows. Empty (the
+    // default): the whole scene.
+    double view_x = 0, view_y = 0, view_w = 0, view_h = 0;
 };
 
 // Where an item comes from, for naming it on hover and selecting it.

@@ -44,19 +44,32 @@ workbench::ColourTable point_table(const model::Store& s, size_t r, bool night) 
 void apply_opacity(const model::Store& s, size_t r, bool night, Raster& pic) {
     if (s.pt_mode[r] != 2) return;
     const workbench::ColourTable t = point_table(s, r, night);
-    std::vector<std::pair<uint32_t, uint32_t>> partial;  // opaque colour, with its alpha
-    for (const workbench::ColourEntry& e : t.entries)
-        if (!e.none && e.alpha > 0 && e.alpha < k_alpha_steps) {
-            const auto a = static_cast<uint32_t>(255 - e.alpha * 255 / k_alpha_steps);
-            partial.emplace_back(0xFF000000u | e.rgb, (a << 24) | e.rgb);
-        }
-    if (partial.empty()) return;
-    for (uint32_t& p : pic.px)
-        for (const auto& [opaque, blended] : partial)
-            if (p == opaque) {
-                p = blended;
+    // Opaque colour to the same with its alpha, in an open-addressed table:
+    // a picture of many colours has as many pixels to look up as it has.
+    constexpr size_t k_slots = 1024;  // more than twice the most colours a point has
+    std::vector<std::pair<uint32_t, uint32_t>> table(k_slots, {0u, 0u});
+    const auto slot_of = [](uint32_t argb) { return (argb * 2654435761u) >> 22; };
+    size_t used = 0;
+    for (const workbench::ColourEntry& e : t.entries) {
+        // A table longer than any picture uses (bad input) keeps a free slot.
+        if (e.none || e.alpha <= 0 || e.alpha >= k_alpha_steps || used == k_slots / 2) continue;
+        const uint32_t opaque = 0xFF000000u | e.rgb;
+        size_t k = slot_of(opaque);
+        while (table[k].first != 0 && table[k].first != opaque) k = (k + 1) % k_slots;
+        if (table[k].first == opaque) continue;  // the first of two equal colours counts
+        const auto a = static_cast<uint32_t>(255 - e.alpha * 255 / k_alpha_steps);
+        table[k] = {opaque, (a << 24) | e.rgb};
+        ++used;
+    }
+    if (used == 0) return;
+    for (uint32_t& p : pic.px) {
+        if (p >> 24 != 0xFF) continue;
+        for (size_t k = slot_of(p); table[k].first != 0; k = (k + 1) % k_slots)
+            if (table[k].first == p) {
+                p = table[k].second;
                 break;
             }
+    }
 }
 
 std::string type_label(int32_t code) { return scene_type_text(code); }
@@ -83,15 +96,19 @@ const ElementLook& LookCache::look(int store_class, int32_t row) {
     return l;
 }
 
+bool LookCache::level(int32_t row, int& level) const {
+    bool can_have = false;
+    const std::string code = typ::polygon_drw_code(s_, row, can_have);
+    const auto it = can_have ? levels_.find(code) : levels_.end();
+    level = it != levels_.end() ? it->second : 0;
+    return it != levels_.end();
+}
+
 void LookCache::fill(ElementLook& l, int store_class, int32_t row) {
     const auto r = static_cast<size_t>(row);
     const bool night = options_.night;
     if (store_class == model::k_polygons) {
-        bool can_have = false;
-        const std::string code = typ::polygon_drw_code(s_, row, can_have);
-        const auto it = can_have ? levels_.find(code) : levels_.end();
-        l.has_level = it != levels_.end();
-        l.level = l.has_level ? it->second : 0;
+        l.has_level = level(row, l.level);
         Raster tile = workbench::paintpgn(s_, row, k_clear, night);
         if (!tile.empty() && all_same(tile)) {
             l.solid = true;

@@ -42,6 +42,8 @@ public:
     LookCache(model::Store& s, const DrawOptions& options);
     // store_class is a model::ElementClass; row must be a row of it.
     const ElementLook& look(int store_class, int32_t row);
+    // A polygon row's draw-order level, without painting it; false for none.
+    bool level(int32_t row, int& level) const;
 
 private:
     void fill(ElementLook& l, int store_class, int32_t row);

@@ -1,6 +1,7 @@
 // Scene text from a scene: the form read_scene reads, eight coordinates a line.
 #include "preview/scene.h"
 
+#include <charconv>
 #include <cstdio>
 
 namespace korvex::preview {
@@ -9,10 +10,11 @@ namespace {
 
 constexpr int k_points_per_line = 8;
 
+// The shortest text that reads back to the same number.
 std::string number_text(double v) {
     char buf[32];
-    std::snprintf(buf, sizeof buf, "%.10g", v);
-    return buf;
+    const auto [end, ec] = std::to_chars(buf, buf + sizeof buf, v);
+    return ec == std::errc() ? std::string(buf, end) : std::string("0");
 }
 
 const char* class_word(FeatureClass c) {
@@ -45,7 +47,7 @@ std::string write_scene(const Scene& scene) {
             for (const char c : f.label) {
                 if (c == '"' || c == '\\') out += '\\';
                 // A line end would end the head line; the reader has no escape for it.
-                out += c == '\n' || c == '\r' ? ' ' : c;
+                out += c == '\n' ? ' ' : c;
             }
             out += '"';
         }

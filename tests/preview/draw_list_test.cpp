@@ -288,3 +288,25 @@ TEST(DrawList, TheTopmostFeatureIsHitAndLabelsAreNot) {
     EXPECT_EQ(hit_feature({119, 5}), 1);    // just inside the big polygon
     EXPECT_EQ(hit_feature({121, 5}), -1);
 }
+
+TEST(DrawList, AViewLeavesOutWhatLiesWhollyOutsideButCountsInvisibleTypesAlways) {
+    model::Store s = project("[_drawOrder]\r\nType=0x02,1\r\n[end]\r\n" + solid_polygon("0x02", "00FF00") +
+                             solid_polygon("0x03", "0000FF"));
+    s.drwlist = " 0002,1";
+    // At zoom 2 the view is scene x 1000 .. 1050: a square just inside its
+    // reach, one beyond it, and an invisible type far away.
+    Scene sc = scene_of({square(0x0200, 1100, 0), square(0x0200, 2000, 0), square(0x0300, 5000, 5000),
+                         feature(FeatureClass::line, 0x0100, {{0, 10}, {3000, 10}})});
+    DrawOptions o;
+    o.zoom = 2;
+    o.view_x = 2000;
+    o.view_w = 100;
+    o.view_h = 100;
+    const DrawList l = build_draw_list(s, sc, o);
+    std::vector<int> kept;
+    for (const ItemSource& src : l.sources) kept.push_back(src.feature);
+    EXPECT_EQ(kept, (std::vector<int>{0, 3}));  // the square in reach, the line across
+    EXPECT_EQ(l.invisible_types, std::vector<int32_t>{0x0300});
+    o.view_w = 0;  // no view: everything
+    EXPECT_EQ(build_draw_list(s, sc, o).sources.size(), 3u);
+}

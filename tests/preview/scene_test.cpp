@@ -134,3 +134,29 @@ TEST(TownScene, ReadsWithoutReportAndHoldsWhatATownHas) {
     };
     for (const auto& w : wanted) EXPECT_TRUE(types.count(w)) << scene_type_text(w.second);
 }
+
+TEST(SceneReader, MangledTownTextsNeverFailAndWhatIsReadIsWrittenBackExactly) {
+    const std::string town =
+        korvex::platform::read_file(korvex::testing::source_dir() + "/data/" + k_town_scene).value_or("");
+    ASSERT_FALSE(town.empty());
+    const char pieces[] = {'"', '\\', ',', ' ', '\n', '\r', '#', '-', '.', 'e', 'x', '0', '9', '\0', '\xff'};
+    uint32_t seed = 12345;
+    const auto next = [&seed] { return seed = seed * 1664525u + 1013904223u; };
+    for (int round = 0; round < 80; ++round) {
+        std::string text = town;
+        for (int k = 0; k < 1 + round % 12; ++k) {
+            const size_t at = next() % text.size();
+            const char c = pieces[next() % sizeof pieces];
+            switch (next() % 3) {
+                case 0: text[at] = c; break;
+                case 1: text.insert(text.begin() + static_cast<std::ptrdiff_t>(at), c); break;
+                default: text.erase(at, 1 + next() % 20); break;
+            }
+        }
+        const SceneRead r = read_scene(text);
+        const SceneRead again = read_scene(write_scene(r.scene));
+        if (r.scene.name.empty()) continue;  // the head line was lost: there is nothing to write it from
+        ASSERT_TRUE(again.report.empty()) << "round " << round << ": " << again.report.front();
+        ASSERT_EQ(again.scene.features, r.scene.features) << "round " << round;
+    }
+}
