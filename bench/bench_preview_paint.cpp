@@ -8,6 +8,7 @@
 #include <benchmark/benchmark.h>
 #include <cstdio>
 
+#include "gui/preview_canvas.h"
 #include "gui/preview_painter.h"
 #include "model/store.h"
 #include "platform/files.h"
@@ -55,6 +56,17 @@ model::Store& large() {
     return s;
 }
 
+// The options of the canvas for a view at the scene's top left.
+preview::DrawOptions view_options() {
+    const QRect r = gui::built_region(QRect(0, 0, k_view_w, k_view_h));
+    preview::DrawOptions o;
+    o.view_x = r.x();
+    o.view_y = r.y();
+    o.view_w = r.width();
+    o.view_h = r.height();
+    return o;
+}
+
 // One frame of the view: the scene's ground, then what reaches into the view.
 void paint_view(QImage& view, const gui::PreparedPreview& prep) {
     view.fill(Qt::gray);
@@ -67,7 +79,7 @@ void BM_TownRedraw(benchmark::State& state) {
     model::Store& s = sample();
     QImage view(k_view_w, k_view_h, QImage::Format_ARGB32_Premultiplied);
     for (auto _ : state) {
-        const gui::PreparedPreview prep(preview::build_draw_list(s, town(), {}));
+        const gui::PreparedPreview prep(preview::build_draw_list(s, town(), view_options()));
         paint_view(view, prep);
     }
     state.counters["features"] = static_cast<double>(town().features.size());
@@ -80,15 +92,15 @@ void BM_TownRepaint(benchmark::State& state) {
     for (auto _ : state) paint_view(view, prep);
 }
 
-// The sampler of every element of a large file: its scene, its list and the
-// first view of it.
+// The sampler of every element of a large file: its scene, its list of what
+// the view and a view's size around it show, and the first view of it.
 void BM_LargeSamplerBuiltAndDrawn(benchmark::State& state) {
     model::Store& s = large();
     QImage view(k_view_w, k_view_h, QImage::Format_ARGB32_Premultiplied);
     size_t steps = 0;
     for (auto _ : state) {
         const preview::Scene scene = preview::make_sampler(s);
-        const gui::PreparedPreview prep(preview::build_draw_list(s, scene, {}));
+        const gui::PreparedPreview prep(preview::build_draw_list(s, scene, view_options()));
         paint_view(view, prep);
         steps = prep.list().order.size();
     }
@@ -100,12 +112,12 @@ void BM_LargeSamplerBuiltAndDrawn(benchmark::State& state) {
 void BM_LargeSamplerList(benchmark::State& state) {
     model::Store& s = large();
     const preview::Scene scene = preview::make_sampler(s);
-    for (auto _ : state) benchmark::DoNotOptimize(preview::build_draw_list(s, scene, {}).order.size());
+    for (auto _ : state) benchmark::DoNotOptimize(preview::build_draw_list(s, scene, view_options()).order.size());
 }
 
 void BM_LargeSamplerPrepareAndPaint(benchmark::State& state) {
     model::Store& s = large();
-    const preview::DrawList list = preview::build_draw_list(s, preview::make_sampler(s), {});
+    const preview::DrawList list = preview::build_draw_list(s, preview::make_sampler(s), view_options());
     QImage view(k_view_w, k_view_h, QImage::Format_ARGB32_Premultiplied);
     for (auto _ : state) {
         const gui::PreparedPreview prep(list);
@@ -124,7 +136,7 @@ void BM_ApplyToRedraw(benchmark::State& state) {
     bool ok = true;
     for (auto _ : state) {
         ok = text::parsetext(s, ui, text, model::k_polygons, row, false).ok && ok;
-        const gui::PreparedPreview prep(preview::build_draw_list(s, town(), {}));
+        const gui::PreparedPreview prep(preview::build_draw_list(s, town(), view_options()));
         paint_view(view, prep);
     }
     if (!ok) state.SkipWithError("the Apply was refused");

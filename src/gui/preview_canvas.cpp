@@ -19,6 +19,10 @@ constexpr int k_keep_visible = 48;
 
 }  // namespace
 
+QRect built_region(const QRect& visible) {
+    return visible.adjusted(-visible.width(), -visible.height(), visible.width(), visible.height());
+}
+
 PreviewCanvas::PreviewCanvas(QWidget* parent) : QWidget(parent) {
     setMouseTracking(true);
     setAttribute(Qt::WA_OpaquePaintEvent);
@@ -77,6 +81,7 @@ void PreviewCanvas::set_offset(QPoint offset) {
     offset.setY(std::clamp(offset.y(), keep_y - h, std::max(keep_y - h, height() - keep_y)));
     if (offset == offset_) return;
     offset_ = offset;
+    if (!built_.contains(visible())) stale_ = true;
     update();
 }
 
@@ -84,6 +89,13 @@ void PreviewCanvas::rebuild() {
     stale_ = false;
     if (!source_) return;
     options_.zoom = zoom_;
+    // A new scene starts at its top left, or in the middle of the view when
+    // smaller: the part on show lies within the view's size from the corner.
+    built_ = built_region(placed_ ? visible() : QRect(QPoint(0, 0), size()));
+    options_.view_x = built_.x();
+    options_.view_y = built_.y();
+    options_.view_w = built_.width();
+    options_.view_h = built_.height();
     prepared_ = PreparedPreview(source_(options_));
     ++builds_;
     if (!placed_) place_at_start();
@@ -100,7 +112,7 @@ void PreviewCanvas::place_at_start() {
 }
 
 const PreparedPreview& PreviewCanvas::prepared() {
-    if (stale_) rebuild();
+    if (stale_ || !built_.contains(visible())) rebuild();
     return prepared_;
 }
 

@@ -4,6 +4,7 @@
 // first paint after any change, so a burst of changes costs one build.
 #pragma once
 
+#include <QRect>
 #include <QSize>
 #include <QWidget>
 #include <functional>
@@ -12,6 +13,11 @@
 #include "preview/draw_list.h"
 
 namespace korvex::gui {
+
+// The part of a scene a list is built for when `visible` (device pixels of
+// the scene) is on show: a view's size more on every side, so that a pan
+// within it needs no new list.
+QRect built_region(const QRect& visible);
 
 class PreviewCanvas : public QWidget {
     Q_OBJECT
@@ -65,6 +71,8 @@ protected:
 
 private:
     void rebuild();
+    // The scene's pixels on show.
+    QRect visible() const { return QRect(-offset_, size()); }
     void place_at_start();
     void paint_frame(QPainter& p);
 
@@ -72,6 +80,7 @@ private:
     preview::DrawOptions options_;
     PreparedPreview prepared_;
     bool stale_ = true;
+    QRect built_;  // what the list covers
     bool placed_ = false;  // the view was put at its start for this scene
     int zoom_ = 1;
     int builds_ = 0;

@@ -294,16 +294,19 @@ TEST(PreviewDock, HoverNamesAndDoubleClickSelectsThePointInTheGrid) {
     EXPECT_FALSE(f.w->code_panel()->toPlainText().isEmpty());
 }
 
-TEST(PreviewDock, AScenesFileWithoutFeaturesLeavesTheSceneOnShow) {
+TEST(PreviewDock, AFeaturelessSceneFileLeavesTheSceneAndAWideOneIsDrawnWhereDragged) {
     PreviewFixture f;
     const std::string empty = f.path("empty.txt"), good = f.path("mine.txt");
     ASSERT_TRUE(platform::write_file_atomic(empty, "scene Nothing 100 100\npolygon nonsense\n"));
+    // Wider than three views: its lake at the far end is listed only once
+    // the view has been dragged there.
     preview::Scene mine;
     mine.name = "Mine";
-    mine.width = mine.height = 200;
+    mine.width = 6000;
+    mine.height = 200;
     preview::Feature lake;
     lake.code = 0x3c00;
-    lake.points = {{10, 10}, {150, 10}, {150, 150}};
+    lake.points = {{5000, 10}, {5150, 10}, {5150, 150}, {5000, 150}};
     mine.features = {lake};
     ASSERT_TRUE(platform::write_file_atomic(good, preview::write_scene(mine)));
 
@@ -318,5 +321,10 @@ TEST(PreviewDock, AScenesFileWithoutFeaturesLeavesTheSceneOnShow) {
     EXPECT_TRUE(f.dock->choose_scene_file());
     EXPECT_EQ(f.dock->scene(), gui::SceneChoice::file);
     EXPECT_EQ(f.dock->scene_box()->currentText(), "mine.txt");
-    EXPECT_EQ(f.dock->canvas()->prepared().list().width, 200);
+    EXPECT_EQ(f.dock->canvas()->prepared().list().width, 6000);
+    const QRgb ground = f.shot().pixel(100, 100);
+    f.dock->canvas()->set_offset(QPoint(-4900, f.dock->canvas()->offset().y()));
+    const QPoint in_lake = QPoint(5075, 80) + f.dock->canvas()->offset();
+    EXPECT_NE(f.shot().pixel(in_lake), ground);
+    EXPECT_GE(f.dock->canvas()->step_at(in_lake), 0);
 }
