@@ -20,7 +20,10 @@ namespace {
 constexpr double k_min_zoom = 0.25, k_max_zoom = 8.0;
 constexpr uint32_t k_day_ground = 0xFFF8F6F0, k_night_ground = 0xFF15181C;
 constexpr uint32_t k_day_label = 0xFF000000, k_night_label = 0xFFE8E8E8;
+// Greys of the types the project lacks: light by day, dark by night, so
+// that labels in the default colour stay readable on them.
 constexpr uint32_t k_missing_fill = 0xFFCDCDCD, k_missing_line = 0xFF9A9A9A;
+constexpr uint32_t k_missing_fill_night = 0xFF4A4A4A, k_missing_line_night = 0xFF7A7A7A;
 constexpr int k_missing_side = 9;   // picture of a missing point type
 constexpr double k_missing_width = 2;
 // Scene units a feature's drawing may reach beyond its points: half the
@@ -68,11 +71,11 @@ private:
     workbench::TypeIndex polygons_, lines_, active_, points_;
 };
 
-std::shared_ptr<const Raster> missing_picture() {
+std::shared_ptr<const Raster> missing_picture(uint32_t fill) {
     auto r = std::make_shared<Raster>();
     r->w = r->h = k_missing_side;
     r->fit = workbench::IconFit::picture;
-    r->px.assign(static_cast<size_t>(k_missing_side * k_missing_side), k_missing_fill);
+    r->px.assign(static_cast<size_t>(k_missing_side * k_missing_side), fill);
     for (int k = 0; k < k_missing_side; ++k) {
         r->px[static_cast<size_t>(k)] = r->px[static_cast<size_t>((k_missing_side - 1) * k_missing_side + k)] =
             k_missing_outline;
@@ -133,7 +136,9 @@ DrawList build_draw_list(model::Store& s, const Scene& scene, const DrawOptions&
 
     LookCache looks(s, options);
     const Binder binder(s);
-    const std::shared_ptr<const Raster> missing_point = missing_picture();
+    const uint32_t missing_fill = options.night ? k_missing_fill_night : k_missing_fill;
+    const uint32_t missing_line = options.night ? k_missing_line_night : k_missing_line;
+    const std::shared_ptr<const Raster> missing_point = missing_picture(missing_fill);
     std::unordered_set<int32_t> invisible_seen;
     std::vector<PolygonRank> ranks;
     std::vector<DrawStep> line_steps, point_steps, label_steps;
@@ -174,7 +179,7 @@ DrawList build_draw_list(model::Store& s, const Scene& scene, const DrawOptions&
                     item.colour = look->colour;
                     item.tile = look->raster;
                 } else {
-                    item.colour = k_missing_fill;
+                    item.colour = missing_fill;
                     item.missing = true;
                 }
                 label.at = polygon_centre(pts);
@@ -196,7 +201,7 @@ DrawList build_draw_list(model::Store& s, const Scene& scene, const DrawOptions&
                     item.border_colour = look->border_colour;
                 } else {
                     item.width = k_missing_width * zoom;
-                    item.fill = k_missing_line;
+                    item.fill = missing_line;
                     item.missing = true;
                 }
                 const Placement p = line_label_place(pts);

@@ -178,24 +178,30 @@ TEST(DrawList, NightSwitchesColoursPicturesAndLabelColours) {
     }
 }
 
-TEST(DrawList, TypesTheProjectLacksAreGreyAndSaySo) {
+TEST(DrawList, TypesTheProjectLacksAreGreyAndSaySoWithLabelsReadableOnThem) {
     model::Store s = project("");
     const Scene sc = scene_of({square(0x0200, 0, 0, 50), feature(FeatureClass::line, 0x0100, {{0, 0}, {50, 50}}, "A1"),
                                feature(FeatureClass::point, 0x2a06, {{20, 20}}, "Pizza")});
-    const DrawList l = build_draw_list(s, sc, {});
-    ASSERT_EQ(l.sources.size(), 3u);
-    EXPECT_TRUE(l.polygons.at(0).missing);
-    EXPECT_TRUE(l.lines.at(0).missing);
-    EXPECT_TRUE(l.points.at(0).missing);
-    const uint32_t grey = l.polygons[0].colour;
-    EXPECT_EQ((grey >> 16) & 0xFF, grey & 0xFF);
-    EXPECT_EQ((grey >> 8) & 0xFF, grey & 0xFF);
-    EXPECT_GT(l.lines[0].width, 0);
-    ASSERT_TRUE(l.points[0].picture);
-    for (const ItemSource& src : l.sources) EXPECT_EQ(src.row, -1);
-    EXPECT_EQ(source_text(l.sources[2]), "0x2a06 Pizza (not in the project)");
-    // Missing polygon types are no draw-order matter.
-    EXPECT_TRUE(l.notes().empty());
+    for (const bool night : {false, true}) {
+        DrawOptions o;
+        o.night = night;
+        const DrawList l = build_draw_list(s, sc, o);
+        ASSERT_EQ(l.sources.size(), 3u);
+        EXPECT_TRUE(l.polygons.at(0).missing);
+        EXPECT_TRUE(l.lines.at(0).missing);
+        EXPECT_TRUE(l.points.at(0).missing);
+        const uint32_t grey = l.polygons[0].colour, label = l.labels.at(0).colour;
+        EXPECT_EQ((grey >> 16) & 0xFF, grey & 0xFF);
+        EXPECT_EQ((grey >> 8) & 0xFF, grey & 0xFF);
+        const int contrast = static_cast<int>(grey & 0xFF) - static_cast<int>(label & 0xFF);
+        EXPECT_GE(std::abs(contrast), 0x60) << (night ? "night" : "day");
+        EXPECT_GT(l.lines[0].width, 0);
+        ASSERT_TRUE(l.points[0].picture);
+        for (const ItemSource& src : l.sources) EXPECT_EQ(src.row, -1);
+        EXPECT_EQ(source_text(l.sources[2]), "0x2a06 Pizza (not in the project)");
+        // Missing polygon types are no draw-order matter.
+        EXPECT_TRUE(l.notes().empty());
+    }
 }
 
 TEST(DrawList, TransparentPatternPixelsStayClearForTheLowerPolygon) {
