@@ -127,8 +127,9 @@ int run_render_preview(int argc, char** argv) {
         std::fprintf(stderr, "korvex: %s\n%s", a.error.c_str(), k_render_usage_text);
         return k_render_usage;
     }
-    // Painting text needs the fonts of a GUI application, not a display.
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+    // Painting text needs the fonts of a GUI application, never a display:
+    // a platform set for the window (xcb without an X server) would stop it.
+    qputenv("QT_QPA_PLATFORM", "offscreen");
     QGuiApplication app(argc, argv);
     return render_preview(a);
 }
