@@ -42,6 +42,7 @@
 #include "gui/grid_model.h"
 #include "gui/grid_view.h"
 #include "gui/preferences_dialog.h"
+#include "gui/preview_dock.h"
 #include "gui/qt_clipboard.h"
 #include "gui/qt_file_dialog.h"
 #include "gui/qt_fonts.h"
@@ -433,6 +434,7 @@ void MainWindow::build_menus() {
     add(file, "msaveasutf8txt", "Save as Text (Utf8)", save_entry(workbench::k_save_text_utf8));
     file->addSeparator();
     commands_->add_import_entry(file);
+    add(file, "", "Open Preview Scene…", [this] { map_preview()->choose_scene_file(); });
     file->addSeparator();
     add(file, "mexit", "Exit", [this] { close(); });
 
@@ -472,6 +474,7 @@ void MainWindow::build_menus() {
     toggle_panel_ = add(window, "", "Hide Code Panel", [this] { toggle_code_panel(); });
     set_caption_key(toggle_panel_, "");  // worded by messages 155 and 156
     add(window, "", "Errors", [this] { show_errors(); });
+    add(window, "", "Map Preview", [this] { map_preview()->open(); });
 
     QMenu* logs = menu("mlogs", "Logs");
     add(logs, "mreadlogs", "Read Logs", [this] { session_->open_log(); });
@@ -515,6 +518,7 @@ void MainWindow::apply_captions() {
     search_button_->setText(cap("btnsearch", "Search"));
     apply_->setText(cap("btnapplyX", "Apply Changes"));
     toggle_panel_->setText(from_message(msgs_.get_msg(side_->isHidden() ? m_show_code_panel : m_hide_code_panel)));
+    if (preview_) preview_->recaption();
     refresh_counters();
 }
 
@@ -615,6 +619,7 @@ void MainWindow::rebuild_grid() {
     }
     commands_->refresh();
     if (session_) session_->grid_built();
+    emit tables_changed();
 }
 
 void MainWindow::update_cell(int cls, int32_t row) {
@@ -622,6 +627,7 @@ void MainWindow::update_cell(int cls, int32_t row) {
     if (cls == model::k_active_lines) store_row += s_.ln_n;
     if (cls == model::k_extra_points) store_row += s_.pt_n;
     if (cls == browser_.cls()) model_->update_row(store_row);
+    emit tables_changed();
 }
 
 void MainWindow::set_caption(const std::string& text) { setWindowTitle(from_path(text)); }
@@ -840,8 +846,10 @@ void MainWindow::editor_closed(int result) {
         rebuild_grid();
         const int cell = browser_.cell_of_row(out.row);
         if (cell >= 0) browser_.set_current(cell);
-    } else
+    } else {
         model_->update_row(icon_editor_->session().row);
+        emit tables_changed();
+    }
     fill_panel_for_current();
 }
 
@@ -949,6 +957,11 @@ void MainWindow::set_draworder_view(bool on) {
         rebuild_grid();
     // The view opens at its first layer, not where it was last left.
     if (on) layers_->verticalScrollBar()->setValue(0);
+}
+
+PreviewDock* MainWindow::map_preview() {
+    if (!preview_) preview_ = new PreviewDock(*this);
+    return preview_;
 }
 
 void MainWindow::after_change() {
