@@ -139,6 +139,7 @@ MainWindow::MainWindow(WindowServices services, QWidget* parent)
 
     session_ = std::make_unique<workbench::Session>(s_, settings_, msgs_, *prompt_, *services_.dialogs,
                                                      *services_.launcher, *services_.clock, data_folder_, *this);
+    commands_->ops().set_history(&session_->history());
     {
         // The theme table: installed beside the program, else the source tree's.
         std::vector<std::string> tables = {
@@ -256,17 +257,16 @@ void MainWindow::build_widgets() {
     outer->addLayout(top);
 
     connect(fid_, &QLineEdit::textChanged, this, [this](const QString& t) {
-        if (!filling_) s_.fid = t.trimmed().toStdString();
+        if (!filling_) session_->set_fid(t.trimmed().toStdString());
     });
     connect(pid_, &QLineEdit::textChanged, this, [this](const QString& t) {
-        if (!filling_) s_.pid = t.trimmed().toStdString();
+        if (!filling_) session_->set_pid(t.trimmed().toStdString());
     });
     connect(codepage_, &QComboBox::activated, this, [this](int) { codepage_chosen(); });
     connect(codepage_->lineEdit(), &QLineEdit::editingFinished, this, [this] { codepage_chosen(); });
     connect(header_, &QComboBox::activated, this, [this](int) {
         if (filling_) return;
-        s_.hdr_len = header_->currentText().trimmed().toInt(nullptr, 16);
-        s_.hdr_caption = " " + header_->currentText().trimmed().toLower().toStdString();
+        session_->set_header_length(header_->currentText().trimmed().toLower().toStdString());
     });
     connect(pages_, &QComboBox::activated, this, [this](int page) {
         browser_.set_extra_page(page);
@@ -883,6 +883,8 @@ void MainWindow::apply_changes() {
     const int cls = browser_.cls();
     const int32_t row = browser_.current_row();
     const int32_t old_code = row >= 0 ? workbench::row_type_code(s_, cls, row) : -1;
+    // The apply and the move to the new type's place are one step.
+    const auto step = session_->history().open("", workbench::Scope::row_of(cls, row));
     if (!session_->apply_code_panel(std::string(text.constData(), static_cast<size_t>(text.size())))) return;
     if (row >= 0 && workbench::row_type_code(s_, cls, row) != old_code) commands_->ops().renumbered(cls, row, old_code);
 }
