@@ -22,18 +22,16 @@ endif()
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/data/pal/ DESTINATION ${CMAKE_INSTALL_DATADIR}/korvex/pal
         FILES_MATCHING PATTERN "*.tpal")
 
+# The map preview's Town scene.
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/data/preview/ DESTINATION ${CMAKE_INSTALL_DATADIR}/korvex/preview
+        FILES_MATCHING PATTERN "*.txt")
+
 # The table from theme style names to Garmin types, for Open TXT/KMTF.
 install(FILES ${PROJECT_SOURCE_DIR}/data/themes/tdat DESTINATION ${CMAKE_INSTALL_DATADIR}/korvex/themes)
 
 # The sample the manual pages and the package check open.
 install(FILES ${PROJECT_SOURCE_DIR}/data/samples/sample.typ ${PROJECT_SOURCE_DIR}/data/samples/sample.txt
         DESTINATION ${CMAKE_INSTALL_DATADIR}/korvex/samples)
-
-# The scenes the style preview draws.
-if(EXISTS ${PROJECT_SOURCE_DIR}/data/preview)
-  install(DIRECTORY ${PROJECT_SOURCE_DIR}/data/preview/ DESTINATION ${CMAKE_INSTALL_DATADIR}/korvex/preview
-          FILES_MATCHING PATTERN "*.txt")
-endif()
 
 # The desktop reads new MIME types and menu entries from caches. A packager
 # (DESTDIR set) leaves them to the package's triggers; a plain install

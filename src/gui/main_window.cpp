@@ -42,6 +42,7 @@
 #include "gui/grid_model.h"
 #include "gui/grid_view.h"
 #include "gui/preferences_dialog.h"
+#include "gui/preview_dock.h"
 #include "gui/qt_clipboard.h"
 #include "gui/qt_file_dialog.h"
 #include "gui/qt_fonts.h"
@@ -140,6 +141,7 @@ MainWindow::MainWindow(WindowServices services, QWidget* parent)
 
     session_ = std::make_unique<workbench::Session>(s_, settings_, msgs_, *prompt_, *services_.dialogs,
                                                      *services_.launcher, *services_.clock, data_folder_, *this);
+    commands_->ops().set_history(&session_->history());
     session_->set_theme_tables({platform::bundled_path(services_.bundled_data, "themes/tdat")});
     // A map program may hold the file a save goes over: warn, then wait for
     // it with the window inert.
@@ -251,17 +253,16 @@ void MainWindow::build_widgets() {
     outer->addLayout(top);
 
     connect(fid_, &QLineEdit::textChanged, this, [this](const QString& t) {
-        if (!filling_) s_.fid = t.trimmed().toStdString();
+        if (!filling_) session_->set_fid(t.trimmed().toStdString());
     });
     connect(pid_, &QLineEdit::textChanged, this, [this](const QString& t) {
-        if (!filling_) s_.pid = t.trimmed().toStdString();
+        if (!filling_) session_->set_pid(t.trimmed().toStdString());
     });
     connect(codepage_, &QComboBox::activated, this, [this](int) { codepage_chosen(); });
     connect(codepage_->lineEdit(), &QLineEdit::editingFinished, this, [this] { codepage_chosen(); });
     connect(header_, &QComboBox::activated, this, [this](int) {
         if (filling_) return;
-        s_.hdr_len = header_->currentText().trimmed().toInt(nullptr, 16);
-        s_.hdr_caption = " " + header_->currentText().trimmed().toLower().toStdString();
+        session_->set_header_length(header_->currentText().trimmed().toLower().toStdString());
     });
     connect(pages_, &QComboBox::activated, this, [this](int page) {
         browser_.set_extra_page(page);
@@ -429,6 +430,7 @@ void MainWindow::build_menus() {
     add(file, "msaveasutf8txt", "Save as Text (Utf8)", save_entry(workbench::k_save_text_utf8));
     file->addSeparator();
     commands_->add_import_entry(file);
+    add(file, "", "Open Preview Scene…", [this] { map_preview()->choose_scene_file(); });
     file->addSeparator();
     add(file, "mexit", "Exit", [this] { close(); });
 
@@ -466,6 +468,7 @@ void MainWindow::build_menus() {
     toggle_panel_ = add(window, "", "Hide Code Panel", [this] { toggle_code_panel(); });
     set_caption_key(toggle_panel_, "");  // worded by messages 155 and 156
     add(window, "", "Errors", [this] { show_errors(); });
+    add(window, "", "Map Preview", [this] { map_preview()->open(); });
 
     QMenu* logs = menu("mlogs", "Logs");
     add(logs, "mreadlogs", "Read Logs", [this] { session_->open_log(); });
@@ -509,6 +512,7 @@ void MainWindow::apply_captions() {
     search_button_->setText(cap("btnsearch", "Search"));
     apply_->setText(cap("btnapplyX", "Apply Changes"));
     toggle_panel_->setText(from_message(msgs_.get_msg(side_->isHidden() ? m_show_code_panel : m_hide_code_panel)));
+    if (preview_) preview_->recaption();
     refresh_counters();
 }
 
@@ -609,6 +613,7 @@ void MainWindow::rebuild_grid() {
     }
     commands_->refresh();
     if (session_) session_->grid_built();
+    emit tables_changed();
 }
 
 void MainWindow::update_cell(int cls, int32_t row) {
@@ -616,6 +621,7 @@ void MainWindow::update_cell(int cls, int32_t row) {
     if (cls == model::k_active_lines) store_row += s_.ln_n;
     if (cls == model::k_extra_points) store_row += s_.pt_n;
     if (cls == browser_.cls()) model_->update_row(store_row);
+    emit tables_changed();
 }
 
 void MainWindow::set_caption(const std::string& text) { setWindowTitle(from_path(text)); }
@@ -834,8 +840,10 @@ void MainWindow::editor_closed(int result) {
         rebuild_grid();
         const int cell = browser_.cell_of_row(out.row);
         if (cell >= 0) browser_.set_current(cell);
-    } else
+    } else {
         model_->update_row(icon_editor_->session().row);
+        emit tables_changed();
+    }
     fill_panel_for_current();
 }
 
@@ -869,6 +877,8 @@ void MainWindow::apply_changes() {
     const int cls = browser_.cls();
     const int32_t row = browser_.current_row();
     const int32_t old_code = row >= 0 ? workbench::row_type_code(s_, cls, row) : -1;
+    // The apply and the move to the new type's place are one step.
+    const auto step = session_->history().open("", workbench::Scope::row_of(cls, row));
     if (!session_->apply_code_panel(std::string(text.constData(), static_cast<size_t>(text.size())))) return;
     if (row >= 0 && workbench::row_type_code(s_, cls, row) != old_code) commands_->ops().renumbered(cls, row, old_code);
 }
@@ -943,6 +953,11 @@ void MainWindow::set_draworder_view(bool on) {
         rebuild_grid();
     // The view opens at its first layer, not where it was last left.
     if (on) layers_->verticalScrollBar()->setValue(0);
+}
+
+PreviewDock* MainWindow::map_preview() {
+    if (!preview_) preview_ = new PreviewDock(*this);
+    return preview_;
 }
 
 void MainWindow::after_change() {

@@ -52,6 +52,7 @@ class QtFileDialog;
 class QtLauncher;
 class QtClipboard;
 class QtPrompt;
+class PreviewDock;
 class WorkbenchMenus;
 class ToolMenus;
 
@@ -123,6 +124,9 @@ public:
     // tests fill and close it instead.
     std::function<int(QDialog&)> exec_map_dialog;
 
+    // Window > Map Preview, made at its first use.
+    PreviewDock* map_preview();
+
     // Switches the polygons between icons and the draw-order view.
     void set_draworder_view(bool on);
     // After a command changed the tables: caption and grid follow.
@@ -165,6 +169,11 @@ public:
     void show_recent(const std::vector<workbench::RecentEntry>& entries) override;
     void busy(bool on) override;
     void set_page_size(int size) override;
+
+signals:
+    // The tables changed (a load, an apply, an operation, a tool): whatever
+    // draws the project draws it again.
+    void tables_changed();
 
 protected:
     void closeEvent(QCloseEvent* e) override;
@@ -252,6 +261,7 @@ private:
     LanguageMenu* languages_ = nullptr;
     WorkbenchMenus* menus_ = nullptr;
     ToolMenus* tools_ = nullptr;
+    PreviewDock* preview_ = nullptr;
 
     bool filling_ = false;   // the window itself is writing into the widgets
     bool activated_ = false;

@@ -116,6 +116,8 @@ struct AppSettings {
     std::string last_text_path;                         // 126
     int64_t panel_width = 0;                            // 127: taken above 500 only
     bool show_garmin_types = false;                     // 128
+    // Not a numbered line: the most undo steps kept.
+    int history_limit = 200;
 };
 
 // The defaults with the paths that depend on the data folder d.
