@@ -18,6 +18,7 @@
 #include "platform/clipboard.h"
 #include "platform/file_dialog.h"
 #include "platform/prompt.h"
+#include "workbench/history.h"
 #include "workbench/settings_file.h"
 
 namespace korvex::workbench {
@@ -141,6 +142,9 @@ public:
     // The standing draw-order level of new polygons.
     int standing_level() const { return standing_level_; }
 
+    // Every change becomes a step of history (none: not recorded).
+    void set_history(History* history) { history_ = history; }
+
 private:
     bool blocked() const;
     std::string msg(int n) const { return msgs_.get_msg(n); }
@@ -161,6 +165,7 @@ private:
     ElementDialogs& dialogs_;
     OpsHost& host_;
     int standing_level_ = 1;
+    History* history_ = nullptr;
 };
 
 }  // namespace korvex::workbench

@@ -105,7 +105,8 @@ Session::Session(model::Store& s, AppSettings& settings, const integration::Mess
       launcher_(launcher),
       clock_(clock),
       data_folder_(std::move(data_folder)),
-      view_(view) {}
+      view_(view),
+      history_(s, static_cast<size_t>(std::max(1, settings.history_limit))) {}
 
 // ---- start-up -------------------------------------------------------------
 
@@ -754,6 +755,19 @@ bool Session::change_codepage(int codepage) {
     }
     return loadfile(name);
 }
+
+// ---- top fields and history ------------------------------------------------
+
+void Session::set_fid(const std::string& fid) { s_.fid = fid; }
+void Session::set_pid(const std::string& pid) { s_.pid = pid; }
+void Session::set_header_length(const std::string& hex_digits) {
+    s_.hdr_len = static_cast<int32_t>(std::strtol(hex_digits.c_str(), nullptr, 16));
+    s_.hdr_caption = " " + hex_digits;
+}
+
+Follow Session::undo() { return history_.undo(); }
+Follow Session::redo() { return history_.redo(); }
+Follow Session::history_jump(size_t position) { return history_.jump(position); }
 
 // ---- log ------------------------------------------------------------------
 

@@ -120,7 +120,7 @@ struct AppSettings {
     int64_t panel_width = 0;                            // 127: taken above 500 only
     bool show_garmin_types = false;                     // 128
     bool ask_reload_undo = true;                        // 129: "Ask before changes that only Reload undoes"
-    int history_limit = k_undo_steps_default;              // 130: "Undo steps kept", 1 .. 10000
+    int history_limit = k_undo_steps_default;           // 130: "Undo steps kept", the most kept, 1 .. 10000
 };
 
 // The defaults with the paths that depend on the data folder d.
