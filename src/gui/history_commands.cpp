@@ -42,7 +42,10 @@ void HistoryCommands::add_entries(QMenu* edit) {
     connect(redo_, &QAction::triggered, this, [this] { redo(); });
     connect(list_, &QAction::triggered, this, [this] { show_history(); });
     connect(edit, &QMenu::aboutToShow, this, [this] { refresh(); });
-    refresh();
+    // Off until the session's history is there to name the steps (refresh).
+    undo_->setEnabled(false);
+    redo_->setEnabled(false);
+    list_->setEnabled(false);
 }
 
 QString HistoryCommands::entry_text(const char* english, const std::string& step) const {

@@ -140,6 +140,7 @@ MainWindow::MainWindow(WindowServices services, QWidget* parent)
 
     session_ = std::make_unique<workbench::Session>(s_, settings_, msgs_, *prompt_, *services_.dialogs,
                                                      *services_.launcher, *services_.clock, data_folder_, *this);
+    commands_->ops().set_history(&session_->history());
     {
         // The theme table: installed beside the program, else the source tree's.
         std::vector<std::string> tables = {
@@ -157,12 +158,15 @@ MainWindow::MainWindow(WindowServices services, QWidget* parent)
             QThread::msleep(static_cast<unsigned long>(ms));
         });
     });
-    // Every change the element operations make is a step of the history.
-    commands_->ops().set_history(&session_->history());
     s_.curfile = "untitled.typ";
     browser_.chg_icn(settings_.icon_size, label_text_height());
     session_->start();
     history_->refresh();
+    // The top fields make steps that need not touch the caption.
+    for (QLineEdit* field : {fid_, pid_})
+        connect(field, &QLineEdit::textChanged, history_, [this] { history_->refresh(); });
+    connect(header_, &QComboBox::activated, history_, [this] { history_->refresh(); });
+    connect(codepage_, &QComboBox::activated, history_, [this] { history_->refresh(); });
     refresh_geometry();
     rebuild_grid();
     apply_captions();
@@ -260,17 +264,16 @@ void MainWindow::build_widgets() {
     outer->addLayout(top);
 
     connect(fid_, &QLineEdit::textChanged, this, [this](const QString& t) {
-        if (!filling_) s_.fid = t.trimmed().toStdString();
+        if (!filling_) session_->set_fid(t.trimmed().toStdString());
     });
     connect(pid_, &QLineEdit::textChanged, this, [this](const QString& t) {
-        if (!filling_) s_.pid = t.trimmed().toStdString();
+        if (!filling_) session_->set_pid(t.trimmed().toStdString());
     });
     connect(codepage_, &QComboBox::activated, this, [this](int) { codepage_chosen(); });
     connect(codepage_->lineEdit(), &QLineEdit::editingFinished, this, [this] { codepage_chosen(); });
     connect(header_, &QComboBox::activated, this, [this](int) {
         if (filling_) return;
-        s_.hdr_len = header_->currentText().trimmed().toInt(nullptr, 16);
-        s_.hdr_caption = " " + header_->currentText().trimmed().toLower().toStdString();
+        session_->set_header_length(header_->currentText().trimmed().toLower().toStdString());
     });
     connect(pages_, &QComboBox::activated, this, [this](int page) {
         browser_.set_extra_page(page);
@@ -523,6 +526,7 @@ void MainWindow::apply_captions() {
     apply_->setText(cap("btnapplyX", "Apply Changes"));
     toggle_panel_->setText(from_message(msgs_.get_msg(side_->isHidden() ? m_show_code_panel : m_hide_code_panel)));
     refresh_counters();
+    if (session_) history_->refresh();
 }
 
 QAction* MainWindow::action(const QString& name) const {

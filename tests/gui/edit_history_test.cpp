@@ -11,6 +11,7 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <functional>
+#include <random>
 
 #include <gtest/gtest.h>
 
@@ -18,6 +19,7 @@
 
 #include "gui/batch_canvas_dialog.h"
 #include "gui/editor_window.h"
+#include "gui/element_commands.h"
 #include "gui/grid_view.h"
 #include "gui/history_commands.h"
 #include "gui/history_dialog.h"
@@ -242,8 +244,21 @@ TEST(EditHistory, TheListMarksTheStateOnShowAndJumpsToTheChosenStep) {
 // One bulk tool of the menus: how to set it up and run it, and the step it makes.
 struct BulkKind {
     const char* step;
-    std::function<void(HistoryFixture&)> run;
+    std::function<void(HistoryFixture&, std::mt19937&)> run;
 };
+
+// Ctrl-clicks up to n distinct cells of the class, picked by rng.
+void pick_some(HistoryFixture& f, int cls, std::mt19937& rng, int n) {
+    f.w->show_class(cls);
+    f.w->clear_selection();
+    const int count = f.w->browser().cell_count();
+    std::vector<int> cells;
+    for (int i = 0; i < n && count > 0; ++i) {
+        const int c = std::uniform_int_distribution<int>(0, count - 1)(rng);
+        if (std::find(cells.begin(), cells.end(), c) == cells.end()) cells.push_back(c);
+    }
+    for (const int c : cells) f.w->click_cell(c, true, false);
+}
 
 void trigger(HistoryFixture& f, const QString& menu, const char* name) {
     QAction* a = f.entry(menu, name);
@@ -254,8 +269,8 @@ void trigger(HistoryFixture& f, const QString& menu, const char* name) {
 
 std::vector<BulkKind> bulk_kinds() {
     auto on_points = [](const QString& menu, const char* name) {
-        return [menu, name](HistoryFixture& f) {
-            f.pick(k_points, {0, 1, 2, 3});
+        return [menu, name](HistoryFixture& f, std::mt19937& rng) {
+            pick_some(f, k_points, rng, 4);
             trigger(f, menu, name);
         };
     };
@@ -265,18 +280,18 @@ std::vector<BulkKind> bulk_kinds() {
         {"Add POI Label Pixel", on_points("Tools", "adpixel")},
         {"Add Night POIs", on_points("Tools", "add_nightpois")},
         {"Add Border",
-         [](HistoryFixture& f) {
-             f.pick(k_points, {0, 1});
+         [](HistoryFixture& f, std::mt19937& rng) {
+             pick_some(f, k_points, rng, 2);
              f.w->tool_menus()->exec_dialog = [](QDialog&) { return static_cast<int>(QDialog::Accepted); };
              trigger(f, "Canvas", "adborder");
          }},
         {"Fix Unused Colours",
-         [](HistoryFixture& f) {
+         [](HistoryFixture& f, std::mt19937&) {
              f.w->show_class(korvex::model::k_polygons);
              trigger(f, "Colours", "mfixunused");
          }},
         {"Import Style",
-         [](HistoryFixture& f) {
+         [](HistoryFixture& f, std::mt19937&) {
              const std::string file = f.path("style.krvx");
              ASSERT_TRUE(korvex::platform::write_file_atomic(file, "<2/>\r\n<Points>6601,amenity=yes</Points>\r\n"));
              f.dialogs.script(file);
@@ -285,8 +300,8 @@ std::vector<BulkKind> bulk_kinds() {
              a->trigger();
          }},
         {"Edit Icon 0x",
-         [](HistoryFixture& f) {
-             f.pick(k_points, {2});
+         [](HistoryFixture& f, std::mt19937& rng) {
+             pick_some(f, k_points, rng, 1);
              ASSERT_TRUE(f.w->open_icon_editor(f.w->browser().selected_rows()));
              korvex::gui::EditorWindow* ed = f.w->icon_editor();
              ed->labels()->text_box()->setPlainText("Undone later");
@@ -302,7 +317,8 @@ TEST(EditHistory, EachBulkToolIsOneStepThatUndoAndRedoTakeBackToTheSameBytes) {
         HistoryFixture f;
         const SavedBytes before = saved_of(f.w->store());
         const size_t steps = f.w->session().history().size();
-        k.run(f);
+        std::mt19937 rng(7);
+        k.run(f, rng);
         const SavedBytes after = saved_of(f.w->store());
         ASSERT_NE(after, before) << "the tool changed nothing";
         ASSERT_EQ(f.w->session().history().size(), steps + 1);
@@ -316,6 +332,34 @@ TEST(EditHistory, EachBulkToolIsOneStepThatUndoAndRedoTakeBackToTheSameBytes) {
         EXPECT_TRUE(saved_of(f.w->store()) == after);
         EXPECT_TRUE(f.plus());
     }
+}
+
+TEST(EditHistory, ARandomRunOfBulkToolsAndDeletesIsUndoneToTheOpenedBytesAndRedoneToTheLast) {
+    HistoryFixture f;
+    std::vector<BulkKind> kinds = bulk_kinds();
+    kinds.push_back({"Delete", [](HistoryFixture& f, std::mt19937& rng) {
+                         pick_some(f, std::uniform_int_distribution<int>(0, 2)(rng), rng, 2);
+                         f.w->commands().remove();
+                     }});
+    std::mt19937 rng(20261125);
+    const SavedBytes opened = saved_of(f.w->store());
+    for (int i = 0; i < 24; ++i) {
+        const BulkKind& k = kinds[std::uniform_int_distribution<size_t>(0, kinds.size() - 1)(rng)];
+        SCOPED_TRACE(k.step);
+        k.run(f, rng);
+        ASSERT_EQ(f.w->icon_editor(), nullptr);
+    }
+    const SavedBytes last = saved_of(f.w->store());
+    const size_t steps = f.w->session().history().position();
+    ASSERT_GT(steps, 12u);
+    while (f.h().undo()) {
+    }
+    EXPECT_TRUE(saved_of(f.w->store()) == opened);
+    EXPECT_FALSE(f.plus());
+    while (f.h().redo()) {
+    }
+    EXPECT_EQ(f.w->session().history().position(), steps);
+    EXPECT_TRUE(saved_of(f.w->store()) == last);
 }
 
 // The flows that ask "Reload TYP file to undo changes." / "Continue?".
