@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <memory>
 
+#include "gui/element_commands.h"
 #include "gui/grid_view.h"
 #include "gui/history_commands.h"
 #include "gui/main_window.h"

@@ -106,6 +106,11 @@ void HistoryCommands::follow(const workbench::Follow& f) {
             b.no_multi();
             w_.rebuild_grid();
         }
+        // Extra points show a page at a time: the one holding the step's first.
+        if (s.curclass == model::k_extra_points && !f.rows.empty() && b.cell_of_row(f.rows.front()) < 0) {
+            b.set_extra_page((f.rows.front() - s.pt_n) / b.extra_page_size());
+            w_.rebuild_grid();
+        }
         // The elements of the step are selected; the first is the current one.
         b.no_multi();
         if (f.rows.size() > 1)

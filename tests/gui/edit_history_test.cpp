@@ -26,6 +26,7 @@
 #include "gui/label_panel.h"
 #include "gui/main_window.h"
 #include "gui/tool_menus.h"
+#include "gui/workbench_menus.h"
 #include "platform/files.h"
 #include "text/text_writer.h"
 #include "typ/encoder.h"
@@ -201,6 +202,14 @@ TEST(EditHistory, TypingIsUndoneInTheCodePanelAndTheProjectOnlyOutsideIt) {
     EXPECT_EQ(f.w->store().pt_n, points);
     EXPECT_TRUE(panel->toPlainText().endsWith("q"));
 
+    // Add String writes into the panel as an edit: the panel's undo takes it back.
+    const QString typed = panel->toPlainText();
+    f.w->workbench_menus()->add_string();
+    ASSERT_NE(panel->toPlainText(), typed);
+    QTest::keyClick(panel, Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(panel->toPlainText(), typed);
+    EXPECT_EQ(f.w->session().history().position(), 1u);
+
     // In the grid Ctrl+Z is the project's.
     f.w->grid()->setFocus(Qt::OtherFocusReason);
     f.prompt.script(Answer::yes);
@@ -228,7 +237,7 @@ TEST(EditHistory, TheListMarksTheStateOnShowAndJumpsToTheChosenStep) {
     };
     f.h().show_history();
     EXPECT_EQ(rows, 4);  // the opened project and three steps
-    EXPECT_TRUE(marked.endsWith("Delete 1 Point")) << marked.toStdString();
+    EXPECT_TRUE(marked.endsWith("Delete Point")) << marked.toStdString();
     EXPECT_EQ(f.w->session().history().position(), 1u);
     EXPECT_EQ(f.w->store().pt_n, points - 1);
 
