@@ -191,7 +191,7 @@ void ElementCommands::copy() {
 }
 
 void ElementCommands::cut() {
-    if (ops_->mcopy(selection())) ops_->mdelete(selection());
+    ops_->cut(selection());
 }
 
 void ElementCommands::paste(int entry) {

@@ -900,6 +900,8 @@ void MainWindow::apply_changes() {
     const int cls = browser_.cls();
     const int32_t row = browser_.current_row();
     const int32_t old_code = row >= 0 ? workbench::row_type_code(s_, cls, row) : -1;
+    // The apply and the move to the new type's place are one step.
+    const auto step = session_->history().open("", workbench::Scope::row_of(cls, row));
     if (!session_->apply_code_panel(std::string(text.constData(), static_cast<size_t>(text.size())))) return;
     if (row >= 0 && workbench::row_type_code(s_, cls, row) != old_code) commands_->ops().renumbered(cls, row, old_code);
 }

@@ -14,6 +14,8 @@
 
 namespace korvex::model {
 
+class RowWatch;
+
 // Point pictures switch from one to two symbol characters a pixel here.
 constexpr int cpp_limit = 32;
 
@@ -126,6 +128,10 @@ struct Store {
 
     WalkState walk;
     Settings opt;
+
+    // Set while the project's history records a change (row_watch.h); the
+    // row operations report to it.
+    RowWatch* row_watch = nullptr;
 
     // Lines of loadrep already noted, so that note_once stays linear on a
     // file that reports every record. Rebuilt when loadrep was changed

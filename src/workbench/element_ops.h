@@ -123,6 +123,8 @@ public:
     // mdelete: asks, then removes rows (the current one when rows holds
     // one). False when nothing was deleted.
     bool mdelete(const std::vector<int32_t>& rows);
+    // Cut: mcopy, then mdelete, as one step.
+    bool cut(const std::vector<int32_t>& rows);
     // The type of row changed from old_code (an apply of the code panel): a
     // polygon keeps its layer under the new type, the row moves to its place.
     // Returns its new row.
@@ -153,7 +155,7 @@ private:
     int32_t new_line(int cls);
     int32_t new_point();
     int32_t new_extra_point();
-    int32_t paste_clip(const std::string& text, bool utf8);
+    int32_t paste_clip(const std::string& text, bool utf8, const char* verb = "Paste");
     bool mark_not_in_style(int cls, const std::string& list);
     std::string as_project(const std::string& section) const;
 

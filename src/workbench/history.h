@@ -78,24 +78,30 @@ public:
         Recorder(Recorder&& other) noexcept;
         Recorder& operator=(Recorder&&) = delete;
         ~Recorder();
-        // The name when the outcome decides it ("Paste 2 Lines").
+        // The name when the outcome decides it ("Paste 2 Lines"). A step
+        // opened inside another renames only when it gave the name.
         void rename(std::string name);
         // Closes now; the step is kept when it changed something.
         void close();
 
     private:
         friend class History;
-        Recorder(History* h, bool outer) : h_(h), outer_(outer) {}
+        Recorder(History* h, bool outer, bool names) : h_(h), outer_(outer), names_(names) {}
         History* h_;
         bool outer_;
+        bool names_;
     };
 
-    Recorder open(std::string name, Scope scope);
+    // join: a step opened with the join key of the step just done, while
+    // nothing came between and the project is not at its saved state, goes
+    // into that step (typing on in one field). An empty name takes the name
+    // of the first step opened inside.
+    Recorder open(std::string name, Scope scope, std::string join = {});
 
     // Runs fn as one step and returns what fn returns.
     template <class F>
-    decltype(auto) record(std::string name, Scope scope, F&& fn) {
-        Recorder step = open(std::move(name), std::move(scope));
+    decltype(auto) record(std::string name, Scope scope, F&& fn, std::string join = {}) {
+        Recorder step = open(std::move(name), std::move(scope), std::move(join));
         return fn();
     }
 
@@ -136,6 +142,8 @@ public:
 
 private:
     void close_step();
+    void begin_part();
+    void end_part();
     void push(std::unique_ptr<Step> step);
     Follow apply(bool forward);
 

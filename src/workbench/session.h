@@ -280,6 +280,7 @@ public:
 
 private:
     bool dirty_prompt_goes_on();
+    Follow history_step(Follow f);
     bool ask_replace(const std::string& path);
     bool check_ids(bool with_codepage);
     bool save_typ_to(const std::string& path);
@@ -320,7 +321,6 @@ private:
     std::vector<std::string> theme_tables_;
     std::function<bool(const std::string&)> save_guard_;
     History history_;
-    int typing_field_ = -1;  // the top field whose step typing extends, -1 none
 };
 
 }  // namespace korvex::workbench
