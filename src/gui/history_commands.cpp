@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QKeySequence>
 #include <QMenu>
+#include <QTimer>
 
 #include "gui/grid_model.h"
 #include "gui/history_dialog.h"
@@ -61,6 +62,15 @@ void HistoryCommands::refresh() {
     undo_->setEnabled(h.can_undo());
     redo_->setEnabled(h.can_redo());
     list_->setEnabled(h.size() > 0);
+}
+
+void HistoryCommands::refresh_soon() {
+    if (refresh_pending_) return;
+    refresh_pending_ = true;
+    QTimer::singleShot(0, this, [this] {
+        refresh_pending_ = false;
+        refresh();
+    });
 }
 
 bool HistoryCommands::may_move() const {

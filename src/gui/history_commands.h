@@ -28,6 +28,9 @@ public:
     void add_entries(QMenu* edit);
     // Names and enables the entries after the history moved.
     void refresh();
+    // The same once the event loop runs again: a step closes only when its
+    // operation returns, after the window has refreshed for the change.
+    void refresh_soon();
 
     // False when nothing was undone (none left, text kept in the code panel).
     bool undo();
@@ -54,6 +57,7 @@ private:
     QAction* undo_ = nullptr;
     QAction* redo_ = nullptr;
     QAction* list_ = nullptr;
+    bool refresh_pending_ = false;
 };
 
 }  // namespace korvex::gui

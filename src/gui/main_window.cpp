@@ -54,7 +54,7 @@
 #include "integration/map_save_guard.h"
 #include "text/text_writer.h"
 #include "workbench/data_folder.h"
-#include "workbench/element_rows.h"
+#include "workbench/step_names.h"
 #include "workbench/panel_notes.h"
 #include "workbench/type_key.h"
 
@@ -627,7 +627,7 @@ void MainWindow::rebuild_grid() {
     commands_->refresh();
     if (session_) {
         session_->grid_built();
-        history_->refresh();
+        history_->refresh_soon();
     }
 }
 
@@ -636,13 +636,13 @@ void MainWindow::update_cell(int cls, int32_t row) {
     if (cls == model::k_active_lines) store_row += s_.ln_n;
     if (cls == model::k_extra_points) store_row += s_.pt_n;
     if (cls == browser_.cls()) model_->update_row(store_row);
-    if (session_) history_->refresh();
+    if (session_) history_->refresh_soon();
 }
 
 void MainWindow::set_caption(const std::string& text) {
     setWindowTitle(from_path(text));
     // The caption follows each change of the project, and so does the Edit menu.
-    if (session_) history_->refresh();
+    if (session_) history_->refresh_soon();
 }
 
 void MainWindow::fill_code_panel(const std::string& text) {
@@ -821,8 +821,9 @@ bool MainWindow::open_icon_editor(const std::vector<int32_t>& rows) {
     env.clipboard = &clipboard();
     env.pastedfile = &pasted_file_;
     // The Apply is one step: the class's table, as a new type or level may move rows.
-    const std::string step = rows.size() > 1 ? "Edit " + std::to_string(rows.size()) + " Icons"
-                                             : "Edit Icon " + workbench::row_type_text(s_, r.curclass, r.row);
+    const std::string step = rows.size() > 1
+                                 ? workbench::step_name("Edit", static_cast<int64_t>(rows.size()), r.curclass)
+                                 : workbench::step_name_of_code("Edit Icon", workbench::row_type_code(s_, r.curclass, r.row));
     env.as_step = [this, step, cls = r.curclass](const std::function<void()>& apply) {
         session_->history().record(step, workbench::Scope::whole_class(cls), apply);
     };
