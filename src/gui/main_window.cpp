@@ -41,6 +41,7 @@
 #include "gui/errors_window.h"
 #include "gui/grid_model.h"
 #include "gui/grid_view.h"
+#include "gui/history_commands.h"
 #include "gui/preferences_dialog.h"
 #include "gui/preview_dock.h"
 #include "gui/qt_clipboard.h"
@@ -54,6 +55,7 @@
 #include "platform/data_dirs.h"
 #include "text/text_writer.h"
 #include "workbench/data_folder.h"
+#include "workbench/step_names.h"
 #include "workbench/panel_notes.h"
 #include "workbench/type_key.h"
 
@@ -156,6 +158,12 @@ MainWindow::MainWindow(WindowServices services, QWidget* parent)
     s_.curfile = "untitled.typ";
     browser_.chg_icn(settings_.icon_size, label_text_height());
     session_->start();
+    history_->refresh();
+    // The top fields make steps that need not touch the caption.
+    for (QLineEdit* field : {fid_, pid_})
+        connect(field, &QLineEdit::textChanged, history_, [this] { history_->refresh(); });
+    connect(header_, &QComboBox::activated, history_, [this] { history_->refresh(); });
+    connect(codepage_, &QComboBox::activated, history_, [this] { history_->refresh(); });
     refresh_geometry();
     rebuild_grid();
     apply_captions();
@@ -435,6 +443,8 @@ void MainWindow::build_menus() {
     add(file, "mexit", "Exit", [this] { close(); });
 
     QMenu* edit = commands_->build_edit_menu(menuBar());
+    history_ = new HistoryCommands(*this);
+    history_->add_entries(edit);
 
     QMenu* icons = menu("micons", "Icons");
     sizes_ = new QActionGroup(this);
@@ -514,6 +524,7 @@ void MainWindow::apply_captions() {
     toggle_panel_->setText(from_message(msgs_.get_msg(side_->isHidden() ? m_show_code_panel : m_hide_code_panel)));
     if (preview_) preview_->recaption();
     refresh_counters();
+    if (session_) history_->refresh();
 }
 
 QAction* MainWindow::action(const QString& name) const {
@@ -612,7 +623,10 @@ void MainWindow::rebuild_grid() {
             grid_->show_cell(browser_.current_cell());
     }
     commands_->refresh();
-    if (session_) session_->grid_built();
+    if (session_) {
+        session_->grid_built();
+        history_->refresh_soon();
+    }
     emit tables_changed();
 }
 
@@ -621,10 +635,15 @@ void MainWindow::update_cell(int cls, int32_t row) {
     if (cls == model::k_active_lines) store_row += s_.ln_n;
     if (cls == model::k_extra_points) store_row += s_.pt_n;
     if (cls == browser_.cls()) model_->update_row(store_row);
+    if (session_) history_->refresh_soon();
     emit tables_changed();
 }
 
-void MainWindow::set_caption(const std::string& text) { setWindowTitle(from_path(text)); }
+void MainWindow::set_caption(const std::string& text) {
+    setWindowTitle(from_path(text));
+    // The caption follows each change of the project, and so does the Edit menu.
+    if (session_) history_->refresh_soon();
+}
 
 void MainWindow::fill_code_panel(const std::string& text) {
     filling_ = true;
@@ -801,6 +820,13 @@ bool MainWindow::open_icon_editor(const std::vector<int32_t>& rows) {
     env.magenta = &settings_.magenta_transparency;
     env.clipboard = &clipboard();
     env.pastedfile = &pasted_file_;
+    // The Apply is one step: the class's table, as a new type or level may move rows.
+    const std::string step = rows.size() > 1
+                                 ? workbench::step_name("Edit", static_cast<int64_t>(rows.size()), r.curclass)
+                                 : workbench::step_name_of_code("Edit Icon", workbench::row_type_code(s_, r.curclass, r.row));
+    env.as_step = [this, step, cls = r.curclass](const std::function<void()>& apply) {
+        session_->history().record(step, workbench::Scope::whole_class(cls), apply);
+    };
     icon_editor_ = new EditorWindow(s_, editor::open_element(s_, r), *prompt_, env, this);
     icon_editor_->setAttribute(Qt::WA_DeleteOnClose);
     translate_tree(icon_editor_, msgs_);
@@ -977,6 +1003,7 @@ void MainWindow::preferences() {
     if (dlg.exec() != QDialog::Accepted) return;
     settings_ = dlg.settings();
     workbench::settings_to_store(settings_, s_);
+    session_->history().set_limit(static_cast<size_t>(std::max(1, settings_.history_limit)));
     settings_to_browser();
     browser_.chg_icn(settings_.icon_size, label_text_height());
     rebuild_grid();

@@ -48,6 +48,7 @@ class ElementCommands;
 class ErrorsWindow;
 class GridModel;
 class GridView;
+class HistoryCommands;
 class QtFileDialog;
 class QtLauncher;
 class QtClipboard;
@@ -118,6 +119,8 @@ public:
     DrawOrderView* draworder_view() const { return layers_; }
     WorkbenchMenus* workbench_menus() const { return menus_; }
     ToolMenus* tool_menus() const { return tools_; }
+    // Edit > Undo, Redo and History….
+    HistoryCommands* history_commands() const { return history_; }
     // Menu and button captions a language file may replace.
     CaptionTable& captions() { return captions_; }
     // How File > Open TYP in Map… runs its choice of TYP: modally when empty;
@@ -262,6 +265,7 @@ private:
     WorkbenchMenus* menus_ = nullptr;
     ToolMenus* tools_ = nullptr;
     PreviewDock* preview_ = nullptr;
+    HistoryCommands* history_ = nullptr;
 
     bool filling_ = false;   // the window itself is writing into the widgets
     bool activated_ = false;

@@ -200,13 +200,21 @@ void WorkbenchMenus::font_dialog(int mode) {
     start.points = table == model::k_points;
     start.select_all = mode == integration::k_fonts_classes || (mode == integration::k_fonts_colours && rows.empty());
     bool ran = false;
+    // Each OK is one step: the selection's class, or every class.
+    const char* step = mode == integration::k_fonts_selection ? "Edit Fonts of Selected Elements"
+                       : mode == integration::k_fonts_colours ? "Font Colours"
+                                                              : "Font Conversion";
+    const workbench::Scope scope = mode == integration::k_fonts_selection ? workbench::Scope::whole_class(cls)
+                                                                          : workbench::Scope::whole_project();
     FontDialog d(mode, start, [&](const integration::FontRequest& r) {
-        ran = integration::fontconv(s, w_.prompt(), w_.messages(), r, cls, rows);
+        const bool now = w_.session().history().record(
+            step, scope, [&] { return integration::fontconv(s, w_.prompt(), w_.messages(), r, cls, rows); });
+        ran = ran || now;
         if (mode == integration::k_fonts_colours) {
             st.font_day_colour = r.day;
             st.font_night_colour = r.night;
         }
-        return ran;
+        return now;
     }, &w_);
     exec_dialog(d);
     // Fonts change label heights: the grid is built again.
@@ -238,7 +246,10 @@ void WorkbenchMenus::add_string() {
         integration::mads(std::string(utf8.constData(), static_cast<size_t>(utf8.size())), bytes(cur.selectionStart()),
                           bytes(cur.selectionEnd()), w_.store().opt.langid);
     const QString text = QString::fromUtf8(in.text.data(), static_cast<qsizetype>(in.text.size()));
-    panel->setPlainText(text);
+    // Written as an edit, not a new text, so that Ctrl+Z in the panel takes
+    // it back like typing; Apply makes it a step of the project's history.
+    cur.select(QTextCursor::Document);
+    cur.insertText(text);
     cur = panel->textCursor();
     cur.setPosition(static_cast<int>(QString::fromUtf8(in.text.data(), static_cast<qsizetype>(in.caret)).size()));
     panel->setTextCursor(cur);

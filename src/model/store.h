@@ -43,6 +43,9 @@ struct Settings {
     // rows with a comma; their rows are repaired on load. Empty: off.
     std::string comma_rows_marker;
     std::string version = KORVEX_VERSION;
+    // Ask "Reload TYP file to undo changes." / "Continue?" before a change
+    // the history could undo too; off answers them Yes unasked.
+    bool ask_reload_undo = true;
 };
 
 // Which bytes a code page leaves undefined (bytes below 32 always are), for

@@ -123,7 +123,9 @@ bool ElementOps::mdelete(const std::vector<int32_t>& rows) {
     if (blocked()) return false;
     const int cls = s_.curclass;
     if (cls < 0 || cls >= 5 || end_row(s_, cls) - first_row(s_, cls) < 1 || rows.empty()) return false;
-    if (ui_.yes_no_cancel(msg(m_reload_to_undo) + "\r\n\r\n" + msg(m_continue)) != platform::Answer::yes) return false;
+    if (s_.opt.ask_reload_undo &&
+        ui_.yes_no_cancel(msg(m_reload_to_undo) + "\r\n\r\n" + msg(m_continue)) != platform::Answer::yes)
+        return false;
     const int32_t first = *std::min_element(rows.begin(), rows.end());
     auto step = open_step(history_, "Delete", Scope::rows_of(cls, {}));
     const std::vector<std::string> types = remove_elements(s_, cls, rows);

@@ -368,7 +368,11 @@ bool Session::open_held_typ(std::unique_ptr<TypHolder> holder, std::string bytes
 bool Session::open_theme(const std::string& path) {
     std::vector<std::string> tables = {(std::filesystem::path(data_folder_) / "tdat").string()};
     tables.insert(tables.end(), theme_tables_.begin(), theme_tables_.end());
-    if (!loadtheme(s_, ui_, path, tables, data_folder_)) return false;
+    // The theme merges into the project (its points may stay): one step
+    // takes the project back to what it was before.
+    if (!history_.record("Load Theme " + std::filesystem::path(path).filename().string(), Scope::whole_project(),
+                         [&] { return loadtheme(s_, ui_, path, tables, data_folder_); }))
+        return false;
     s_.curel = 0;
     set_text_pending(false);
     view_.fill_code_panel("");
