@@ -45,9 +45,22 @@ fuzz:
 	@scripts/install-deps fuzz
 	FUZZ_SECONDS=$(FUZZ_SECONDS) JOBS=$(JOBS) scripts/fuzz
 
+# A Debian package of the editor and korvex-cli (Release, in its own build
+# folder), then a check that it installs and runs without the checkout.
+PACKAGE_BUILD ?= build-package
+.PHONY: package package-check
+package:
+	@scripts/install-deps package
+	cmake -S . -B $(PACKAGE_BUILD) -DCMAKE_BUILD_TYPE=Release -DKORVEX_TESTS=OFF -DCMAKE_INSTALL_PREFIX=/usr
+	cmake --build $(PACKAGE_BUILD) -j $(JOBS)
+	cd $(PACKAGE_BUILD) && cpack -G DEB
+
+package-check: package
+	PACKAGE_BUILD=$(PACKAGE_BUILD) scripts/package-check
+
 # Builds the bundled sample's TYP from its hand-drawn text, data/samples/sample.txt.
 samples: build
 	$(BUILD)/korvex-make-samples data/samples
 
 clean:
-	rm -rf $(BUILD) $(BENCH_BUILD) $(ASAN_BUILD)
+	rm -rf $(BUILD) $(BENCH_BUILD) $(ASAN_BUILD) $(PACKAGE_BUILD)

@@ -29,6 +29,10 @@ install(DIRECTORY ${PROJECT_SOURCE_DIR}/data/preview/ DESTINATION ${CMAKE_INSTAL
 # The table from theme style names to Garmin types, for Open TXT/KMTF.
 install(FILES ${PROJECT_SOURCE_DIR}/data/themes/tdat DESTINATION ${CMAKE_INSTALL_DATADIR}/korvex/themes)
 
+# The sample the manual pages and the package check open.
+install(FILES ${PROJECT_SOURCE_DIR}/data/samples/sample.typ ${PROJECT_SOURCE_DIR}/data/samples/sample.txt
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/korvex/samples)
+
 # The desktop reads new MIME types and menu entries from caches. A packager
 # (DESTDIR set) leaves them to the package's triggers; a plain install
 # refreshes them when the tools are there.

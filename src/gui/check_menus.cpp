@@ -1,6 +1,5 @@
 // The entries of the Tools, Colours and Canvas menus for consistency checks and repairs.
 #include <QAction>
-#include <QApplication>
 #include <QMenu>
 
 #include "gui/main_window.h"
@@ -26,8 +25,6 @@ QAction* check_entry(MainWindow& w, QMenu* menu, const std::string& key, const c
     QObject::connect(a, &QAction::triggered, owner, f);
     return a;
 }
-
-std::string program_folder() { return QApplication::applicationDirPath().toStdString(); }
 
 // A repair as one step of the history, named after its entry.
 template <class F>
@@ -80,7 +77,7 @@ void ToolMenus::add_check_entries() {
         {"mspell_en", "English"}, {"mspell_de", "German"}, {"mspell_custom", "Custom Dictionary"}};
     for (int entry = 0; entry < 3; ++entry) {
         check_entry(w, spelling, dictionaries[entry].first, dictionaries[entry].second, this, [&w, entry] {
-            workbench::spelling_flow(w.store(), w.prompt(), entry, w.session().data_folder(), program_folder(),
+            workbench::spelling_flow(w.store(), w.prompt(), entry, w.session().data_folder(), w.bundled_data(),
                                      w.settings().dictionary_path);
         });
     }

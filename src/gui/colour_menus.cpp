@@ -1,9 +1,7 @@
 // The entries of the Tools, Colours and Canvas menus for transparency, day opacity and palettes.
 #include <QAction>
-#include <QApplication>
 #include <QDialog>
 #include <QDialogButtonBox>
-#include <QFileInfo>
 #include <QFormLayout>
 #include <QMenu>
 #include <QSpinBox>
@@ -11,8 +9,8 @@
 
 #include "gui/main_window.h"
 #include "gui/palette_panel_dialog.h"
-#include "gui/source_tree.h"
 #include "gui/tool_menus.h"
+#include "platform/data_dirs.h"
 #include "workbench/batch_frame.h"
 #include "workbench/data_folder.h"
 #include "workbench/day_opacity.h"
@@ -23,13 +21,9 @@ namespace korvex::gui {
 
 namespace {
 
-// Where the bundled palettes are looked for: the user's pal/ first, then
-// the installed ones, or those of the source tree.
-std::vector<std::string> palette_folders(const std::string& data_folder) {
-    const QString installed = QApplication::applicationDirPath() + "/../share/korvex/pal";
-    std::vector<std::string> folders = {workbench::under(data_folder, "pal"), installed.toStdString()};
-    if (!QFileInfo::exists(installed)) folders.back() = source_tree_data() + "/pal";
-    return folders;
+// Where the palettes are looked for: the user's pal/ first, then the bundled ones.
+std::vector<std::string> palette_folders(const std::string& data_folder, const std::string& bundled) {
+    return {workbench::under(data_folder, "pal"), platform::bundled_path(bundled, "pal")};
 }
 
 // The opacity Add POI Day Opacity gives, 0 to 15.
@@ -115,7 +109,7 @@ void ToolMenus::add_colour_entries() {
         add(c.key, c.text, [this, entry, step] {
             workbench::EdpalRequest r;
             r.entry = entry;
-            r.folders = palette_folders(w_.session().data_folder());
+            r.folders = palette_folders(w_.session().data_folder(), w_.bundled_data());
             r.start = r.folders.front();
             if (colour_step(w_, step, [&] {
                     return workbench::edpal(w_.store(), w_.browser(), w_.prompt(), w_.messages(), w_.file_dialogs(), r);

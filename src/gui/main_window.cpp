@@ -49,10 +49,10 @@
 #include "gui/qt_fonts.h"
 #include "gui/qt_launcher.h"
 #include "gui/qt_prompt.h"
-#include "gui/source_tree.h"
 #include "gui/tool_menus.h"
 #include "gui/workbench_menus.h"
 #include "integration/map_save_guard.h"
+#include "platform/data_dirs.h"
 #include "text/text_writer.h"
 #include "workbench/data_folder.h"
 #include "workbench/step_names.h"
@@ -97,6 +97,8 @@ MainWindow::MainWindow(WindowServices services, QWidget* parent)
         services_.env = own_env_.get();
     }
     if (services_.program_folder.empty()) services_.program_folder = to_path(QApplication::applicationDirPath());
+    if (services_.bundled_data.empty())
+        services_.bundled_data = platform::bundled_data_folder(platform::program_folder());
     const workbench::DataFolder d = workbench::prepare_data_folder(*services_.env, services_.program_folder);
     data_folder_ = d.path;
     settings_ = workbench::default_settings(data_folder_);
@@ -142,13 +144,7 @@ MainWindow::MainWindow(WindowServices services, QWidget* parent)
     session_ = std::make_unique<workbench::Session>(s_, settings_, msgs_, *prompt_, *services_.dialogs,
                                                      *services_.launcher, *services_.clock, data_folder_, *this);
     commands_->ops().set_history(&session_->history());
-    {
-        // The theme table: installed beside the program, else the source tree's.
-        std::vector<std::string> tables = {
-            to_path(QApplication::applicationDirPath() + "/../share/korvex/themes/tdat")};
-        tables.push_back(source_tree_data() + "/themes/tdat");
-        session_->set_theme_tables(tables);
-    }
+    session_->set_theme_tables({platform::bundled_path(services_.bundled_data, "themes/tdat")});
     // A map program may hold the file a save goes over: warn, then wait for
     // it with the window inert.
     session_->set_save_guard([this](const std::string& path) {
@@ -470,11 +466,9 @@ void MainWindow::build_menus() {
         [this] { workbench::mreset(settings_file_, reset_done_, msgs_, *prompt_); });
 
     QMenu* language = menu("mlanguages", "Language");
-    // The user's languages, then the installed ones, or those of the source
-    // tree for a program run from its build folder.
-    const QString installed = QApplication::applicationDirPath() + "/../share/korvex/languages";
-    std::vector<std::string> folders = {workbench::under(data_folder_, "languages"), to_path(installed)};
-    if (!QFileInfo::exists(installed)) folders.back() = source_tree_data() + "/languages";
+    // The user's languages, then the bundled ones.
+    const std::vector<std::string> folders = {workbench::under(data_folder_, "languages"),
+                                              platform::bundled_path(services_.bundled_data, "languages")};
     languages_ = new LanguageMenu(language, msgs_, folders, [this] { apply_captions(); }, this);
     connect(languages_, &LanguageMenu::language_changed, this,
             [this](const QString& lanfile) { settings_.language_file = to_path(lanfile); });

@@ -69,6 +69,8 @@ struct WindowServices {
     platform::Clipboard* clipboard = nullptr;
     // Where 6.dat lives without the data folder's marker; "" is the program's folder.
     std::string program_folder;
+    // The data the program ships with; "" is that of the running program.
+    std::string bundled_data;
     // The New dialogs of the element operations.
     workbench::ElementDialogs* element_dialogs = nullptr;
 };
@@ -93,6 +95,8 @@ public:
     platform::Launcher& launcher() { return *services_.launcher; }
     const platform::Clock& clock() const { return *services_.clock; }
     const platform::Environment& environment() const { return *services_.env; }
+    // The data the program ships with (platform/data_dirs.h).
+    const std::string& bundled_data() const { return services_.bundled_data; }
     // The Edit menu, the buttons under the grid and the element operations.
     ElementCommands& commands() { return *commands_; }
     GridView* grid() const { return grid_; }

@@ -1,19 +1,12 @@
 #include "gui/preview_scenes.h"
 
-#include <QCoreApplication>
-#include <QFileInfo>
-
-#include "gui/qt_prompt.h"
-#include "gui/source_tree.h"
+#include "platform/data_dirs.h"
 #include "preview/sampler.h"
 
 namespace korvex::gui {
 
 std::string town_scene_path() {
-    const QString installed =
-        QCoreApplication::applicationDirPath() + "/../share/korvex/" + QString::fromLatin1(preview::k_town_scene);
-    if (QFileInfo::exists(installed)) return to_path(QFileInfo(installed).absoluteFilePath());
-    return source_tree_data() + "/" + preview::k_town_scene;
+    return platform::bundled_path(platform::bundled_data_folder(platform::program_folder()), preview::k_town_scene);
 }
 
 preview::SceneRead load_preview_scene(SceneChoice choice, const std::string& path, const model::Store& s) {

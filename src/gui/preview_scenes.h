@@ -11,8 +11,8 @@ namespace korvex::gui {
 
 enum class SceneChoice { town, sampler, file };
 
-// The bundled Town scene: installed beside the program, else the source
-// tree's for a program run from its build folder.
+// The bundled Town scene, where the running program finds its bundled data
+// (platform/data_dirs.h).
 std::string town_scene_path();
 
 // The scene of the choice; path names the file of SceneChoice::file. The
