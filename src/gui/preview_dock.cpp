@@ -5,6 +5,7 @@
 #include <QFileInfo>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QScreen>
 #include <QVBoxLayout>
 #include <algorithm>
 
@@ -29,6 +30,7 @@ const char* const k_no_frame = "No Frame";
 
 const char* const k_title = "Map Preview";
 constexpr int k_start_width = 420;
+constexpr int k_least_width = 240;
 
 }  // namespace
 
@@ -69,6 +71,8 @@ void PreviewDock::build() {
     info_ = new QLabel(body);
     info_->setObjectName("preview_info");
     info_->setTextFormat(Qt::PlainText);
+    // A long note wraps rather than widening the dock, and the window with it.
+    info_->setWordWrap(true);
     outer->addWidget(info_);
     setWidget(body);
 
@@ -98,9 +102,25 @@ void PreviewDock::recaption() {
 void PreviewDock::open() {
     if (!placed_) {
         placed_ = true;
+        // Wide enough to show a street or two, not only a corner of the map,
+        // but never so wide that the window grows past the screen: what the
+        // grid can give up, and the screen to the window's right, are the
+        // room. Without room enough the preview floats beside the window.
+        int wide = std::max(k_start_width, w_.width() * 2 / 5);
+        int room = wide;
+        if (const QScreen* screen = w_.screen()) {
+            const int right = std::max(0, screen->availableGeometry().right() - w_.frameGeometry().right());
+            const int spare = w_.centralWidget() ? w_.width() - w_.centralWidget()->minimumSizeHint().width() : wide;
+            room = spare + right;
+        }
         w_.addDockWidget(Qt::RightDockWidgetArea, this);
-        // Wide enough to show a street or two, not only a corner of the map.
-        w_.resizeDocks({this}, {std::max(k_start_width, w_.width() * 2 / 5)}, Qt::Horizontal);
+        if (room < std::max(k_least_width, minimumSizeHint().width())) {
+            setFloating(true);
+            resize(k_start_width, std::max(w_.height() * 4 / 5, k_least_width));
+            move(w_.frameGeometry().topRight() - QPoint(k_start_width, 0));
+        } else {
+            w_.resizeDocks({this}, {std::min(wide, room)}, Qt::Horizontal);
+        }
     }
     show();
     raise();
