@@ -5,6 +5,8 @@
 #include <fstream>
 #include <system_error>
 
+#include "platform/native_path.h"
+
 namespace korvex::integration {
 
 namespace fs = std::filesystem;
@@ -21,7 +23,7 @@ bool ends_ci(const std::string& s, std::string_view tail) {
 }
 
 std::string read_head(const std::string& path, size_t n) {
-    std::ifstream in(path, std::ios::binary);
+    std::ifstream in(platform::native_path(path), std::ios::binary);
     if (!in) return {};
     std::string out(n, '\0');
     in.read(out.data(), static_cast<std::streamsize>(n));
@@ -181,7 +183,7 @@ MapXml map_xml_text(std::string_view text) {
 }
 
 MapXml get_xml(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
+    std::ifstream in(platform::native_path(path), std::ios::binary);
     const std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
     return map_xml_text(text);
 }
