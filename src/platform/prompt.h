@@ -2,6 +2,7 @@
 // The logic never shows a window; it talks to one of these.
 #pragma once
 
+#include <algorithm>
 #include <deque>
 #include <string>
 #include <vector>
@@ -55,7 +56,10 @@ public:
     void message(const std::string& text) override { messages.push_back(text); }
     bool yes_no(const std::string& text) override;
     Answer yes_no_cancel(const std::string& text) override;
-    void progress(int percent) override { last_progress = percent; }
+    void progress(int percent) override {
+        last_progress = percent;
+        peak_progress = std::max(peak_progress, percent);
+    }
     void status(const std::string& text) override { statuses.push_back(text); }
     void report(const std::string& title, const std::string& text) override { reports.push_back({title, text}); }
 
@@ -67,6 +71,7 @@ public:
     };
     std::vector<Report> reports;
     int last_progress = -1;
+    int peak_progress = -1;
 
 private:
     Answer next();

@@ -521,6 +521,15 @@ std::string encode_point_record(Store& s, int32_t n) {
             night.mode = nhead.colormode > 0 ? nhead.colormode : k_mode_opaque;
         } else {
             night = encode_picture(s, tables.night, nhead, w, h, s.pt_nbmp[r], type);
+            // A count of 0 tells a reader "the day pixels, no pixels here":
+            // a night of transparent pixels only takes one unused black
+            // colour, so that its pixels (now value 1, transparent) stay its own.
+            if (night.count == 0 && night.mode == k_mode_transparent && w > 0 && h > 0) {
+                const std::vector<int> to_transparent(tables.night.size(), 1);
+                night.count = 1;
+                night.palette.assign(3, '\0');
+                night.pixels = compresspoibmp(s, s.pt_nbmp[r], w, h, to_transparent, 1, night.mode, type);
+            }
         }
     }
     // The label encoder passes over colour lines itself; only when strings

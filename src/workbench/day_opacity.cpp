@@ -150,6 +150,7 @@ int conv_32(model::Store& s, const Browser& b, platform::Prompt& ui, const integ
         }
         ui.progress(static_cast<int>((k + 1) * 100 / rows.size()));
     }
+    ui.progress(0);  // the window's bar shows only while a tool runs
     if (count > 0) s.dirty = true;
     return count;
 }

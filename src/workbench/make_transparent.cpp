@@ -117,6 +117,7 @@ int make_transp(model::Store& s, const Browser& b, platform::Prompt& ui, const i
         }
         ui.progress(static_cast<int>((k + 1) * 100 / rows.size()));
     }
+    ui.progress(0);  // the window's bar shows only while a tool runs
     if (count > 0) s.dirty = true;
     return count;
 }

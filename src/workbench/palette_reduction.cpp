@@ -124,6 +124,7 @@ bool edpal(model::Store& s, const Browser& b, platform::Prompt& ui, const integr
             changed = true;
         }
     }
+    ui.progress(0);  // the window's bar shows only while a tool runs
     if (changed) s.dirty = true;
     return changed;
 }

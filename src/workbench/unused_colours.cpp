@@ -101,25 +101,22 @@ PointTable point_table(std::string_view col, const std::string& rows) {
     });
     t.used.assign(t.keys.size(), false);
     if (cpp < 1 || cpp > 2) return t;
-    // Colour index by symbol code; the table is kept between calls and only
-    // the entries set are cleared again.
-    static thread_local std::vector<int16_t> index(65536, -1);
-    auto code = [&](const char* p) {
-        const auto a = static_cast<unsigned char>(p[0]);
-        return cpp == 1 ? a : static_cast<int>(a << 8 | static_cast<unsigned char>(p[1]));
-    };
-    for (size_t k = 0; k < t.keys.size(); ++k)
-        if (static_cast<int>(t.keys[k].size()) == cpp) index[static_cast<size_t>(code(t.keys[k].data()))] = static_cast<int16_t>(k);
-    // The scan is most of every check of a large file: one tight loop a symbol width.
-    std::vector<uint8_t> used(t.keys.size(), 0);
+    // The scan is most of every check of a large file: one store a symbol
+    // into a table of symbol codes stamped with this call's number, read
+    // back for the keys only (no clearing, no lookup in the loop).
+    static thread_local std::vector<uint32_t> seen(65536, 0);
+    static thread_local uint32_t stamp = 0;
+    if (++stamp == 0) {
+        std::fill(seen.begin(), seen.end(), 0);
+        stamp = 1;
+    }
+    const uint32_t now = stamp;
+    auto code = [&](const unsigned char* p) { return cpp == 1 ? p[0] : static_cast<unsigned>(p[0] << 8 | p[1]); };
     const auto* data = reinterpret_cast<const unsigned char*>(rows.data());
     const size_t size = rows.size();
     if (cpp == 1) {
         // No key is a line end, so the rows need no splitting.
-        for (size_t p = 0; p < size; ++p) {
-            const int16_t k = index[data[p]];
-            if (k >= 0) used[static_cast<size_t>(k)] = 1;
-        }
+        for (size_t p = 0; p < size; ++p) seen[data[p]] = now;
     } else {
         size_t at = 0;
         while (at < size) {
@@ -127,16 +124,19 @@ PointTable point_table(std::string_view col, const std::string& rows) {
             const size_t end = nl ? static_cast<size_t>(static_cast<const unsigned char*>(nl) - data) : size;
             size_t stop = end;
             if (stop > at && data[stop - 1] == '\r') --stop;
-            for (size_t p = at; p + 2 <= stop; p += 2) {
-                const int16_t k = index[static_cast<size_t>(data[p] << 8 | data[p + 1])];
-                if (k >= 0) used[static_cast<size_t>(k)] = 1;
-            }
+            for (size_t p = at; p + 2 <= stop; p += 2) seen[static_cast<size_t>(data[p] << 8 | data[p + 1])] = now;
             at = end + 1;
         }
     }
-    for (size_t k = 0; k < used.size(); ++k) t.used[k] = used[k] != 0;
-    for (const std::string_view key : t.keys)
-        if (static_cast<int>(key.size()) == cpp) index[static_cast<size_t>(code(key.data()))] = -1;
+    // From the last key back: a key given twice is used at its last line
+    // only, as the rewrite keeps the last; the earlier twin reads unused.
+    for (size_t k = t.keys.size(); k-- > 0;) {
+        const std::string_view key = t.keys[k];
+        if (static_cast<int>(key.size()) != cpp) continue;
+        uint32_t& mark = seen[code(reinterpret_cast<const unsigned char*>(key.data()))];
+        t.used[k] = mark == now;
+        mark = 0;
+    }
     return t;
 }
 
@@ -360,10 +360,14 @@ ColourCheck unused_in_class(const model::Store& s, int cls, std::vector<PointPla
             if (lines) out.lines += number + " " + type + " 1 (same colour)\r\n";
             if (findings) out.findings.push_back({cls, type, "unused-colours", "1 (same colour)"});
         }
-        for (const std::string& k : keys) {
-            if (lines) out.lines.append(number).append(" ").append(type).append(" ").append(k).append("\r\n");
-            // Short enough to stay inside the string: a large file has hundreds of thousands.
-            if (findings) out.findings.push_back({cls, type, "unused-colours", "unused " + k});
+        if (lines)
+            for (const std::string& k : keys) out.lines.append(number).append(" ").append(type).append(" ").append(k).append("\r\n");
+        // One finding an element, naming every key: a point of 255 colours may
+        // leave hundreds unused, and a pipeline wants the element, not each key.
+        if (findings && !keys.empty()) {
+            std::string message = "unused";
+            for (const std::string& k : keys) message.append(" ").append(k);
+            out.findings.push_back({cls, type, "unused-colours", std::move(message)});
         }
     }
     return out;

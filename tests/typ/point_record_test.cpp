@@ -4,6 +4,7 @@
 
 #include "support/harness.h"
 #include "support/record_bytes.h"
+#include "text/load_driver.h"
 #include "typ/curf_access.h"
 #include "typ/header.h"
 #include "typ/point_detail.h"
@@ -304,6 +305,35 @@ TEST(PointRecord, NightPictureHasItsOwnPaletteAndMode) {
     EXPECT_EQ(s.pt_nbmp[0], "%&\r\n");
     EXPECT_EQ(s.pt_nncol[0], 3);
     expect_encodes_back(s, rec);
+}
+
+// A count of 0 would make the night the day's pixels and leave the written
+// pixels for the labels to be read from: a night of transparent pixels only
+// keeps pixels of its own behind one unused colour. Odd and even widths.
+TEST(PointRecord, NightOfTransparentPixelsOnlyKeepsItsOwnPixels) {
+    struct Case {
+        int w;
+        std::string day;
+    };
+    for (const Case& c : {Case{1, "DayXpm=\"1 1 1 1\" Colormode=16\r\n\"$ c none\"\r\n\"$\"\r\n"},
+                          Case{4, "DayXpm=\"4 1 2 1\" Colormode=16\r\n\"$ c #FF0000\"\r\n\"% c none\"\r\n\"$%$%\"\r\n"}}) {
+        SCOPED_TRACE(c.w);
+        const std::string w = std::to_string(c.w);
+        const std::string text = "[_id]\r\nProductCode=1\r\nFID=100\r\nCodePage=1252\r\n[end]\r\n"
+                                 "[_point]\r\nType=0x2f00\r\nString1=0x04,Cafe\r\n" + c.day +
+                                 "NightXpm=\"" + w + " 1 1 1\" Colormode=16\r\n\"$ c none\"\r\n\"" +
+                                 std::string(static_cast<size_t>(c.w), '$') + "\"\r\n[end]\r\n";
+        model::Store s;
+        platform::ScriptedPrompt ui;
+        ASSERT_TRUE(text::load_txt(s, ui, "", text, false, false));
+        ASSERT_EQ(s.pt_n, 1);
+        const std::string rec = typ::encode_point_record(s, 0);
+        model::Store back = decode_point(rec);
+        EXPECT_EQ(back.loadrep, "");
+        EXPECT_NE(back.pt_txt[0].find("String1=0x04,Cafe"), std::string::npos) << back.pt_txt[0];
+        EXPECT_EQ(back.pt_nncol[0], 2);
+        EXPECT_EQ(back.pt_nbmp[0], std::string(static_cast<size_t>(c.w), '%') + "\r\n");
+    }
 }
 
 TEST(PointRecord, NightIsDroppedWhenLoadOptionSixIsOff) {

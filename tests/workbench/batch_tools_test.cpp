@@ -14,6 +14,7 @@
 #include "workbench/night_points.h"
 #include "workbench/point_checks.h"
 #include "workbench/point_section.h"
+#include "workbench/unused_colours.h"
 
 namespace korvex::workbench {
 namespace {
@@ -217,12 +218,15 @@ TEST_P(BatchToolsCorpus, EachToolIsUndoneByItsReverse) {
 }
 
 // What the tools write is a valid point: saved as a TYP and read back, a
-// bordered, label-pixelled point with a night copy draws the same.
+// bordered, label-pixelled point with a night copy draws the same and keeps
+// its labels. Unused colours go first, as a user tidies a file, which leaves
+// pictures of transparent pixels only for the night copy.
 TEST_P(BatchToolsCorpus, ChangedPointsSurviveATypSave) {
     KORVEX_SKIP_WITHOUT_CORPUS(GetParam());
     Bench t;
     t.req.max_size = 255;
     t.load_file(GetParam());
+    redun(t.s, model::k_points);
     adborder(t.s, t.ui, t.m, t.b, t.req, 1);
     adpixel(t.s, t.ui, t.m, t.b, t.req);
     std::vector<bool> day_only;
@@ -233,6 +237,7 @@ TEST_P(BatchToolsCorpus, ChangedPointsSurviveATypSave) {
     ASSERT_FALSE(bytes.empty());
     model::Store back;
     decode_bytes(back, quiet, bytes);
+    EXPECT_EQ(back.loadrep.find("lang>"), std::string::npos) << back.loadrep;
     // A type the file holds twice cannot say which of the two came back.
     std::map<std::string, int32_t> by_type;
     std::map<std::string, int> times;

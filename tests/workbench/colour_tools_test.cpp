@@ -201,7 +201,9 @@ TEST(PaletteConversion, SelectedPointsTakeThePaletteAndOpacityPointsAndOtherClas
     EXPECT_EQ(f.s.pt_bmp, bmp);
     EXPECT_EQ(painted(f.s, model::k_lines), lines_before);
     EXPECT_EQ(painted(f.s, model::k_polygons), polygons_before);
-    EXPECT_EQ(f.ui.last_progress, 100);
+    // The bar ran to the end and was put away.
+    EXPECT_EQ(f.ui.peak_progress, 100);
+    EXPECT_EQ(f.ui.last_progress, 0);
     // What the text reader makes of the element's own text is the same row.
     ToolFixture again;
     again.load(f.s.pt_txt[0] + "\"$%\"\r\n\"%$\"\r\n[end]\r\n", model::k_points);
@@ -260,6 +262,8 @@ TEST(DayOpacity, AddGivesEveryColourTheValueAndKeepsTransparencyFull) {
     f.load(k_mixed, model::k_points);
     f.b.select_all();
     EXPECT_EQ(conv_32(f.s, f.b, f.ui, f.m, {true, 7, false}), 3);
+    EXPECT_EQ(f.ui.peak_progress, 100);
+    EXPECT_EQ(f.ui.last_progress, 0);
     EXPECT_EQ(f.s.pt_col[0], "\"$ c #FE0101\" alpha=7\r\n\"% c #0101FE\" alpha=7\r\n");
     EXPECT_EQ(f.s.pt_col[1], "\"$ c #FE0101\" alpha=7\r\n\"% c #000000\" alpha=15\r\n");
     EXPECT_EQ(f.s.pt_col[2], "\"$ c #FE0101\" alpha=7\r\n\"% c #0101FE\" alpha=7\r\n");
@@ -385,6 +389,7 @@ TEST(MakeTransparent, EachClassDrawsNothingWhereItDrewAndTheOthersStay) {
         const std::string drwlist = f.s.drwlist;
         const std::vector<std::string> pg_drw = f.s.pg_drw, pg_typ = f.s.pg_typ;
         ASSERT_EQ(make_transp(f.s, f.b, f.ui, f.m, false), cls == model::k_points ? 3 : 1) << cls;
+        EXPECT_EQ(f.ui.last_progress, 0);
         EXPECT_TRUE(f.s.dirty);
         // Type and draw order are the element's, whatever it draws.
         EXPECT_EQ(f.s.drwlist, drwlist);
