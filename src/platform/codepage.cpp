@@ -1,8 +1,8 @@
 #include "platform/codepage.h"
 
-#include "platform/codepage_system.h"
-
 #include <utility>
+
+#include "platform/codepage_system.h"
 
 namespace korvex::platform {
 

@@ -53,6 +53,12 @@ std::optional<std::u32string> system_bytes_to_wide(const std::string& bytes, int
             iconv(cd.get(), nullptr, nullptr, nullptr, nullptr);
         }
     }
+    // Pages that compose (1255, 1258) hold back the last character in case a
+    // combining mark follows: it comes out only when asked for.
+    char* op = reinterpret_cast<char*>(buf);
+    size_t ol = sizeof buf;
+    iconv(cd.get(), nullptr, nullptr, &op, &ol);
+    out.append(buf, static_cast<size_t>(reinterpret_cast<char32_t*>(op) - buf));
     return out;
 }
 

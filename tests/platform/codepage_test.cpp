@@ -28,6 +28,13 @@ TEST(CodepageTables, AssignedBytesRoundTripAndNoneDecodesToAControl) {
     }
 }
 
+// Vietnamese and Hebrew text keeps its last letter, which could take a mark.
+TEST(CodepageTables, TheLastLetterOfAComposingPageIsKept) {
+    EXPECT_EQ(bytes_to_wide("\xE0 a", 1258), U"\u00E0 a");
+    EXPECT_EQ(bytes_to_wide("\xE0", 1255), U"\u05D0");
+    EXPECT_EQ(bytes_to_wide("\xD4", 1255), U"\u05F0");
+}
+
 TEST(CodepageTables, WesternLeavesItsFiveHolesUndefined) {
     std::vector<int> holes;
     for (int b = 0x80; b <= 0xFF; ++b)
