@@ -22,6 +22,10 @@ endif()
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/data/pal/ DESTINATION ${CMAKE_INSTALL_DATADIR}/korvex/pal
         FILES_MATCHING PATTERN "*.tpal")
 
+# The map preview's Town scene.
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/data/preview/ DESTINATION ${CMAKE_INSTALL_DATADIR}/korvex/preview
+        FILES_MATCHING PATTERN "*.txt")
+
 # The table from theme style names to Garmin types, for Open TXT/KMTF.
 install(FILES ${PROJECT_SOURCE_DIR}/data/themes/tdat DESTINATION ${CMAKE_INSTALL_DATADIR}/korvex/themes)
 

@@ -26,10 +26,13 @@ workbench::BatchRequest batch_request(MainWindow& w) {
 void ToolMenus::add_canvas_entries() {
     // Each tool runs on the window's store and selection; a change ends with
     // dirty flag, caption and grid refreshed.
-    auto run = [this](auto tool) {
-        return [this, tool] {
+    // Each run is one step of the history over the points in view, named as its entry.
+    auto run = [this](const char* name, auto tool) {
+        return [this, name, tool] {
             MainWindow& w = w_;
-            const int n = tool(w.store(), w.prompt(), w.messages(), w.browser(), batch_request(w));
+            const int n = w.session().history().record(name, workbench::Scope::whole_class(w.browser().cls()), [&] {
+                return tool(w.store(), w.prompt(), w.messages(), w.browser(), batch_request(w));
+            });
             if (n > 0) changed();
         };
     };
@@ -38,9 +41,12 @@ void ToolMenus::add_canvas_entries() {
             BatchCanvasDialog d(preset, &w_);
             if (exec_dialog(d) != QDialog::Accepted) return;
             MainWindow& w = w_;
-            if (workbench::canvas(w.store(), w.prompt(), w.messages(), w.browser(), batch_request(w), d.choice(),
-                                  d.amount()) > 0)
-                changed();
+            const char* name = preset == 'M' ? "Add Border" : "Add Canvas";
+            const int n = w.session().history().record(name, workbench::Scope::whole_class(w.browser().cls()), [&] {
+                return workbench::canvas(w.store(), w.prompt(), w.messages(), w.browser(), batch_request(w), d.choice(),
+                                         d.amount());
+            });
+            if (n > 0) changed();
         };
     };
     auto entry = [this](QMenu* m, const char* text, const char* name, auto handler) {
@@ -51,11 +57,11 @@ void ToolMenus::add_canvas_entries() {
     canvas_->addSeparator();
     entry(canvas_, "Add Border", "adborder", dialog('M'));
     entry(canvas_, "Add Canvas", "adcanvas", dialog('\0'));
-    entry(canvas_, "Remove White Space", "remborder", run(workbench::remborder));
+    entry(canvas_, "Remove White Space", "remborder", run("Remove White Space", workbench::remborder));
     tools_->addSeparator();
-    entry(tools_, "Add POI Label Pixel", "adpixel", run(workbench::adpixel));
-    entry(tools_, "Remove POI Label Pixel", "rempxl", run(workbench::rempxl));
-    entry(tools_, "Add Night POIs", "add_nightpois", run(workbench::add_nightpois));
+    entry(tools_, "Add POI Label Pixel", "adpixel", run("Add POI Label Pixel", workbench::adpixel));
+    entry(tools_, "Remove POI Label Pixel", "rempxl", run("Remove POI Label Pixel", workbench::rempxl));
+    entry(tools_, "Add Night POIs", "add_nightpois", run("Add Night POIs", workbench::add_nightpois));
 }
 
 void ToolMenus::add_canvas_grid_entries(QMenu& menu) {

@@ -29,6 +29,12 @@ QAction* check_entry(MainWindow& w, QMenu* menu, const std::string& key, const c
 
 std::string program_folder() { return QApplication::applicationDirPath().toStdString(); }
 
+// A repair as one step of the history, named after its entry.
+template <class F>
+bool repair_step(MainWindow& w, const char* name, workbench::Scope scope, F f) {
+    return w.session().history().record(name, std::move(scope), f);
+}
+
 }  // namespace
 
 void ToolMenus::add_check_entries() {
@@ -38,21 +44,31 @@ void ToolMenus::add_check_entries() {
     };
 
     check_entry(w, colours_, "mfixunused", "Fix Unused Colours", this, [&w, refresh_if] {
-        refresh_if(workbench::fix_unused_colours(w.store(), w.prompt(), w.session().data_folder(), w.browser().layer_view()));
+        refresh_if(repair_step(w, "Fix Unused Colours", workbench::Scope::whole_project(), [&w] {
+            return workbench::fix_unused_colours(w.store(), w.prompt(), w.session().data_folder(), w.browser().layer_view());
+        }));
     });
 
     tools_->addSeparator();
     check_entry(w, tools_, "mlinecheck", "Check Lines for Non-Bitmap Conversion", this, [&w, refresh_if] {
-        refresh_if(workbench::check_lines_flow(w.store(), w.prompt(), w.session().data_folder()));
+        refresh_if(repair_step(w, "Convert Lines to Non-Bitmap", workbench::Scope::whole_class(model::k_lines),
+                               [&w] { return workbench::check_lines_flow(w.store(), w.prompt(), w.session().data_folder()); }));
     });
     check_entry(w, tools_, "mcheck65001", "Check 65001 labels", this, [&w, refresh_if] {
-        refresh_if(workbench::check_labels_65001(w.store(), w.prompt(), w.launcher(), w.session().data_folder()));
+        refresh_if(repair_step(w, "Check 65001 labels", workbench::Scope::whole_project(), [&w] {
+            return workbench::check_labels_65001(w.store(), w.prompt(), w.launcher(), w.session().data_folder());
+        }));
     });
     check_entry(w, tools_, "mcheck1252", "Check 1252 labels", this, [&w, refresh_if] {
-        refresh_if(workbench::check_labels_1252(w.store(), w.prompt(), w.launcher(), w.session().data_folder()));
+        refresh_if(repair_step(w, "Check 1252 labels", workbench::Scope::whole_project(), [&w] {
+            return workbench::check_labels_1252(w.store(), w.prompt(), w.launcher(), w.session().data_folder());
+        }));
     });
     check_entry(w, tools_, "mremnotis", "Remove 'NOT in STYLE'", this,
-                [&w, refresh_if] { refresh_if(workbench::remnotis(w.store(), w.prompt()) > 0); });
+                [&w, refresh_if] {
+                    refresh_if(repair_step(w, "Remove 'NOT in STYLE'", workbench::Scope::whole_class(w.browser().cls()),
+                                           [&w] { return workbench::remnotis(w.store(), w.prompt()) > 0; }));
+                });
     check_entry(w, tools_, "mbasecamp", "Visible in Basecamp", this, [&w] {
         workbench::visible_in_basecamp(w.store(), w.prompt(), w.session().data_folder());
     });
@@ -74,7 +90,8 @@ void ToolMenus::add_check_entries() {
         workbench::extra_poi_labels(w.store(), w.prompt(), w.session().data_folder());
     });
     check_entry(w, tools_, "msorttypes", "Sort TYPES into Garmin Search Categories", this, [&w, refresh_if] {
-        refresh_if(workbench::sort_search_categories(w.store(), w.prompt()));
+        refresh_if(repair_step(w, "Sort TYPES into Garmin Search Categories", workbench::Scope::whole_project(),
+                               [&w] { return workbench::sort_search_categories(w.store(), w.prompt()); }));
     });
     check_entry(w, tools_, "mstyleeditor", "Load Style Editor", this, [&w] {
         workbench::load_style_editor(w.settings().style_editor_path, w.prompt(), w.file_dialogs(), w.launcher());

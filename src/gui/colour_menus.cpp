@@ -53,6 +53,12 @@ public:
     QSpinBox* value = nullptr;
 };
 
+// A colour tool as one step of the history over the class in view.
+template <class F>
+auto colour_step(MainWindow& w, const char* name, F f) {
+    return w.session().history().record(name, workbench::Scope::whole_class(w.browser().cls()), f);
+}
+
 }  // namespace
 
 void ToolMenus::add_colour_entries() {
@@ -66,10 +72,16 @@ void ToolMenus::add_colour_entries() {
     };
     colours_->addSeparator();
     add("c_make_transparent", "Make Transparent", [this] {
-        if (workbench::make_transp(w_.store(), w_.browser(), w_.prompt(), w_.messages(), false) > 0) changed();
+        if (colour_step(w_, "Make Transparent", [this] {
+                return workbench::make_transp(w_.store(), w_.browser(), w_.prompt(), w_.messages(), false);
+            }) > 0)
+            changed();
     });
     add("c_replace_day_opacity", "Replace POI Day Opacity", [this] {
-        if (workbench::conv_32(w_.store(), w_.browser(), w_.prompt(), w_.messages(), {false, 0, false}) > 0) changed();
+        if (colour_step(w_, "Replace POI Day Opacity", [this] {
+                return workbench::conv_32(w_.store(), w_.browser(), w_.prompt(), w_.messages(), {false, 0, false});
+            }) > 0)
+            changed();
     });
     add("c_add_day_opacity", "Add POI Day Opacity", [this] {
         // The value is asked only where the tool can run.
@@ -80,28 +92,35 @@ void ToolMenus::add_colour_entries() {
         OpacityValueDialog d(&w_);
         if (exec_dialog(d) != QDialog::Accepted) return;
         const workbench::Conv32Request r{true, d.value->value(), false};
-        if (workbench::conv_32(w_.store(), w_.browser(), w_.prompt(), w_.messages(), r) > 0) changed();
+        if (colour_step(w_, "Add POI Day Opacity",
+                        [&] { return workbench::conv_32(w_.store(), w_.browser(), w_.prompt(), w_.messages(), r); }) > 0)
+            changed();
     });
     colours_->addSeparator();
     const struct {
         const char* key;
         const char* text;
+        const char* step;
         int entry;
     } conversions[] = {
-        {"c_convert_bw", "Convert to Black && White", workbench::k_pal_bw},
-        {"c_convert_256", "Convert to 256 Colours", workbench::k_pal_256},
-        {"c_convert_64", "Convert to 64 Colours", workbench::k_pal_64},
-        {"c_convert_16", "Convert to 16 Colours", workbench::k_pal_16},
-        {"c_convert_custom", "Convert to Custom Palette", workbench::k_pal_custom},
+        {"c_convert_bw", "Convert to Black && White", "Convert to Black & White", workbench::k_pal_bw},
+        {"c_convert_256", "Convert to 256 Colours", "Convert to 256 Colours", workbench::k_pal_256},
+        {"c_convert_64", "Convert to 64 Colours", "Convert to 64 Colours", workbench::k_pal_64},
+        {"c_convert_16", "Convert to 16 Colours", "Convert to 16 Colours", workbench::k_pal_16},
+        {"c_convert_custom", "Convert to Custom Palette", "Convert to Custom Palette", workbench::k_pal_custom},
     };
     for (const auto& c : conversions) {
         const int entry = c.entry;
-        add(c.key, c.text, [this, entry] {
+        const char* step = c.step;
+        add(c.key, c.text, [this, entry, step] {
             workbench::EdpalRequest r;
             r.entry = entry;
             r.folders = palette_folders(w_.session().data_folder());
             r.start = r.folders.front();
-            if (workbench::edpal(w_.store(), w_.browser(), w_.prompt(), w_.messages(), w_.file_dialogs(), r)) changed();
+            if (colour_step(w_, step, [&] {
+                    return workbench::edpal(w_.store(), w_.browser(), w_.prompt(), w_.messages(), w_.file_dialogs(), r);
+                }))
+                changed();
         });
     }
     colours_->addSeparator();

@@ -643,7 +643,11 @@ bool EditorWindow::apply_clicked() {
     form.filter_panel_open = filters_->panel_open();
     variants_->before_apply();
     form.apply_border = apply_border_ && apply_border_->isChecked();
-    outcome_ = editor::apply(s_, e_, ui_, form);
+    const auto apply = [&] { outcome_ = editor::apply(s_, e_, ui_, form); };
+    if (env_.as_step)
+        env_.as_step(apply);
+    else
+        apply();
     if (width_) {
         width_->setValue(e_.width_box);
         height_->setValue(e_.height_box);

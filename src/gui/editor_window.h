@@ -53,6 +53,9 @@ struct EditorEnvironment {
     platform::Clipboard* clipboard = nullptr;   // the desktop's when none
     platform::ImageCodec* images = nullptr;     // Qt's readers when none
     std::string* pastedfile = nullptr;          // the last imported file, kept for the session
+    // Runs the Apply as one step of the project's history (the editor keeps
+    // its own undo while open); none runs it as it is.
+    std::function<void(const std::function<void()>&)> as_step;
 };
 
 class EditorWindow : public QDialog {

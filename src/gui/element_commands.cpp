@@ -191,7 +191,7 @@ void ElementCommands::copy() {
 }
 
 void ElementCommands::cut() {
-    if (ops_->mcopy(selection())) ops_->mdelete(selection());
+    ops_->cut(selection());
 }
 
 void ElementCommands::paste(int entry) {
@@ -222,7 +222,10 @@ void ElementCommands::new_element(int cls) { ops_->new_element(cls); }
 
 void ElementCommands::import_style() {
     const std::string last = w_.settings().last_text_path;
-    ops_->import_krv(w_.file_dialogs(), last.empty() ? std::string() : std::filesystem::path(last).parent_path().string());
+    const std::string start = last.empty() ? std::string() : std::filesystem::path(last).parent_path().string();
+    // The import makes and marks elements of any class: one step for all of it.
+    w_.session().history().record("Import Style", workbench::Scope::whole_project(),
+                                  [&] { return ops_->import_krv(w_.file_dialogs(), start); });
 }
 
 bool ElementCommands::loading() const { return w_.session().loading(); }

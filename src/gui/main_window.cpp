@@ -41,7 +41,9 @@
 #include "gui/errors_window.h"
 #include "gui/grid_model.h"
 #include "gui/grid_view.h"
+#include "gui/history_commands.h"
 #include "gui/preferences_dialog.h"
+#include "gui/preview_dock.h"
 #include "gui/qt_clipboard.h"
 #include "gui/qt_file_dialog.h"
 #include "gui/qt_fonts.h"
@@ -53,6 +55,7 @@
 #include "integration/map_save_guard.h"
 #include "text/text_writer.h"
 #include "workbench/data_folder.h"
+#include "workbench/step_names.h"
 #include "workbench/panel_notes.h"
 #include "workbench/type_key.h"
 
@@ -138,6 +141,7 @@ MainWindow::MainWindow(WindowServices services, QWidget* parent)
 
     session_ = std::make_unique<workbench::Session>(s_, settings_, msgs_, *prompt_, *services_.dialogs,
                                                      *services_.launcher, *services_.clock, data_folder_, *this);
+    commands_->ops().set_history(&session_->history());
     {
         // The theme table: installed beside the program, else the source tree's.
         std::vector<std::string> tables = {
@@ -158,6 +162,12 @@ MainWindow::MainWindow(WindowServices services, QWidget* parent)
     s_.curfile = "untitled.typ";
     browser_.chg_icn(settings_.icon_size, label_text_height());
     session_->start();
+    history_->refresh();
+    // The top fields make steps that need not touch the caption.
+    for (QLineEdit* field : {fid_, pid_})
+        connect(field, &QLineEdit::textChanged, history_, [this] { history_->refresh(); });
+    connect(header_, &QComboBox::activated, history_, [this] { history_->refresh(); });
+    connect(codepage_, &QComboBox::activated, history_, [this] { history_->refresh(); });
     refresh_geometry();
     rebuild_grid();
     apply_captions();
@@ -255,17 +265,16 @@ void MainWindow::build_widgets() {
     outer->addLayout(top);
 
     connect(fid_, &QLineEdit::textChanged, this, [this](const QString& t) {
-        if (!filling_) s_.fid = t.trimmed().toStdString();
+        if (!filling_) session_->set_fid(t.trimmed().toStdString());
     });
     connect(pid_, &QLineEdit::textChanged, this, [this](const QString& t) {
-        if (!filling_) s_.pid = t.trimmed().toStdString();
+        if (!filling_) session_->set_pid(t.trimmed().toStdString());
     });
     connect(codepage_, &QComboBox::activated, this, [this](int) { codepage_chosen(); });
     connect(codepage_->lineEdit(), &QLineEdit::editingFinished, this, [this] { codepage_chosen(); });
     connect(header_, &QComboBox::activated, this, [this](int) {
         if (filling_) return;
-        s_.hdr_len = header_->currentText().trimmed().toInt(nullptr, 16);
-        s_.hdr_caption = " " + header_->currentText().trimmed().toLower().toStdString();
+        session_->set_header_length(header_->currentText().trimmed().toLower().toStdString());
     });
     connect(pages_, &QComboBox::activated, this, [this](int page) {
         browser_.set_extra_page(page);
@@ -433,10 +442,13 @@ void MainWindow::build_menus() {
     add(file, "msaveasutf8txt", "Save as Text (Utf8)", save_entry(workbench::k_save_text_utf8));
     file->addSeparator();
     commands_->add_import_entry(file);
+    add(file, "", "Open Preview Scene…", [this] { map_preview()->choose_scene_file(); });
     file->addSeparator();
     add(file, "mexit", "Exit", [this] { close(); });
 
     QMenu* edit = commands_->build_edit_menu(menuBar());
+    history_ = new HistoryCommands(*this);
+    history_->add_entries(edit);
 
     QMenu* icons = menu("micons", "Icons");
     sizes_ = new QActionGroup(this);
@@ -472,6 +484,7 @@ void MainWindow::build_menus() {
     toggle_panel_ = add(window, "", "Hide Code Panel", [this] { toggle_code_panel(); });
     set_caption_key(toggle_panel_, "");  // worded by messages 155 and 156
     add(window, "", "Errors", [this] { show_errors(); });
+    add(window, "", "Map Preview", [this] { map_preview()->open(); });
 
     QMenu* logs = menu("mlogs", "Logs");
     add(logs, "mreadlogs", "Read Logs", [this] { session_->open_log(); });
@@ -515,7 +528,9 @@ void MainWindow::apply_captions() {
     search_button_->setText(cap("btnsearch", "Search"));
     apply_->setText(cap("btnapplyX", "Apply Changes"));
     toggle_panel_->setText(from_message(msgs_.get_msg(side_->isHidden() ? m_show_code_panel : m_hide_code_panel)));
+    if (preview_) preview_->recaption();
     refresh_counters();
+    if (session_) history_->refresh();
 }
 
 QAction* MainWindow::action(const QString& name) const {
@@ -614,7 +629,11 @@ void MainWindow::rebuild_grid() {
             grid_->show_cell(browser_.current_cell());
     }
     commands_->refresh();
-    if (session_) session_->grid_built();
+    if (session_) {
+        session_->grid_built();
+        history_->refresh_soon();
+    }
+    emit tables_changed();
 }
 
 void MainWindow::update_cell(int cls, int32_t row) {
@@ -622,9 +641,15 @@ void MainWindow::update_cell(int cls, int32_t row) {
     if (cls == model::k_active_lines) store_row += s_.ln_n;
     if (cls == model::k_extra_points) store_row += s_.pt_n;
     if (cls == browser_.cls()) model_->update_row(store_row);
+    if (session_) history_->refresh_soon();
+    emit tables_changed();
 }
 
-void MainWindow::set_caption(const std::string& text) { setWindowTitle(from_path(text)); }
+void MainWindow::set_caption(const std::string& text) {
+    setWindowTitle(from_path(text));
+    // The caption follows each change of the project, and so does the Edit menu.
+    if (session_) history_->refresh_soon();
+}
 
 void MainWindow::fill_code_panel(const std::string& text) {
     filling_ = true;
@@ -801,6 +826,13 @@ bool MainWindow::open_icon_editor(const std::vector<int32_t>& rows) {
     env.magenta = &settings_.magenta_transparency;
     env.clipboard = &clipboard();
     env.pastedfile = &pasted_file_;
+    // The Apply is one step: the class's table, as a new type or level may move rows.
+    const std::string step = rows.size() > 1
+                                 ? workbench::step_name("Edit", static_cast<int64_t>(rows.size()), r.curclass)
+                                 : workbench::step_name_of_code("Edit Icon", workbench::row_type_code(s_, r.curclass, r.row));
+    env.as_step = [this, step, cls = r.curclass](const std::function<void()>& apply) {
+        session_->history().record(step, workbench::Scope::whole_class(cls), apply);
+    };
     icon_editor_ = new EditorWindow(s_, editor::open_element(s_, r), *prompt_, env, this);
     icon_editor_->setAttribute(Qt::WA_DeleteOnClose);
     translate_tree(icon_editor_, msgs_);
@@ -840,8 +872,10 @@ void MainWindow::editor_closed(int result) {
         rebuild_grid();
         const int cell = browser_.cell_of_row(out.row);
         if (cell >= 0) browser_.set_current(cell);
-    } else
+    } else {
         model_->update_row(icon_editor_->session().row);
+        emit tables_changed();
+    }
     fill_panel_for_current();
 }
 
@@ -875,6 +909,8 @@ void MainWindow::apply_changes() {
     const int cls = browser_.cls();
     const int32_t row = browser_.current_row();
     const int32_t old_code = row >= 0 ? workbench::row_type_code(s_, cls, row) : -1;
+    // The apply and the move to the new type's place are one step.
+    const auto step = session_->history().open("", workbench::Scope::row_of(cls, row));
     if (!session_->apply_code_panel(std::string(text.constData(), static_cast<size_t>(text.size())))) return;
     if (row >= 0 && workbench::row_type_code(s_, cls, row) != old_code) commands_->ops().renumbered(cls, row, old_code);
 }
@@ -951,6 +987,11 @@ void MainWindow::set_draworder_view(bool on) {
     if (on) layers_->verticalScrollBar()->setValue(0);
 }
 
+PreviewDock* MainWindow::map_preview() {
+    if (!preview_) preview_ = new PreviewDock(*this);
+    return preview_;
+}
+
 void MainWindow::after_change() {
     session_->set_dirty(s_.dirty);
     // A change moves the layer cells: a selection of cells would name others.
@@ -968,6 +1009,7 @@ void MainWindow::preferences() {
     if (dlg.exec() != QDialog::Accepted) return;
     settings_ = dlg.settings();
     workbench::settings_to_store(settings_, s_);
+    session_->history().set_limit(static_cast<size_t>(std::max(1, settings_.history_limit)));
     settings_to_browser();
     browser_.chg_icn(settings_.icon_size, label_text_height());
     rebuild_grid();

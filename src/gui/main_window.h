@@ -48,10 +48,12 @@ class ElementCommands;
 class ErrorsWindow;
 class GridModel;
 class GridView;
+class HistoryCommands;
 class QtFileDialog;
 class QtLauncher;
 class QtClipboard;
 class QtPrompt;
+class PreviewDock;
 class WorkbenchMenus;
 class ToolMenus;
 
@@ -113,11 +115,16 @@ public:
     DrawOrderView* draworder_view() const { return layers_; }
     WorkbenchMenus* workbench_menus() const { return menus_; }
     ToolMenus* tool_menus() const { return tools_; }
+    // Edit > Undo, Redo and History….
+    HistoryCommands* history_commands() const { return history_; }
     // Menu and button captions a language file may replace.
     CaptionTable& captions() { return captions_; }
     // How File > Open TYP in Map… runs its choice of TYP: modally when empty;
     // tests fill and close it instead.
     std::function<int(QDialog&)> exec_map_dialog;
+
+    // Window > Map Preview, made at its first use.
+    PreviewDock* map_preview();
 
     // Switches the polygons between icons and the draw-order view.
     void set_draworder_view(bool on);
@@ -161,6 +168,11 @@ public:
     void show_recent(const std::vector<workbench::RecentEntry>& entries) override;
     void busy(bool on) override;
     void set_page_size(int size) override;
+
+signals:
+    // The tables changed (a load, an apply, an operation, a tool): whatever
+    // draws the project draws it again.
+    void tables_changed();
 
 protected:
     void closeEvent(QCloseEvent* e) override;
@@ -248,6 +260,8 @@ private:
     LanguageMenu* languages_ = nullptr;
     WorkbenchMenus* menus_ = nullptr;
     ToolMenus* tools_ = nullptr;
+    PreviewDock* preview_ = nullptr;
+    HistoryCommands* history_ = nullptr;
 
     bool filling_ = false;   // the window itself is writing into the widgets
     bool activated_ = false;

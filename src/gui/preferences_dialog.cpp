@@ -257,6 +257,8 @@ QWidget* PreferencesDialog::advanced_pane() {
     check_updates_ = tick("check_updates", "Automatically check for updates");
     copy_topo_ = tick("copy_topo", "Create Copy XXXTOPO files");
     show_errors_ = tick("show_errors", "Show Errors");
+    ask_reload_ = tick("ask_reload_undo", "Ask before changes that only Reload undoes");
+    undo_steps_ = ranged_spin("history_limit", 1, workbench::k_undo_steps_max);
 
     form->addRow(QStringLiteral("Mouse Scroll Sensitivity"), scroll_sens_);
     form->addRow(QString(), mouse_scroll_);
@@ -266,6 +268,8 @@ QWidget* PreferencesDialog::advanced_pane() {
     form->addRow(QString(), check_updates_);
     form->addRow(QString(), copy_topo_);
     form->addRow(QString(), show_errors_);
+    form->addRow(QString(), ask_reload_);
+    form->addRow(QStringLiteral("Undo steps kept"), undo_steps_);
     form->addRow(QStringLiteral("Custom Spelling Dictionary"),
                  path_row(dictionary_, "dictionary", "Custom Spelling Dictionary"));
     return pane;
@@ -343,6 +347,8 @@ void PreferencesDialog::load(const workbench::Preferences& p) {
     check_updates_->setChecked(p.check_updates);
     copy_topo_->setChecked(p.create_copy_topo);
     show_errors_->setChecked(p.show_errors);
+    ask_reload_->setChecked(p.ask_reload_undo);
+    undo_steps_->setValue(p.history_limit);
     dictionary_->setText(from_path(p.dictionary_path));
 
     auto_load_->setText(from_path(p.auto_load_path));
@@ -404,6 +410,8 @@ workbench::Preferences PreferencesDialog::collect() const {
     p.check_updates = check_updates_->isChecked();
     p.create_copy_topo = copy_topo_->isChecked();
     p.show_errors = show_errors_->isChecked();
+    p.ask_reload_undo = ask_reload_->isChecked();
+    p.history_limit = undo_steps_->value();
     p.dictionary_path = to_path(dictionary_->text().trimmed());
 
     p.auto_load_path = to_path(auto_load_->text().trimmed());

@@ -128,6 +128,8 @@ private:
     QCheckBox* check_updates_ = nullptr;
     QCheckBox* copy_topo_ = nullptr;
     QCheckBox* show_errors_ = nullptr;
+    QCheckBox* ask_reload_ = nullptr;
+    QSpinBox* undo_steps_ = nullptr;
     QLineEdit* dictionary_ = nullptr;
     // Software / Auto TYP
     QLineEdit* auto_load_ = nullptr;

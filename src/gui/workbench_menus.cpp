@@ -129,7 +129,7 @@ void WorkbenchMenus::extra_draworders() {
     if (items.empty()) return;
     RedundDialog d(0, items, &w_);
     if (exec_dialog(d) != QDialog::Accepted) return;
-    if (workbench::remove_entries(w_.store(), w_.prompt(), w_.messages(), d.ticked())) changed();
+    if (workbench::remove_entries(w_.store(), w_.prompt(), w_.messages(), d.ticked(), &w_.session().history())) changed();
 }
 
 void WorkbenchMenus::delete_entries() {
@@ -138,14 +138,14 @@ void WorkbenchMenus::delete_entries() {
     if (items.empty()) return;
     RedundDialog d(1, items, &w_);
     if (exec_dialog(d) != QDialog::Accepted) return;
-    if (workbench::remove_entries(w_.store(), w_.prompt(), w_.messages(), d.ticked())) changed();
+    if (workbench::remove_entries(w_.store(), w_.prompt(), w_.messages(), d.ticked(), &w_.session().history())) changed();
 }
 
 void WorkbenchMenus::add_separate(int32_t edit_entry) {
     model::Store& s = w_.store();
     bool done = false;
     EdpolDialog d(workbench::level_limit(s), [&](const workbench::EdpolRequest& r) {
-        done = workbench::edpol(s, w_.prompt(), w_.messages(), r);
+        done = workbench::edpol(s, w_.prompt(), w_.messages(), r, &w_.session().history());
         return done;
     }, &w_);
     if (edit_entry >= 0) {
@@ -159,7 +159,7 @@ void WorkbenchMenus::add_separate(int32_t edit_entry) {
 
 void WorkbenchMenus::set_level(int level) {
     const auto targets = workbench::get_mdrw(w_.browser(), w_.store());
-    if (workbench::mlev(w_.store(), w_.prompt(), w_.messages(), w_.browser().cls(), targets, level)) changed();
+    if (workbench::mlev(w_.store(), w_.prompt(), w_.messages(), w_.browser().cls(), targets, level, &w_.session().history())) changed();
 }
 
 void WorkbenchMenus::insert_lower_layer(int cell) {
@@ -167,11 +167,11 @@ void WorkbenchMenus::insert_lower_layer(int cell) {
     if (cell < 0 || static_cast<size_t>(cell) >= b.layers().cells.size()) return;
     const int layer = b.layers().cells[static_cast<size_t>(cell)].level;
     const auto targets = workbench::get_mdrw(b, w_.store());
-    if (workbench::insert_lower_layer(w_.store(), w_.prompt(), w_.messages(), layer, targets)) changed();
+    if (workbench::insert_lower_layer(w_.store(), w_.prompt(), w_.messages(), layer, targets, &w_.session().history())) changed();
 }
 
 void WorkbenchMenus::check_duplicates() {
-    if (workbench::check_duplicates(w_.store(), w_.prompt())) changed();
+    if (workbench::check_duplicates(w_.store(), w_.prompt(), &w_.session().history())) changed();
 }
 
 void WorkbenchMenus::give_selected() {
@@ -180,7 +180,7 @@ void WorkbenchMenus::give_selected() {
     if (!workbench::drawsel_allowed(w_.prompt(), w_.messages(), cls, targets)) return;
     DrawselDialog d(workbench::level_limit(w_.store()), &w_);
     if (exec_dialog(d) != QDialog::Accepted) return;
-    if (workbench::drawsel(w_.store(), w_.prompt(), w_.messages(), cls, targets, d.mode(), d.start())) changed();
+    if (workbench::drawsel(w_.store(), w_.prompt(), w_.messages(), cls, targets, d.mode(), d.start(), &w_.session().history())) changed();
 }
 
 // ---- Fonts ------------------------------------------------------------------
@@ -200,13 +200,21 @@ void WorkbenchMenus::font_dialog(int mode) {
     start.points = table == model::k_points;
     start.select_all = mode == integration::k_fonts_classes || (mode == integration::k_fonts_colours && rows.empty());
     bool ran = false;
+    // Each OK is one step: the selection's class, or every class.
+    const char* step = mode == integration::k_fonts_selection ? "Edit Fonts of Selected Elements"
+                       : mode == integration::k_fonts_colours ? "Font Colours"
+                                                              : "Font Conversion";
+    const workbench::Scope scope = mode == integration::k_fonts_selection ? workbench::Scope::whole_class(cls)
+                                                                          : workbench::Scope::whole_project();
     FontDialog d(mode, start, [&](const integration::FontRequest& r) {
-        ran = integration::fontconv(s, w_.prompt(), w_.messages(), r, cls, rows);
+        const bool now = w_.session().history().record(
+            step, scope, [&] { return integration::fontconv(s, w_.prompt(), w_.messages(), r, cls, rows); });
+        ran = ran || now;
         if (mode == integration::k_fonts_colours) {
             st.font_day_colour = r.day;
             st.font_night_colour = r.night;
         }
-        return ran;
+        return now;
     }, &w_);
     exec_dialog(d);
     // Fonts change label heights: the grid is built again.
@@ -238,7 +246,10 @@ void WorkbenchMenus::add_string() {
         integration::mads(std::string(utf8.constData(), static_cast<size_t>(utf8.size())), bytes(cur.selectionStart()),
                           bytes(cur.selectionEnd()), w_.store().opt.langid);
     const QString text = QString::fromUtf8(in.text.data(), static_cast<qsizetype>(in.text.size()));
-    panel->setPlainText(text);
+    // Written as an edit, not a new text, so that Ctrl+Z in the panel takes
+    // it back like typing; Apply makes it a step of the project's history.
+    cur.select(QTextCursor::Document);
+    cur.insertText(text);
     cur = panel->textCursor();
     cur.setPosition(static_cast<int>(QString::fromUtf8(in.text.data(), static_cast<qsizetype>(in.caret)).size()));
     panel->setTextCursor(cur);

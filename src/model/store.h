@@ -14,6 +14,8 @@
 
 namespace korvex::model {
 
+class RowWatch;
+
 // Point pictures switch from one to two symbol characters a pixel here.
 constexpr int cpp_limit = 32;
 
@@ -41,6 +43,9 @@ struct Settings {
     // rows with a comma; their rows are repaired on load. Empty: off.
     std::string comma_rows_marker;
     std::string version = KORVEX_VERSION;
+    // Ask "Reload TYP file to undo changes." / "Continue?" before a change
+    // the history could undo too; off answers them Yes unasked.
+    bool ask_reload_undo = true;
 };
 
 // Which bytes a code page leaves undefined (bytes below 32 always are), for
@@ -123,6 +128,10 @@ struct Store {
 
     WalkState walk;
     Settings opt;
+
+    // Set while the project's history records a change (row_watch.h); the
+    // row operations report to it.
+    RowWatch* row_watch = nullptr;
 
     // Lines of loadrep already noted, so that note_once stays linear on a
     // file that reports every record. Rebuilt when loadrep was changed

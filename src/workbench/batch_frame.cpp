@@ -51,7 +51,8 @@ bool batch_selection(const model::Store& s, const Browser& b, platform::Prompt& 
     return true;
 }
 
-bool confirm_no_undo(platform::Prompt& ui, const integration::Messages& m) {
+bool confirm_no_undo(const model::Store& s, platform::Prompt& ui, const integration::Messages& m) {
+    if (!s.opt.ask_reload_undo) return true;
     ui.message(m.get_msg(m_reload_to_undo));
     return ui.yes_no_cancel(m.get_msg(m_continue)) == platform::Answer::yes;
 }
@@ -59,7 +60,7 @@ bool confirm_no_undo(platform::Prompt& ui, const integration::Messages& m) {
 bool batch_start(const model::Store& s, const Browser& b, platform::Prompt& ui, const integration::Messages& m,
                  bool all, std::vector<int32_t>& rows) {
     if (!batch_selection(s, b, ui, m, all, rows)) return false;
-    if (confirm_no_undo(ui, m)) return true;
+    if (confirm_no_undo(s, ui, m)) return true;
     rows.clear();
     return false;
 }

@@ -44,8 +44,9 @@ bool batch_selection(const model::Store& s, const Browser& b, platform::Prompt& 
                      bool all, std::vector<int32_t>& rows);
 
 // "Reload TYP file to undo changes.", then "Continue?" with Yes, No, Cancel:
-// anything but Yes stops the tool.
-bool confirm_no_undo(platform::Prompt& ui, const integration::Messages& m);
+// anything but Yes stops the tool. A user who relies on Edit > Undo may turn
+// the questions off (s.opt.ask_reload_undo): then it goes on unasked.
+bool confirm_no_undo(const model::Store& s, platform::Prompt& ui, const integration::Messages& m);
 
 // batch_selection, then confirm_no_undo: the start of a tool that changes
 // the points it is given.

@@ -10,6 +10,7 @@
 #include "workbench/clip_form.h"
 #include "workbench/draworder_entries.h"
 #include "workbench/element_ops.h"
+#include "workbench/step_names.h"
 #include "workbench/element_rows.h"
 #include "workbench/message_ids.h"
 #include "workbench/sort_rows.h"
@@ -91,13 +92,14 @@ int32_t ElementOps::mpaste() {
 }
 int32_t ElementOps::mpaste1() { return mpaste(); }
 int32_t ElementOps::mpaste2() { return mpaste(); }
-int32_t ElementOps::mpaste3() { return paste_clip(clip_.text(), false); }
-int32_t ElementOps::mpasteu8() { return paste_clip(clip_.unicode_text(), true); }
+int32_t ElementOps::mpaste3() { return paste_clip(clip_.text(), false, "Paste Plain Text"); }
+int32_t ElementOps::mpasteu8() { return paste_clip(clip_.unicode_text(), true, "Paste UTF-8"); }
 
 int32_t ElementOps::paste_text(const std::string& text, bool utf8) { return paste_clip(text, utf8); }
 
-int32_t ElementOps::paste_clip(const std::string& raw, bool utf8) {
+int32_t ElementOps::paste_clip(const std::string& raw, bool utf8, const char* verb) {
     if (blocked()) return -1;
+    auto step = open_step(history_, verb, Scope::rows_of(s_.curclass, {}));
     const int cls = s_.curclass;
     const std::string text = text::with_crlf(raw);
     const Clip clip = read_clip(text);
@@ -131,6 +133,7 @@ int32_t ElementOps::paste_clip(const std::string& raw, bool utf8) {
     bool standing_read = false;
     std::string not_replaced;
     int32_t last = -1;
+    int64_t pasted = 0;
     for (const ClipSection& c : clip.sections) {
         // The readers of a project read as UTF-8 take UTF-8 labels.
         std::string section = utf8 ? text::strings_to_pages(s_, c.section)
@@ -173,7 +176,11 @@ int32_t ElementOps::paste_clip(const std::string& raw, bool utf8) {
             }
         }
         last = row;
+        ++pasted;
     }
+    // Create Copy and Paste Activity keep their own names.
+    if (step && std::string(verb).rfind("Paste", 0) == 0 && std::string(verb) != "Paste Activity")
+        step->rename(step_name(verb, pasted, cls));
     add_draworders(s_, levels);
     if (!not_replaced.empty()) ui_.message(msg(m_not_replaced) + "\r\n" + not_replaced);
     if (last < 0) return -1;
@@ -202,7 +209,7 @@ int32_t ElementOps::paste_act(int32_t row) {
                    ? "Activity=" + activity_name(code) + "\r\n"
                    : piece;
     }
-    return paste_clip(out, utf8);
+    return paste_clip(out, utf8, "Paste Activity");
 }
 
 int32_t ElementOps::mcreatecopy(int32_t row, int subtype) {
@@ -234,7 +241,7 @@ int32_t ElementOps::mcreatecopy(int32_t row, int subtype) {
     std::string text = "krv" + std::to_string(cls) + "\r\n";
     if (cls == model::k_polygons && !c.levels.empty()) text += drw_entry(type_code(digits), c.levels) + "\r\n";
     text += replacetype(c.section, digits);
-    return paste_clip(text, false);  // the labels are the project's own bytes
+    return paste_clip(text, false, "Create Copy");  // the labels are the project's own bytes
 }
 
 }  // namespace korvex::workbench

@@ -130,7 +130,7 @@ int conv_32(model::Store& s, const Browser& b, platform::Prompt& ui, const integ
     }
     std::vector<int32_t> rows;
     if (!batch_selection(s, b, ui, m, r.all, rows)) return 0;
-    if (!confirm_no_undo(ui, m)) return 0;
+    if (!confirm_no_undo(s, ui, m)) return 0;
     int count = 0;
     for (size_t k = 0; k < rows.size(); ++k) {
         PointPicture p = read_point_picture(s, rows[k]);

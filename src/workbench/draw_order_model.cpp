@@ -4,6 +4,7 @@
 #include <unordered_map>
 #include <unordered_set>
 
+#include "model/row_watch.h"
 #include "typ/curf_access.h"
 
 namespace korvex::workbench {
@@ -112,6 +113,7 @@ void refresh_levels(model::Store& s) {
         }
         std::string& cell = s.pg_drw[static_cast<size_t>(n)];
         if (cell == drw) continue;
+        model::note_changing(s, model::k_polygons, n);
         cell = std::move(drw);
         if (static_cast<size_t>(n) < s.pg_txt.size())
             patch_comment(s.pg_txt[static_cast<size_t>(n)], it == map.end() ? std::string() : std::to_string(it->second.front()));

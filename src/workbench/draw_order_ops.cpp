@@ -113,7 +113,8 @@ bool can_show_draworders(const model::Store& s, platform::Prompt& ui, const inte
 }
 
 bool mlev(model::Store& s, platform::Prompt& ui, const integration::Messages& m, int curclass,
-          const std::vector<LevelTarget>& targets, int level) {
+          const std::vector<LevelTarget>& targets, int level, History* history) {
+    const auto step = open_step(history, "Draw Order", Scope::draw_order());
     if (s.pg_n <= 0) {
         ui.message(m.get_msg(m_no_data));
         return false;
@@ -127,7 +128,8 @@ bool mlev(model::Store& s, platform::Prompt& ui, const integration::Messages& m,
 }
 
 bool insert_lower_layer(model::Store& s, platform::Prompt& ui, const integration::Messages& m, int layer,
-                        const std::vector<LevelTarget>& targets) {
+                        const std::vector<LevelTarget>& targets, History* history) {
+    const auto step = open_step(history, "Insert Lower Layer", Scope::draw_order());
     if (layer <= 0) {
         ui.message("Layer must be > 0 ");
         return false;
@@ -154,7 +156,8 @@ bool drawsel_allowed(platform::Prompt& ui, const integration::Messages& m, int c
 }
 
 bool drawsel(model::Store& s, platform::Prompt& ui, const integration::Messages& m, int curclass,
-             const std::vector<LevelTarget>& targets, DrawselMode mode, int start) {
+             const std::vector<LevelTarget>& targets, DrawselMode mode, int start, History* history) {
+    const auto step = open_step(history, "Draw Order", Scope::draw_order());
     if (!drawsel_allowed(ui, m, curclass, targets)) return false;
     if (mode == DrawselMode::none || start < 1) {
         ui.message(m.get_msg(m_please_select) + "No draworder. ");
@@ -178,7 +181,8 @@ bool drawsel(model::Store& s, platform::Prompt& ui, const integration::Messages&
     return true;
 }
 
-bool edpol(model::Store& s, platform::Prompt& ui, const integration::Messages& m, const EdpolRequest& r) {
+bool edpol(model::Store& s, platform::Prompt& ui, const integration::Messages& m, const EdpolRequest& r, History* history) {
+    const auto step = open_step(history, r.edit_entry >= 0 ? "Edit Draw Order" : "Add Draw Order", Scope::draw_order());
     const std::string level_text = trimmed(r.level);
     if (!is_digits(level_text)) {
         ui.message(m.get_msg(m_invalid_draworder));
@@ -303,7 +307,8 @@ std::vector<RedundantItem> redund(const model::Store& s, platform::Prompt& ui, c
 }
 
 bool remove_entries(model::Store& s, platform::Prompt& ui, const integration::Messages& m,
-                    const std::vector<int32_t>& ticked) {
+                    const std::vector<int32_t>& ticked, History* history) {
+    const auto step = open_step(history, "Remove Draw Orders", Scope::draw_order());
     std::vector<DrawToken> entries = view_entries(s);
     int removed = 0;
     for (int32_t k : ticked) {
@@ -319,7 +324,8 @@ bool remove_entries(model::Store& s, platform::Prompt& ui, const integration::Me
     return true;
 }
 
-bool check_duplicates(model::Store& s, platform::Prompt& ui) {
+bool check_duplicates(model::Store& s, platform::Prompt& ui, History* history) {
+    const auto step = open_step(history, "Remove Draw Order Duplicates", Scope::draw_order());
     if (typ::find_duplicates(s, ui, false).empty()) return false;
     refresh_levels(s);
     return true;

@@ -12,6 +12,7 @@
 #include "model/store.h"
 #include "platform/prompt.h"
 #include "workbench/browser.h"
+#include "workbench/history.h"
 
 namespace korvex::workbench {
 
@@ -39,13 +40,13 @@ bool can_show_draworders(const model::Store& s, platform::Prompt& ui, const inte
 // without polygons; nothing selected or another class in view does nothing.
 // True when something changed.
 bool mlev(model::Store& s, platform::Prompt& ui, const integration::Messages& m, int curclass,
-          const std::vector<LevelTarget>& targets, int level);
+          const std::vector<LevelTarget>& targets, int level, History* history = nullptr);
 
 // mdrawl(0), Insert Lower Layer below the layer of the clicked cell: every
 // entry of that level or higher rises by one, and the targets take the
 // freed level. "Layer must be > 0 " for the no-level group.
 bool insert_lower_layer(model::Store& s, platform::Prompt& ui, const integration::Messages& m, int layer,
-                        const std::vector<LevelTarget>& targets);
+                        const std::vector<LevelTarget>& targets, History* history = nullptr);
 
 // The two options of "Draworders for Selected Polygons".
 enum class DrawselMode { none, each, same };
@@ -57,7 +58,7 @@ bool drawsel_allowed(platform::Prompt& ui, const integration::Messages& m, int c
 // drawsel: with each, the level rises by one from start for each target in
 // turn; with same, all take start. Each target's type ends with that one level.
 bool drawsel(model::Store& s, platform::Prompt& ui, const integration::Messages& m, int curclass,
-             const std::vector<LevelTarget>& targets, DrawselMode mode, int start);
+             const std::vector<LevelTarget>& targets, DrawselMode mode, int start, History* history = nullptr);
 
 // Add Separate Draworder (edpol): the dialog's fields as typed.
 struct EdpolRequest {
@@ -67,7 +68,7 @@ struct EdpolRequest {
     bool allow_duplicate = false;   // a type that has a level gets another
     int32_t edit_entry = -1;        // the view_entries() index being edited, -1 for a new entry
 };
-bool edpol(model::Store& s, platform::Prompt& ui, const integration::Messages& m, const EdpolRequest& r);
+bool edpol(model::Store& s, platform::Prompt& ui, const integration::Messages& m, const EdpolRequest& r, History* history = nullptr);
 
 // One line of the redundant dialog.
 struct RedundantItem {
@@ -85,10 +86,10 @@ std::vector<RedundantItem> redund(const model::Store& s, platform::Prompt& ui, c
 // OK of the dialog: the ticked entries leave the draw order. "Not Found."
 // when none is ticked.
 bool remove_entries(model::Store& s, platform::Prompt& ui, const integration::Messages& m,
-                    const std::vector<int32_t>& entries);
+                    const std::vector<int32_t>& entries, History* history = nullptr);
 
 // find_duplicates from the menu: reports, removes later entries of a type
 // that an earlier one has, and renews the polygons' levels.
-bool check_duplicates(model::Store& s, platform::Prompt& ui);
+bool check_duplicates(model::Store& s, platform::Prompt& ui, History* history = nullptr);
 
 }  // namespace korvex::workbench

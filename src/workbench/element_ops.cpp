@@ -11,6 +11,7 @@
 #include "workbench/message_ids.h"
 #include "workbench/row_ops.h"
 #include "workbench/sort_rows.h"
+#include "workbench/step_names.h"
 #include "workbench/type_key.h"
 
 namespace korvex::workbench {
@@ -122,10 +123,14 @@ bool ElementOps::mdelete(const std::vector<int32_t>& rows) {
     if (blocked()) return false;
     const int cls = s_.curclass;
     if (cls < 0 || cls >= 5 || end_row(s_, cls) - first_row(s_, cls) < 1 || rows.empty()) return false;
-    if (ui_.yes_no_cancel(msg(m_reload_to_undo) + "\r\n\r\n" + msg(m_continue)) != platform::Answer::yes) return false;
+    if (s_.opt.ask_reload_undo &&
+        ui_.yes_no_cancel(msg(m_reload_to_undo) + "\r\n\r\n" + msg(m_continue)) != platform::Answer::yes)
+        return false;
     const int32_t first = *std::min_element(rows.begin(), rows.end());
+    auto step = open_step(history_, "Delete", Scope::rows_of(cls, {}));
     const std::vector<std::string> types = remove_elements(s_, cls, rows);
     if (types.empty()) return false;
+    if (step) step->rename(step_name("Delete", static_cast<int64_t>(types.size()), cls));
     for (const std::string& t : types) host_.log_line(table_of(cls), "deleting:" + t);
     // The element behind the first one deleted takes its place.
     const int32_t end = end_row(s_, cls);
@@ -133,10 +138,20 @@ bool ElementOps::mdelete(const std::vector<int32_t>& rows) {
     return true;
 }
 
+bool ElementOps::cut(const std::vector<int32_t>& rows) {
+    const int cls = s_.curclass;
+    auto step = open_step(history_, "Cut", Scope::rows_of(cls, {}));
+    const int32_t before = end_row(s_, cls) - first_row(s_, cls);
+    if (!mcopy(rows) || !mdelete(rows)) return false;
+    if (step) step->rename(step_name("Cut", before - (end_row(s_, cls) - first_row(s_, cls)), cls));
+    return true;
+}
+
 int32_t ElementOps::renumbered(int cls, int32_t row, int32_t old_code) {
     if (row < first_row(s_, cls) || row >= end_row(s_, cls)) return row;
     const int32_t code = row_type_code(s_, cls, row);
     if (code == old_code) return row;
+    const auto step = open_step(history_, "Renumber", Scope::row_of(cls, row));
     if (cls == model::k_polygons) {
         // Every layer of the old type goes over to the new one.
         const auto r = static_cast<size_t>(row);

@@ -18,6 +18,7 @@
 #include "platform/clipboard.h"
 #include "platform/file_dialog.h"
 #include "platform/prompt.h"
+#include "workbench/history.h"
 #include "workbench/settings_file.h"
 
 namespace korvex::workbench {
@@ -122,6 +123,8 @@ public:
     // mdelete: asks, then removes rows (the current one when rows holds
     // one). False when nothing was deleted.
     bool mdelete(const std::vector<int32_t>& rows);
+    // Cut: mcopy, then mdelete, as one step.
+    bool cut(const std::vector<int32_t>& rows);
     // The type of row changed from old_code (an apply of the code panel): a
     // polygon keeps its layer under the new type, the row moves to its place.
     // Returns its new row.
@@ -141,6 +144,9 @@ public:
     // The standing draw-order level of new polygons.
     int standing_level() const { return standing_level_; }
 
+    // Every change becomes a step of history (none: not recorded).
+    void set_history(History* history) { history_ = history; }
+
 private:
     bool blocked() const;
     std::string msg(int n) const { return msgs_.get_msg(n); }
@@ -149,7 +155,7 @@ private:
     int32_t new_line(int cls);
     int32_t new_point();
     int32_t new_extra_point();
-    int32_t paste_clip(const std::string& text, bool utf8);
+    int32_t paste_clip(const std::string& text, bool utf8, const char* verb = "Paste");
     bool mark_not_in_style(int cls, const std::string& list);
     std::string as_project(const std::string& section) const;
 
@@ -161,6 +167,7 @@ private:
     ElementDialogs& dialogs_;
     OpsHost& host_;
     int standing_level_ = 1;
+    History* history_ = nullptr;
 };
 
 }  // namespace korvex::workbench

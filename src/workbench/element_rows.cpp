@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <unordered_set>
 
+#include "model/row_watch.h"
 #include "text/point_reader.h"
 #include "text/polygon_line_reader.h"
 #include "typ/curf_access.h"
@@ -64,6 +65,7 @@ std::string section_activity(const std::string& section) {
 
 void parse_into(model::Store& s, platform::Prompt& ui, int cls, int32_t row, const std::string& section) {
     const int table = table_of(cls);
+    model::note_changing(s, table, row);
     forget_night(s, table, row);
     // The line reader gives an active line its default activity from the class on show.
     const int shown = s.curclass;

@@ -142,7 +142,9 @@ bool check_lines_flow(model::Store& s, platform::Prompt& ui, const std::string& 
     }
     show_report(ui, data_folder, "system/bin/linecheck.txt", "Check Lines for Non-Bitmap Conversion", report);
     // The conversion has no undo but a reload, as every destructive tool.
-    if (ui.yes_no_cancel("Reload TYP file to undo changes.\r\n\r\nContinue?") != platform::Answer::yes) return false;
+    if (s.opt.ask_reload_undo &&
+        ui.yes_no_cancel("Reload TYP file to undo changes.\r\n\r\nContinue?") != platform::Answer::yes)
+        return false;
     bool changed = false;
     for (const int32_t r : convertible_lines(s)) changed = convert_to_non_bitmap(s, r) || changed;
     if (changed) s.dirty = true;

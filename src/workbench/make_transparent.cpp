@@ -91,7 +91,7 @@ int make_transp(model::Store& s, const Browser& b, platform::Prompt& ui, const i
         batch_selection(s, b, ui, m, all, none);  // says "No data."
         return 0;
     }
-    if (!confirm_no_undo(ui, m)) return 0;
+    if (!confirm_no_undo(s, ui, m)) return 0;
     std::vector<int32_t> rows;
     if (!batch_selection(s, b, ui, m, all, rows)) return 0;
     int count = 0;

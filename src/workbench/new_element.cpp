@@ -6,6 +6,7 @@
 #include "typ/curf_access.h"
 #include "workbench/draworder_entries.h"
 #include "workbench/element_ops.h"
+#include "workbench/step_names.h"
 #include "workbench/element_rows.h"
 #include "workbench/message_ids.h"
 #include "workbench/new_sections.h"
@@ -31,6 +32,7 @@ std::string ElementOps::as_project(const std::string& section) const { return te
 
 int32_t ElementOps::new_element(int cls) {
     if (blocked() || cls < 0 || cls > model::k_extra_points) return -1;
+    const auto step = open_step(history_, step_name("New", 1, cls), Scope::rows_of(cls, {}));
     host_.show_class(cls);
     s_.curclass = cls;
     switch (cls) {
@@ -116,6 +118,7 @@ int32_t ElementOps::new_line(int cls) {
 
 bool ElementOps::default_activities() {
     if (blocked()) return false;
+    const auto step = open_step(history_, "Default Activities", Scope::rows_of(model::k_active_lines, {}));
     if (s_.hdr_len < k_active_header) {
         s_.hdr_len = k_active_header;
         s_.hdr_caption = " AE";

@@ -107,7 +107,7 @@ bool edpal(model::Store& s, const Browser& b, platform::Prompt& ui, const integr
     }
     std::vector<int32_t> rows;
     if (!batch_selection(s, b, ui, m, r.all, rows)) return false;
-    if (!confirm_no_undo(ui, m)) return false;
+    if (!confirm_no_undo(s, ui, m)) return false;
 
     const model::NearestColour nearest(*palette);
     const bool points = b.cls() == model::k_points;

@@ -73,6 +73,8 @@ Preferences pref_from(const AppSettings& st) {
     p.unused_colour_check = st.unused_colour_check != 0;
     p.dblclick_edit_text = st.dblclick_edit_text != 0;
     p.show_errors = st.show_errors != 0;
+    p.ask_reload_undo = st.ask_reload_undo;
+    p.history_limit = st.history_limit;
     p.create_copy_topo = st.create_copy_topo != 0;
     p.remember_window = st.remember_window;
     p.show_not_in_style = st.show_not_in_style != 0;
@@ -175,6 +177,9 @@ PrefOutcome pref_apply(Preferences& p, AppSettings& st, platform::Prompt& ui) {
     st.unused_colour_check = p.unused_colour_check;
     st.dblclick_edit_text = p.dblclick_edit_text;
     st.show_errors = p.show_errors;
+    st.ask_reload_undo = p.ask_reload_undo;
+    st.history_limit = std::clamp(p.history_limit, 1, k_undo_steps_max);
+    p.history_limit = st.history_limit;
     st.create_copy_topo = p.create_copy_topo;
     st.remember_window = p.remember_window;
     st.show_not_in_style = p.show_not_in_style;

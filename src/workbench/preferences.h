@@ -63,6 +63,8 @@ struct Preferences {
     bool create_copy_topo = false;
     bool remember_window = true;
     bool show_not_in_style = false;
+    bool ask_reload_undo = true;       // "Ask before changes that only Reload undoes"
+    int history_limit = k_undo_steps_default;  // "Undo steps kept"
 
     // "Software / Auto TYP"
     std::string auto_load_path;

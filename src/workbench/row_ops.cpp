@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "model/row_watch.h"
+
 namespace korvex::workbench {
 
 int table_of(int cls) {
@@ -44,6 +46,7 @@ void ensure_rows(model::Store& s, int table, int32_t rows) {
 void Swap(model::Store& s, int cls, int32_t a, int32_t b) {
     if (a == b || a < 0 || b < 0) return;
     const int table = table_of(cls);
+    if (s.row_watch) s.row_watch->swapped(table, a, b);
     ensure_rows(s, table, std::max(a, b) + 1);
     for_each_column(s, table, [&](auto& col) {
         using std::swap;
@@ -54,6 +57,7 @@ void Swap(model::Store& s, int cls, int32_t a, int32_t b) {
 void permute_rows(model::Store& s, int cls, int32_t first, const std::vector<int32_t>& order) {
     if (order.empty()) return;
     const int table = table_of(cls);
+    if (s.row_watch) s.row_watch->permuted(table, first, order);
     ensure_rows(s, table, first + static_cast<int32_t>(order.size()));
     for_each_column(s, table, [&](auto& col) {
         using Col = std::remove_reference_t<decltype(col)>;
@@ -66,6 +70,7 @@ void permute_rows(model::Store& s, int cls, int32_t first, const std::vector<int
 
 void insert_row(model::Store& s, int cls, int32_t at) {
     const int table = table_of(cls);
+    if (s.row_watch) s.row_watch->inserted(table, at);
     ensure_rows(s, table, table_rows(s, table));
     for_each_column(s, table, [&](auto& col) {
         const size_t pos = std::min(col.size(), static_cast<size_t>(std::max(0, at)));
@@ -76,6 +81,7 @@ void insert_row(model::Store& s, int cls, int32_t at) {
 void erase_rows(model::Store& s, int cls, const std::vector<int32_t>& rows) {
     if (rows.empty()) return;
     const int table = table_of(cls);
+    if (s.row_watch) s.row_watch->erasing(table, rows);
     for_each_column(s, table, [&](auto& col) {
         size_t write = static_cast<size_t>(std::max(0, rows.front()));
         size_t next = 0;

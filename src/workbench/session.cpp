@@ -25,7 +25,9 @@
 #include "workbench/message_ids.h"
 #include "workbench/panel_notes.h"
 #include "workbench/pending.h"
+#include "workbench/step_names.h"
 #include "workbench/theme.h"
+#include "workbench/type_key.h"
 #include "workbench/unused_colours.h"
 
 namespace korvex::workbench {
@@ -105,7 +107,8 @@ Session::Session(model::Store& s, AppSettings& settings, const integration::Mess
       launcher_(launcher),
       clock_(clock),
       data_folder_(std::move(data_folder)),
-      view_(view) {}
+      view_(view),
+      history_(s, static_cast<size_t>(std::max(1, settings.history_limit))) {}
 
 // ---- start-up -------------------------------------------------------------
 
@@ -151,6 +154,7 @@ bool Session::open_path(const std::string& path) {
 // ---- new and load ---------------------------------------------------------
 
 void Session::newproject() {
+    history_.clear();
     model::newproject(s_);
     s_.curel = 0;
     set_text_pending(false);
@@ -364,7 +368,11 @@ bool Session::open_held_typ(std::unique_ptr<TypHolder> holder, std::string bytes
 bool Session::open_theme(const std::string& path) {
     std::vector<std::string> tables = {(std::filesystem::path(data_folder_) / "tdat").string()};
     tables.insert(tables.end(), theme_tables_.begin(), theme_tables_.end());
-    if (!loadtheme(s_, ui_, path, tables, data_folder_)) return false;
+    // The theme merges into the project (its points may stay): one step
+    // takes the project back to what it was before.
+    if (!history_.record("Load Theme " + std::filesystem::path(path).filename().string(), Scope::whole_project(),
+                         [&] { return loadtheme(s_, ui_, path, tables, data_folder_); }))
+        return false;
     s_.curel = 0;
     set_text_pending(false);
     view_.fill_code_panel("");
@@ -469,6 +477,7 @@ bool Session::save_typ_to(const std::string& path) {
     if (save_guard_ && platform::file_exists(path) && !save_guard_(path)) return false;
     if (!typ::SaveFile(s_, ui_, path, *fs_)) return false;
     save_as_forced_ = false;
+    history_.mark_saved();
     set_dirty(false);
     return true;
 }
@@ -491,6 +500,7 @@ bool Session::save_into_holder() {
         view_.rebuild_grid();
     }
     save_as_forced_ = false;
+    history_.mark_saved();
     set_dirty(false);
     ui_.message("File: \r\n" + holder_->label() + "\r\n saved.");
     return true;
@@ -593,6 +603,7 @@ bool Session::save_text(int entry) {
     s_.curfile = path;
     holder_.reset();
     text_utf8_ = entry == k_save_text_utf8;
+    history_.mark_saved();
     set_dirty(false);
     return true;
 }
@@ -700,12 +711,14 @@ bool Session::apply_code_panel(const std::string& panel, bool night) {
     if (cls == model::k_active_lines) row += s_.ln_n;
     if (cls == model::k_extra_points) row += s_.pt_n;
     const bool was_dirty = s_.dirty;
+    auto step = history_.open("Apply", Scope::row_of(cls, row));
     const text::PanelApply r = text::parsetext(s_, ui_, panel_to_store(s_, text::with_crlf(without_panel_notes(panel))), cls, row, night);
     if (!r.caption.empty()) view_.set_status(r.caption);
     if (!r.ok) {
         s_.dirty = was_dirty;
         return false;
     }
+    step.rename(step_name_of_code("Apply", row_type_code(s_, cls, row)));
     set_text_pending(false);
     view_.update_cell(cls, s_.curel);
     set_dirty(true);
@@ -720,7 +733,7 @@ bool Session::change_codepage(int codepage) {
     const bool crosses_utf8 = codepage == 65001 || old == 65001;
     const bool any_element = s_.pg_n + s_.ln_n + s_.pt_n + s_.ln_nact + s_.pt_nx > 0;
     if (!crosses_utf8 || !any_element) {
-        s_.codepage = codepage;
+        history_.record("Code Page", Scope::state_only(), [&] { s_.codepage = codepage; });
         codepage_utf8_ = codepage == 65001;
         view_.set_status("Text Codepage " + std::to_string(codepage));
         return true;
@@ -749,6 +762,36 @@ bool Session::change_codepage(int codepage) {
         return false;
     }
     return loadfile(name);
+}
+
+// ---- top fields and history ------------------------------------------------
+
+// Typing on in one field extends its step: one step a field's edit.
+void Session::set_fid(const std::string& fid) {
+    history_.record("FID", Scope::state_only(), [&] { s_.fid = fid; }, "fid");
+}
+
+void Session::set_pid(const std::string& pid) {
+    history_.record("PID", Scope::state_only(), [&] { s_.pid = pid; }, "pid");
+}
+
+void Session::set_header_length(const std::string& hex_digits) {
+    history_.record("Header Length", Scope::state_only(), [&] {
+        s_.hdr_len = static_cast<int32_t>(std::strtol(hex_digits.c_str(), nullptr, 16));
+        s_.hdr_caption = " " + hex_digits;
+    });
+}
+
+Follow Session::undo() { return history_step(history_.undo()); }
+Follow Session::redo() { return history_step(history_.redo()); }
+Follow Session::history_jump(size_t position) { return history_step(history_.jump(position)); }
+
+Follow Session::history_step(Follow f) {
+    if (!f.done) return f;
+    // Whatever the panel held belongs to the element as it was.
+    set_text_pending(false);
+    set_dirty(!history_.at_saved());
+    return f;
 }
 
 // ---- log ------------------------------------------------------------------

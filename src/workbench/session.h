@@ -18,6 +18,7 @@
 #include "platform/file_system.h"
 #include "platform/launcher.h"
 #include "platform/prompt.h"
+#include "workbench/history.h"
 #include "workbench/log.h"
 #include "workbench/recent.h"
 #include "workbench/save_checks.h"
@@ -218,6 +219,21 @@ public:
     // refused and the window is to show the old value again.
     bool change_codepage(int codepage);
 
+    // The top fields as typed: each is a step of the history; typing on in
+    // the same field extends its step.
+    void set_fid(const std::string& fid);
+    void set_pid(const std::string& pid);
+    // The header-length list: the length in hex digits as the list shows it.
+    void set_header_length(const std::string& hex_digits);
+
+    // The project's history. undo, redo and jump apply a step and set the
+    // dirty flag and caption from the saved-state marker; the window then
+    // follows the returned class and rows.
+    History& history() { return history_; }
+    Follow undo();
+    Follow redo();
+    Follow history_jump(size_t position);
+
     // The log, written only while the settings say so.
     void log_line(int cls, const std::string& text);
     void open_log();
@@ -264,6 +280,7 @@ public:
 
 private:
     bool dirty_prompt_goes_on();
+    Follow history_step(Follow f);
     bool ask_replace(const std::string& path);
     bool check_ids(bool with_codepage);
     bool save_typ_to(const std::string& path);
@@ -303,6 +320,7 @@ private:
     std::unique_ptr<TypHolder> holder_;
     std::vector<std::string> theme_tables_;
     std::function<bool(const std::string&)> save_guard_;
+    History history_;
 };
 
 }  // namespace korvex::workbench

@@ -281,6 +281,9 @@ AppSettings read_settings(std::string_view text, const AppSettings& base, const 
     int64_t panel = 0;
     if (in.integer(panel) && panel > k_panel_min) st.panel_width = panel;
     in.flag(st.show_garmin_types, false);
+    in.flag(st.ask_reload_undo, false);
+    if (in.integer(st.history_limit) && (st.history_limit < 1 || st.history_limit > k_undo_steps_max))
+        st.history_limit = k_undo_steps_default;
 
     // After the last line, whatever the length of the file.
     st.window_width = std::max(st.window_width, k_min_width);
@@ -399,6 +402,8 @@ std::string write_settings(const AppSettings& st) {
     out.str(st.last_text_path);
     out.integer(st.panel_width);
     out.flag(st.show_garmin_types);
+    out.flag(st.ask_reload_undo);
+    out.integer(st.history_limit);
     return out.text;
 }
 
@@ -451,6 +456,7 @@ void settings_to_store(const AppSettings& st, model::Store& s) {
     s.opt.show_garmin_types = st.show_garmin_types;
     s.opt.hdr_def = st.hdr_default;
     s.opt.strorder = st.lang_default != 0;
+    s.opt.ask_reload_undo = st.ask_reload_undo;
     int page = 0;
     const std::string_view cp = trim_view(st.codepage_text);
     const auto r = std::from_chars(cp.data(), cp.data() + cp.size(), page);

@@ -17,9 +17,12 @@
 
 namespace korvex::workbench {
 
-constexpr int k_settings_lines = 128;
+constexpr int k_settings_lines = 130;
 constexpr int k_recent_entries = 12;
 constexpr int64_t k_white = 0xFFFFFF;
+// The steps the history keeps, unless the user chose another number.
+constexpr int k_undo_steps_default = 200;
+constexpr int k_undo_steps_max = 10000;
 
 // The fields in file order; the comment gives the line.
 struct AppSettings {
@@ -116,6 +119,8 @@ struct AppSettings {
     std::string last_text_path;                         // 126
     int64_t panel_width = 0;                            // 127: taken above 500 only
     bool show_garmin_types = false;                     // 128
+    bool ask_reload_undo = true;                        // 129: "Ask before changes that only Reload undoes"
+    int history_limit = k_undo_steps_default;           // 130: "Undo steps kept", the most kept, 1 .. 10000
 };
 
 // The defaults with the paths that depend on the data folder d.

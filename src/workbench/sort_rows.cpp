@@ -5,6 +5,8 @@
 #include <numeric>
 #include <vector>
 
+#include "model/row_watch.h"
+
 #include "workbench/row_ops.h"
 #include "workbench/type_key.h"
 
@@ -25,6 +27,7 @@ int32_t key_of(const model::Store& s, int cls, int32_t row) {
 void move_row(model::Store& s, int cls, int32_t from, int32_t to) {
     if (from == to) return;
     const int table = table_of(cls);
+    if (s.row_watch) s.row_watch->rotated(table, from, to);
     for_each_column(s, table, [&](auto& col) {
         if (static_cast<size_t>(std::max(from, to)) >= col.size()) col.resize(static_cast<size_t>(std::max(from, to)) + 1);
         auto b = col.begin();

@@ -58,6 +58,10 @@ TEST(Preferences, ApplyWritesValuesAndReportsWhatTheWindowMustRedo) {
     p.show_garmin_types = true;
     p.auto_load_path = "/nowhere/auto.typ";
     p.auto_check_duplicates = false;
+    EXPECT_TRUE(p.ask_reload_undo);
+    EXPECT_EQ(p.history_limit, 200);
+    p.ask_reload_undo = false;
+    p.history_limit = 0;  // below the least: one step is kept
     platform::ScriptedPrompt ui;
     const PrefOutcome out = pref_apply(p, st, ui);
     EXPECT_TRUE(out.applied);
@@ -74,6 +78,9 @@ TEST(Preferences, ApplyWritesValuesAndReportsWhatTheWindowMustRedo) {
     EXPECT_EQ(st.auto_load_path, "");
     EXPECT_EQ(st.no_duplicate_check, 1);
     EXPECT_TRUE(st.show_garmin_types);
+    EXPECT_FALSE(st.ask_reload_undo);
+    EXPECT_EQ(st.history_limit, 1);
+    EXPECT_EQ(p.history_limit, 1);
     EXPECT_EQ(st.theme_editor_path, editor);
     EXPECT_EQ(testing::preferred(st.dictionary_path), testing::preferred("/d/dictionaries/EN.dic"));
     EXPECT_EQ(transparent_colour(st.magenta_transparency), 0xFF11FF);

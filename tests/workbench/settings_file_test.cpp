@@ -72,6 +72,13 @@ TEST(SettingsFile, LimitsOnLoad) {
     EXPECT_EQ(read_with(100, "29").editor_text_size, 10);
     EXPECT_EQ(read_with(101, " ").editor_text_font, "Courier");
     EXPECT_EQ(read_with(123, "11").max_canvas_poi, 64);
+    // The undo settings behind the numbered lines: off by 0, the steps from 1 to 10000.
+    EXPECT_FALSE(read_with(129, "0").ask_reload_undo);
+    EXPECT_TRUE(read_with(129, "2").ask_reload_undo);
+    EXPECT_EQ(read_with(130, "0").history_limit, 200);
+    EXPECT_EQ(read_with(130, "1").history_limit, 1);
+    EXPECT_EQ(read_with(130, "10000").history_limit, 10000);
+    EXPECT_EQ(read_with(130, "10001").history_limit, 200);
     EXPECT_EQ(read_with(18, "1e30").class_in_view, 2);  // unreadable numbers keep the default
 }
 
@@ -88,7 +95,7 @@ TEST(SettingsFile, WriteReadWriteIsIdenticalAndHiddenEntriesStayHidden) {
     st.extra_page_size = 0;
     const std::string text = write_settings(st);
     const auto lines = testing::lines_of(text);
-    ASSERT_EQ(lines.size(), 128u);
+    ASSERT_EQ(lines.size(), 130u);
     EXPECT_EQ(lines[2], " ");  // entry 1, hidden
     EXPECT_EQ(lines[22], "two  lines");
     EXPECT_EQ(lines[28], "WWW");
@@ -97,6 +104,8 @@ TEST(SettingsFile, WriteReadWriteIsIdenticalAndHiddenEntriesStayHidden) {
     EXPECT_EQ(lines[30], "12345.5");
     EXPECT_EQ(lines[64], "660");
     EXPECT_EQ(lines[127], "1");
+    EXPECT_EQ(lines[128], "1");    // asks before changes only a reload undoes
+    EXPECT_EQ(lines[129], "200");  // undo steps kept
 
     const AppSettings back = read_settings(text, default_settings("/other"));
     EXPECT_EQ(back.recent[0], "/maps/a.typ");
