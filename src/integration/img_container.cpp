@@ -5,6 +5,8 @@
 #include <filesystem>
 #include <system_error>
 
+#include "platform/native_path.h"
+
 namespace korvex::integration {
 
 namespace {
@@ -131,7 +133,7 @@ void read_typ_ids(ImgReader& in, const ImgContainer& c, ImgSubfile& f) {
 
 }  // namespace
 
-ImgReader::ImgReader(const std::string& path, uint8_t key) : in_(path, std::ios::binary), key_(key) {}
+ImgReader::ImgReader(const std::string& path, uint8_t key) : in_(platform::native_path(path), std::ios::binary), key_(key) {}
 
 bool ImgReader::read_at(uint64_t offset, size_t n, char* into) {
     in_.clear();
@@ -160,7 +162,7 @@ std::optional<ImgContainer> read_container(const std::string& path, std::string&
     ImgContainer c;
     c.path = path;
     std::error_code ec;
-    c.file_size = std::filesystem::file_size(path, ec);
+    c.file_size = std::filesystem::file_size(platform::native_path(path), ec);
     if (ec) {
         error = "Cannot read " + path + ": " + ec.message();
         return std::nullopt;
@@ -171,7 +173,7 @@ std::optional<ImgContainer> read_container(const std::string& path, std::string&
     }
     std::string head(img::k_sector, '\0');
     {
-        std::ifstream raw(path, std::ios::binary);
+        std::ifstream raw(platform::native_path(path), std::ios::binary);
         if (!raw.read(head.data(), img::k_sector)) {
             error = "Cannot read " + path;
             return std::nullopt;

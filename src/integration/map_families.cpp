@@ -5,6 +5,8 @@
 #include <fstream>
 #include <system_error>
 
+#include "platform/native_path.h"
+
 namespace korvex::integration {
 
 namespace fs = std::filesystem;
@@ -21,7 +23,7 @@ bool ends_ci(const std::string& s, std::string_view tail) {
 }
 
 std::string read_head(const std::string& path, size_t n) {
-    std::ifstream in(path, std::ios::binary);
+    std::ifstream in(platform::native_path(path), std::ios::binary);
     if (!in) return {};
     std::string out(n, '\0');
     in.read(out.data(), static_cast<std::streamsize>(n));
@@ -31,14 +33,14 @@ std::string read_head(const std::string& path, size_t n) {
 
 bool is_file(const std::string& path) {
     std::error_code ec;
-    return !path.empty() && fs::is_regular_file(path, ec);
+    return !path.empty() && fs::is_regular_file(platform::native_path(path), ec);
 }
 
 // Regular files of folder, sorted by name.
 std::vector<fs::path> files_of(const std::string& folder) {
     std::vector<fs::path> out;
     std::error_code ec;
-    for (fs::directory_iterator it(folder, ec), end; !ec && it != end; it.increment(ec))
+    for (fs::directory_iterator it(platform::native_path(folder), ec), end; !ec && it != end; it.increment(ec))
         if (it->is_regular_file(ec)) out.push_back(it->path());
     std::sort(out.begin(), out.end());
     return out;
@@ -46,7 +48,7 @@ std::vector<fs::path> files_of(const std::string& folder) {
 
 std::string first_with(const std::string& folder, std::string_view ext) {
     for (const auto& p : files_of(folder))
-        if (ends_ci(p.filename().string(), ext)) return p.string();
+        if (ends_ci(platform::utf8_path(p.filename()), ext)) return platform::utf8_path(p);
     return {};
 }
 
@@ -128,15 +130,15 @@ void read_maps_folder(const platform::MapPlatform& sys, FamilyList& list) {
     for (const std::string& root : sys.map_folders()) {
         std::vector<fs::path> maps;
         std::error_code ec;
-        for (fs::directory_iterator it(root, ec), end; !ec && it != end; it.increment(ec))
+        for (fs::directory_iterator it(platform::native_path(root), ec), end; !ec && it != end; it.increment(ec))
             if (it->is_directory(ec)) maps.push_back(it->path());
         std::sort(maps.begin(), maps.end());
         for (const fs::path& folder : maps) {
             Family f;
             f.source = k_maps_folder_source;
-            f.name = folder.filename().string();
+            f.name = platform::utf8_path(folder.filename());
             if (ends_ci(f.name, ".gmap")) f.name.resize(f.name.size() - 5);
-            f.folder = folder.string();
+            f.folder = platform::utf8_path(folder);
             const std::string xml_path = first_with(f.folder, ".xml");
             const MapXml xml = xml_path.empty() ? MapXml{} : get_xml(xml_path);
             std::string tdb = first_with(f.folder, ".tdb");
@@ -181,7 +183,7 @@ MapXml map_xml_text(std::string_view text) {
 }
 
 MapXml get_xml(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
+    std::ifstream in(platform::native_path(path), std::ios::binary);
     const std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
     return map_xml_text(text);
 }
@@ -228,10 +230,10 @@ FamilyList read_families(const platform::MapPlatform& sys) {
 std::string typ_in_folder(const std::string& folder) {
     std::string any;
     for (const auto& p : files_of(folder)) {
-        const std::string name = lower_text(p.filename().string());
+        const std::string name = lower_text(platform::utf8_path(p.filename()));
         if (!name.ends_with(".typ")) continue;
-        if (name.starts_with("i0")) return p.string();
-        if (any.empty()) any = p.string();
+        if (name.starts_with("i0")) return platform::utf8_path(p);
+        if (any.empty()) any = platform::utf8_path(p);
     }
     return any;
 }
@@ -254,7 +256,7 @@ std::vector<std::string> upload_tile_caches(const platform::MapPlatform& sys) {
     std::vector<std::string> found;
     for (const std::string& folder : tile_cache_folders(sys, "\\Garmin\\Mapource\\TileCache")) {
         std::error_code ec;
-        if (fs::is_directory(folder, ec)) found.push_back(folder);
+        if (fs::is_directory(platform::native_path(folder), ec)) found.push_back(folder);
     }
     return found;
 }

@@ -6,6 +6,7 @@
 #include <system_error>
 
 #include "platform/files.h"
+#include "platform/native_path.h"
 
 namespace korvex::integration {
 namespace {
@@ -250,20 +251,20 @@ std::vector<LanguageEntry> loadlanguages(const std::vector<std::string>& folders
         if (folder.empty()) continue;
         std::error_code ec;
         std::vector<fs::path> files;
-        for (fs::directory_iterator it(folder, ec), end; !ec && it != end; it.increment(ec)) {
+        for (fs::directory_iterator it(platform::native_path(folder), ec), end; !ec && it != end; it.increment(ec)) {
             const fs::path& p = it->path();
-            if (lower(p.extension().string()) == ".lan" && it->is_regular_file(ec)) files.push_back(p);
+            if (lower(platform::utf8_path(p.extension())) == ".lan" && it->is_regular_file(ec)) files.push_back(p);
         }
         std::sort(files.begin(), files.end());
         for (const fs::path& p : files) {
-            const std::string name = lower(p.filename().string());
+            const std::string name = lower(platform::utf8_path(p.filename()));
             if (std::find(seen.begin(), seen.end(), name) != seen.end()) continue;
-            const auto text = platform::read_file(p.string());
+            const auto text = platform::read_file(platform::utf8_path(p));
             if (!text) continue;
             const std::string title = language_name(*text);
             if (title.empty()) continue;
             seen.push_back(name);
-            menu.push_back({title, p.string()});
+            menu.push_back({title, platform::utf8_path(p)});
         }
     }
     return menu;

@@ -1,8 +1,8 @@
 #include "platform/codepage.h"
 
-#include <cerrno>
-#include <cstring>
-#include <iconv.h>
+#include <utility>
+
+#include "platform/codepage_system.h"
 
 namespace korvex::platform {
 
@@ -78,21 +78,6 @@ std::string wide_to_utf8(const std::u32string& w) {
     return out;
 }
 
-class Iconv {
-public:
-    Iconv(const std::string& to, const std::string& from) : h_(iconv_open(to.c_str(), from.c_str())) {}
-    ~Iconv() {
-        if (ok()) iconv_close(h_);
-    }
-    Iconv(const Iconv&) = delete;
-    Iconv& operator=(const Iconv&) = delete;
-    bool ok() const { return h_ != reinterpret_cast<iconv_t>(-1); }
-    iconv_t get() const { return h_; }
-
-private:
-    iconv_t h_;
-};
-
 bool pure_ascii(const std::string& s) {
     for (unsigned char c : s)
         if (c >= 0x80) return false;
@@ -109,33 +94,11 @@ std::string iconv_name(int cp) {
 std::u32string bytes_to_wide(const std::string& bytes, int cp) {
     if (cp == 65001) return utf8_to_wide(bytes);
     if (pure_ascii(bytes)) return std::u32string(bytes.begin(), bytes.end());
-    Iconv cd("UTF-32LE", iconv_name(cp));
-    if (!cd.ok()) {
-        // An unknown page: keep byte values as characters (Latin-1), the
-        // least surprising fallback.
-        std::u32string out;
-        for (unsigned char c : bytes) out += static_cast<char32_t>(c);
-        return out;
-    }
+    if (auto wide = system_bytes_to_wide(bytes, cp)) return std::move(*wide);
+    // An unknown page: keep byte values as characters (Latin-1), the least
+    // surprising fallback.
     std::u32string out;
-    std::string in = bytes;
-    char* ip = in.data();
-    size_t il = in.size();
-    char32_t buf[256];
-    while (il > 0) {
-        char* op = reinterpret_cast<char*>(buf);
-        size_t ol = sizeof buf;
-        size_t r = iconv(cd.get(), &ip, &il, &op, &ol);
-        out.append(buf, static_cast<size_t>(reinterpret_cast<char32_t*>(op) - buf));
-        if (r == static_cast<size_t>(-1)) {
-            if (errno == E2BIG) continue;
-            // EILSEQ or EINVAL: one bad byte becomes one replacement.
-            out += k_replacement;
-            ++ip;
-            --il;
-            iconv(cd.get(), nullptr, nullptr, nullptr, nullptr);
-        }
-    }
+    for (unsigned char c : bytes) out += static_cast<char32_t>(c);
     return out;
 }
 
@@ -148,32 +111,9 @@ std::string wide_to_bytes(const std::u32string& text, int cp) {
             break;
         }
     if (ascii) return std::string(text.begin(), text.end());
-    Iconv cd(iconv_name(cp), "UTF-32LE");
+    if (auto bytes = system_wide_to_bytes(text, cp)) return std::move(*bytes);
     std::string out;
-    if (!cd.ok()) {
-        for (char32_t c : text) out += c < 256 ? static_cast<char>(c) : '?';
-        return out;
-    }
-    char buf[512];
-    for (char32_t c : text) {
-        char32_t one = c;
-        char* ip = reinterpret_cast<char*>(&one);
-        size_t il = sizeof one;
-        char* op = buf;
-        size_t ol = sizeof buf;
-        size_t r = iconv(cd.get(), &ip, &il, &op, &ol);
-        if (r == static_cast<size_t>(-1)) {
-            iconv(cd.get(), nullptr, nullptr, nullptr, nullptr);
-            out += '?';
-            continue;
-        }
-        out.append(buf, static_cast<size_t>(op - buf));
-    }
-    // Flush any shift state of stateful pages.
-    char* op = buf;
-    size_t ol = sizeof buf;
-    iconv(cd.get(), nullptr, nullptr, &op, &ol);
-    out.append(buf, static_cast<size_t>(op - buf));
+    for (char32_t c : text) out += c < 256 ? static_cast<char>(c) : '?';
     return out;
 }
 

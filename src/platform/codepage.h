@@ -1,5 +1,6 @@
 // Code page conversion at the edges. A code page number maps to one iconv
-// name: 65001 is UTF-8, every other number n is "CPn".
+// name: 65001 is UTF-8, every other number n is "CPn". Windows has no iconv:
+// there the system's own conversion functions take the number itself.
 #pragma once
 
 #include <string>

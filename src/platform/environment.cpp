@@ -3,11 +3,21 @@
 
 #include <cstdlib>
 
+#include "platform/native_path.h"
+
 namespace korvex::platform {
 
+// On Windows the narrow values are in the local code page; the wide ones,
+// as UTF-8, are the paths the rest of the program expects (a user folder
+// with an umlaut in its name included).
 std::string SystemEnvironment::get(const std::string& name) const {
+#ifdef _WIN32
+    const wchar_t* v = _wgetenv(wide_name(name).c_str());
+    return v ? narrow_name(v) : std::string();
+#else
     const char* v = std::getenv(name.c_str());
     return v ? std::string(v) : std::string();
+#endif
 }
 
 std::string MapEnvironment::get(const std::string& name) const {

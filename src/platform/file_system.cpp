@@ -6,10 +6,13 @@
 #include <sys/stat.h>
 
 #ifdef _WIN32
-// The few POSIX calls used below, on the C runtime of Windows. rename does
-// not replace an existing file there, so replace uses MoveFileEx.
+// The few POSIX calls used below, on the C runtime of Windows, with the
+// names made wide. rename does not replace an existing file there, so
+// replace uses MoveFileEx.
 #include <io.h>
 #include <windows.h>
+
+#include "platform/native_path.h"
 // MinGW's headers declare these two already; only MSVC lacks them.
 #ifdef _MSC_VER
 using ssize_t = int;
@@ -19,12 +22,28 @@ using mode_t = int;
 #define S_ISREG(m) (((m) & _S_IFMT) == _S_IFREG)
 #endif
 namespace {
-using stat_t = struct _stat;
-int os_stat(const char* path, stat_t* st) { return _stat(path, st); }
-int os_open(const char* path, int flags) { return _open(path, flags | _O_BINARY); }
+using korvex::platform::wide_name;
+using stat_t = struct _stat64;
+int os_stat(const char* path, stat_t* st) { return _wstat64(wide_name(path).c_str(), st); }
+// The C runtime's stat does not see devices such as NUL: the handle's type does.
+bool os_is_device(const char* path) {
+    const HANDLE h = CreateFileW(wide_name(path).c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                                 nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+    if (h == INVALID_HANDLE_VALUE) return false;
+    BY_HANDLE_FILE_INFORMATION info {};
+    const bool disk = GetFileType(h) == FILE_TYPE_DISK;
+    const bool folder = disk && GetFileInformationByHandle(h, &info) && (info.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY);
+    CloseHandle(h);
+    return !disk || folder;
+}
+int os_open(const char* path, int flags) { return _wopen(wide_name(path).c_str(), flags | _O_BINARY); }
+// The X's at the end of tmpl become the name's unique part.
 int os_mkstemp(char* tmpl) {
-    if (_mktemp_s(tmpl, std::strlen(tmpl) + 1) != 0) return -1;
-    return _open(tmpl, _O_CREAT | _O_EXCL | _O_WRONLY | _O_BINARY, _S_IREAD | _S_IWRITE);
+    std::wstring wide = wide_name(tmpl);
+    if (_wmktemp_s(wide.data(), wide.size() + 1) != 0) return -1;
+    const size_t n = std::strlen(tmpl);
+    for (size_t k = 1; k <= 6 && k <= n; ++k) tmpl[n - k] = static_cast<char>(wide[wide.size() - k]);
+    return _wopen(wide.c_str(), _O_CREAT | _O_EXCL | _O_WRONLY | _O_BINARY, _S_IREAD | _S_IWRITE);
 }
 ssize_t os_write(int fd, const char* data, size_t n) { return _write(fd, data, static_cast<unsigned>(n)); }
 int os_fsync(int fd) { return _commit(fd); }
@@ -35,12 +54,26 @@ int os_resize(int fd, uint64_t size) {
     return e == 0 ? 0 : -1;
 }
 int os_close(int fd) { return _close(fd); }
-int os_unlink(const char* path) { return _unlink(path); }
+int os_unlink(const char* path) { return _wunlink(wide_name(path).c_str()); }
 int os_fchmod(int, mode_t) { return 0; }
 mode_t os_umask(mode_t) { return 0; }
+int errno_of_last_error() {
+    switch (GetLastError()) {
+    case ERROR_FILE_NOT_FOUND:
+    case ERROR_PATH_NOT_FOUND: return ENOENT;
+    case ERROR_DISK_FULL:
+    case ERROR_HANDLE_DISK_FULL: return ENOSPC;
+    case ERROR_SHARING_VIOLATION:
+    case ERROR_LOCK_VIOLATION: return EBUSY;
+    default: return EACCES;
+    }
+}
+// The new contents reach the disk before the call returns, as the folder
+// flush does on POSIX.
 int replace_file(const char* from, const char* to) {
-    if (MoveFileExA(from, to, MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) return 0;
-    errno = EACCES;  // GetLastError has no errno; the usual cause
+    if (MoveFileExW(wide_name(from).c_str(), wide_name(to).c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
+        return 0;
+    errno = errno_of_last_error();
     return -1;
 }
 }  // namespace
@@ -49,6 +82,10 @@ int replace_file(const char* from, const char* to) {
 namespace {
 using stat_t = struct stat;
 int os_stat(const char* path, stat_t* st) { return ::stat(path, st); }
+bool os_is_device(const char* path) {
+    stat_t st {};
+    return os_stat(path, &st) == 0 && !S_ISREG(st.st_mode);
+}
 int os_open(const char* path, int flags) { return ::open(path, flags); }
 int os_mkstemp(char* tmpl) { return ::mkstemp(tmpl); }
 ssize_t os_write(int fd, const char* data, size_t n) { return ::write(fd, data, n); }
@@ -78,10 +115,7 @@ int replace_file(const char* from, const char* to) {
 
 namespace korvex::platform {
 
-bool RealFileSystem::is_device(const std::string& path) {
-    stat_t st {};
-    return os_stat(path.c_str(), &st) == 0 && !S_ISREG(st.st_mode);
-}
+bool RealFileSystem::is_device(const std::string& path) { return os_is_device(path.c_str()); }
 
 int RealFileSystem::open_in_place(const std::string& path, int& fd) {
     fd = os_open(path.c_str(), O_WRONLY | O_TRUNC);

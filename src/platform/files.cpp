@@ -7,8 +7,9 @@
 #include <filesystem>
 #include <sys/stat.h>
 
+#include "platform/native_path.h"
+
 #ifdef _WIN32
-#define stat _stat
 #ifndef S_ISREG
 #define S_ISREG(m) (((m) & _S_IFMT) == _S_IFREG)
 #endif
@@ -17,12 +18,17 @@
 namespace korvex::platform {
 
 bool file_exists(const std::string& path) {
+#ifdef _WIN32
+    struct _stat64 st {};
+    return !path.empty() && _wstat64(wide_name(path).c_str(), &st) == 0 && S_ISREG(st.st_mode);
+#else
     struct stat st {};
     return !path.empty() && ::stat(path.c_str(), &st) == 0 && S_ISREG(st.st_mode);
+#endif
 }
 
 std::optional<std::string> read_file(const std::string& path, std::string* error) {
-    std::FILE* f = std::fopen(path.c_str(), "rb");
+    std::FILE* f = open_file(path, "rb");
     if (!f) {
         if (error) *error = std::strerror(errno);
         return std::nullopt;
@@ -51,11 +57,11 @@ namespace {
 // updates that file instead of replacing the link with a copy.
 std::string followed(std::string path) {
     std::error_code ec;
-    for (int hops = 0; hops < 40 && std::filesystem::is_symlink(path, ec); ++hops) {
-        const std::filesystem::path p(path);
+    for (int hops = 0; hops < 40 && std::filesystem::is_symlink(native_path(path), ec); ++hops) {
+        const std::filesystem::path p = native_path(path);
         const std::filesystem::path to = std::filesystem::read_symlink(p, ec);
         if (ec) break;
-        path = (to.is_absolute() ? to : p.parent_path() / to).lexically_normal().string();
+        path = utf8_path((to.is_absolute() ? to : p.parent_path() / to).lexically_normal());
     }
     return path;
 }

@@ -1,5 +1,27 @@
 #include "platform/launcher.h"
 
+#ifdef _WIN32
+
+#include <windows.h>
+#include <shellapi.h>
+
+#include "platform/native_path.h"
+
+namespace korvex::platform {
+
+// The shell opens the file with the program its type is registered to, and
+// returns without waiting for it.
+bool SystemLauncher::open(const std::string& path) {
+    const std::wstring file = wide_name(path);
+    const auto result = reinterpret_cast<INT_PTR>(ShellExecuteW(nullptr, L"open", file.c_str(), nullptr, nullptr, SW_SHOWNORMAL));
+    // Values above 32 mean success.
+    return result > 32;
+}
+
+}  // namespace korvex::platform
+
+#else
+
 #include <spawn.h>
 #include <sys/wait.h>
 
@@ -25,3 +47,5 @@ bool SystemLauncher::open(const std::string& path) {
 }
 
 }  // namespace korvex::platform
+
+#endif

@@ -14,7 +14,7 @@ public:
     virtual bool open(const std::string& path) = 0;
 };
 
-// Hands the path to "xdg-open" in the background.
+// Hands the path to "xdg-open" in the background; on Windows to the shell.
 class SystemLauncher : public Launcher {
 public:
     bool open(const std::string& path) override;

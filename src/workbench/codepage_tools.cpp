@@ -4,6 +4,7 @@
 #include <system_error>
 
 #include "platform/files.h"
+#include "platform/native_path.h"
 #include "text/codepage_repair.h"
 #include "workbench/report_file.h"
 
@@ -27,14 +28,14 @@ bool check_labels(model::Store& s, platform::Prompt& ui, const std::string& data
     }
 
     const std::string relative = utf8 ? k_report_65001 : k_report_1252;
-    const std::filesystem::path path = std::filesystem::path(data_folder) / relative;
+    const std::filesystem::path path = platform::native_path(data_folder) / relative;
     std::error_code ec;
     std::filesystem::create_directories(path.parent_path(), ec);
     if (!repaired) {
         // The report replaces the one of the last run, even when clean.
         std::string error;
-        if (!platform::write_file_atomic(path.string(), report, &error))
-            ui.message("Cannot write " + path.string() + ": " + error);
+        if (!platform::write_file_atomic(platform::utf8_path(path), report, &error))
+            ui.message("Cannot write " + platform::utf8_path(path) + ": " + error);
         ui.message("No errors found.");
         return false;
     }

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <system_error>
 
+#include "platform/native_path.h"
 #include "workbench/recent.h"
 
 namespace korvex::workbench {
@@ -48,8 +49,8 @@ bool log_line(const std::string& data_folder, const LogOptions& o, const platfor
               const std::string& text) {
     if (!o.on) return true;
     std::error_code ec;
-    std::filesystem::create_directories(logs_folder(data_folder), ec);
-    std::FILE* f = std::fopen(log_path(data_folder, o, now).c_str(), "ab");
+    std::filesystem::create_directories(platform::native_path(logs_folder(data_folder)), ec);
+    std::FILE* f = platform::open_file(log_path(data_folder, o, now), "ab");
     if (!f) return false;
     const std::string line = log_text(cls, text, now) + "\r\n";
     const bool ok = std::fwrite(line.data(), 1, line.size(), f) == line.size();

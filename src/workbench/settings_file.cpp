@@ -10,6 +10,7 @@
 
 #include "platform/environment.h"
 #include "platform/files.h"
+#include "platform/native_path.h"
 #include "workbench/browser.h"
 
 namespace korvex::workbench {
@@ -435,12 +436,13 @@ bool mreset(const std::string& path, bool& reset_done, const integration::Messag
     const std::string old = path + "old";
     if (platform::file_exists(path)) {
         std::error_code ec;
-        std::filesystem::copy_file(path, old, std::filesystem::copy_options::overwrite_existing, ec);
+        std::filesystem::copy_file(platform::native_path(path), platform::native_path(old),
+                                   std::filesystem::copy_options::overwrite_existing, ec);
         if (ec) {
             ui.message(msgs.get_msg(238) + "\r\n\r\n" + path + ": " + ec.message());
             return false;
         }
-        std::filesystem::remove(path, ec);
+        std::filesystem::remove(platform::native_path(path), ec);
     }
     reset_done = true;
     ui.message("You must exit and restart.\r\n\r\nPrevious settings have been saved as:\r\n" + old);

@@ -233,10 +233,13 @@ TEST_F(ImgTest, ABlockSizeGrowsWhenTheBlocksWouldRunOutOfNumbers) {
     EXPECT_TRUE(same(bytes_of(out, 1), typ));
     EXPECT_EQ(out.subfiles[0].size, uint64_t{64000} * 1024);
     EXPECT_EQ(out.subfiles[0].entries.size(), (64000u / 2 + 239) / 240);
-    // The hole stays a hole: 64 MB that take next to no room.
+#ifndef _WIN32
+    // The hole stays a hole: 64 MB that take next to no room. (Windows has
+    // no holes in a file that is not marked sparse.)
     struct stat st {};
     ASSERT_EQ(::stat(path("out.img").c_str(), &st), 0);
     EXPECT_LT(static_cast<uint64_t>(st.st_blocks) * 512, uint64_t{8} << 20);
+#endif
     ASSERT_TRUE(replace_subfile(c, 1, samples::typ_stub(1, 1, 1000 * 1024), path("out.img"), error)) << error;
     EXPECT_EQ(read_ok(path("out.img")).block_size, 1024u);
 }

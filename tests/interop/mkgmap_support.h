@@ -2,7 +2,6 @@
 // and the view of an element that both sides are compared in.
 #pragma once
 
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -18,6 +17,7 @@
 #include "platform/files.h"
 #include "support/file_params.h"
 #include "support/harness.h"
+#include "support/shell_run.h"
 
 namespace korvex::testing::interop {
 
@@ -25,7 +25,11 @@ namespace fs = std::filesystem;
 
 inline const char* const k_jar = "/usr/share/mkgmap/mkgmap.jar";
 
+#ifdef _WIN32
+inline bool have_mkgmap() { return false; }  // the Debian package's jar is not there
+#else
 inline bool have_mkgmap() { return fs::exists(k_jar) && std::system("java -version >/dev/null 2>&1") == 0; }
+#endif
 
 struct Source {
     std::string name;  // file stem: names the TYP too
@@ -61,12 +65,9 @@ inline Compiled mkgmap_all(const std::vector<Source>& sources) {
         cmd += " --code-page=" + s.codepage + " --family-id=" + s.fid + " '" + s.name + ".txt'";
     }
     cmd += " 2>&1";
-    FILE* p = popen(cmd.c_str(), "r");
-    char buf[4096];
-    size_t n;
-    while (p && (n = fread(buf, 1, sizeof buf, p)) > 0) c.log.append(buf, n);
-    const int st = p ? pclose(p) : -1;
-    c.status = WIFEXITED(st) ? WEXITSTATUS(st) : -1;
+    ShellRun done = run_shell(cmd);
+    c.log = std::move(done.out);
+    c.status = done.status;
     for (const Source& s : sources) c.typ[s.name] = read_bytes((dir / (s.name + ".typ")).string());
     fs::remove_all(dir);
     return c;

@@ -16,6 +16,7 @@
 #include "workbench/make_transparent.h"
 #include "workbench/palette_panel.h"
 #include "workbench/palette_reduction.h"
+#include "support/path_text.h"
 
 namespace korvex::workbench {
 namespace {
@@ -118,13 +119,13 @@ TEST(PalettePanel, StepsAreLinearPerChannelWithBothEndsExact) {
 }
 
 TEST(PalettePanel, SavesUnderPalAndReplacesOnlyWhenAsked) {
-    const std::string d = std::filesystem::temp_directory_path() / ("korvex-pal-" + std::to_string(::getpid()));
+    const std::string d = (std::filesystem::temp_directory_path() / ("korvex-pal-" + std::to_string(::getpid()))).string();
     std::filesystem::remove_all(d);
     std::filesystem::create_directories(d + "/pal");
     platform::ScriptedPrompt ui;
     const std::vector<uint32_t> first = {0x000000, 0xFFFFFF}, second = {0x0000FF};
     const std::string path = save_palette(ui, english_messages(), d, "ramp", first);
-    EXPECT_EQ(path, d + "/pal/ramp.tpal");
+    EXPECT_EQ(path, testing::preferred(d + "/pal/ramp.tpal"));
     EXPECT_TRUE(ui.questions.empty());
     for (const auto a : {platform::Answer::no, platform::Answer::yes}) {
         platform::ScriptedPrompt asked;
