@@ -11,6 +11,7 @@
 #include <QMenuBar>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QScreen>
 #include <QPlainTextEdit>
 #include <QTest>
 #include <unordered_set>
@@ -327,4 +328,26 @@ TEST(PreviewDock, AFeaturelessSceneFileLeavesTheSceneAndAWideOneIsDrawnWhereDrag
     const QPoint in_lake = QPoint(5075, 80) + f.dock->canvas()->offset();
     EXPECT_NE(f.shot().pixel(in_lake), ground);
     EXPECT_GE(f.dock->canvas()->step_at(in_lake), 0);
+}
+
+// The preview takes room from the grid or from the screen beside the
+// window; where neither has enough it floats, and the window keeps its width
+// rather than growing past the screen's edge.
+TEST(PreviewDock, DocksWhereThereIsRoomAndFloatsWhereThereIsNone) {
+    for (const bool wide : {true, false}) {
+        SCOPED_TRACE(wide ? "wide window" : "window at its least width, filling the screen");
+        kt::WindowFixture f(platform::Answer::no);
+        f.show(f.services(), wide ? 1400 : 200, 600);
+        if (!wide) {
+            const QRect screen = f.w->screen()->availableGeometry();
+            f.w->move(screen.right() - f.w->frameGeometry().width() + 1, screen.top());
+        }
+        QApplication::processEvents();
+        const int width = f.w->width();
+        f.w->map_preview()->open();
+        QApplication::processEvents();
+        EXPECT_EQ(f.w->map_preview()->isFloating(), !wide);
+        EXPECT_EQ(f.w->width(), width);
+        EXPECT_TRUE(f.w->map_preview()->isVisible());
+    }
 }

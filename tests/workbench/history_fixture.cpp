@@ -19,7 +19,10 @@ HistoryFolder::HistoryFolder() {
     fs::create_directories(root / "system");
 }
 
-HistoryFolder::~HistoryFolder() { fs::remove_all(root); }
+HistoryFolder::~HistoryFolder() {
+    std::error_code ec;
+    fs::remove_all(root, ec);
+}
 
 HistoryBench::HistoryBench() {
     host.s = &s;
@@ -30,6 +33,8 @@ HistoryBench::HistoryBench() {
 bool HistoryBench::open(const std::string& path) {
     const fs::path copy = dir.root / fs::path(path).filename();
     fs::copy_file(path, copy, fs::copy_options::overwrite_existing);
+    // The corpus is read-only, and Windows will not remove a read-only copy.
+    fs::permissions(copy, fs::perms::owner_write, fs::perm_options::add);
     return session.open_path(copy.string());
 }
 
