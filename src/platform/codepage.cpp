@@ -24,7 +24,8 @@ std::u32string utf8_to_wide(const std::string& s) {
             ++i;
             continue;
         }
-        int len = c >= 0xF0 && c < 0xF5 ? 4 : c >= 0xE0 ? 3 : c >= 0xC2 && c < 0xE0 ? 2 : 0;
+        // F5 to FF never lead: they would start a character past U+10FFFF.
+        int len = c >= 0xF5 ? 0 : c >= 0xF0 ? 4 : c >= 0xE0 ? 3 : c >= 0xC2 ? 2 : 0;
         if (len == 0 || i + static_cast<size_t>(len) > n) {
             out += k_replacement;
             ++i;

@@ -73,3 +73,28 @@ TEST(CodepageTables, DoubleBytePagesDecodePairsAndReplaceBrokenOnes) {
 
 }  // namespace
 }  // namespace korvex::platform
+
+// UTF-8 at the edges of what it may hold: the surrogates (never characters,
+// each end of their range), the last character, and the lead bytes from F5
+// on, which are never valid. A bad sequence is one replacement a byte.
+TEST(Utf8Edges, SurrogatesAndTheTopAreReplacedAndTheirNeighboursKept) {
+    const std::string rep = "\xEF\xBF\xBD";
+    struct Case {
+        const char* name;
+        std::u32string wide;
+        std::string utf8;  // what the character is written as
+    };
+    for (const Case& c : {Case{"below the surrogates", U"\uD7FF", "\xED\x9F\xBF"},
+                          Case{"first surrogate", std::u32string(1, 0xD800), rep},
+                          Case{"last surrogate", std::u32string(1, 0xDFFF), rep},
+                          Case{"above the surrogates", U"\uE000", "\xEE\x80\x80"},
+                          Case{"last character", U"\U0010FFFF", "\xF4\x8F\xBF\xBF"}}) {
+        SCOPED_TRACE(c.name);
+        EXPECT_EQ(korvex::platform::wide_to_bytes(c.wide, 65001), c.utf8);
+    }
+    EXPECT_EQ(korvex::platform::bytes_to_wide("\xED\xBF\xBF", 65001), std::u32string(3, 0xFFFD));
+    EXPECT_EQ(korvex::platform::bytes_to_wide("\xED\x9F\xBF", 65001), U"\uD7FF");
+    EXPECT_EQ(korvex::platform::bytes_to_wide("\xF4\x8F\xBF\xBF", 65001), U"\U0010FFFF");
+    for (const char* lead : {"\xF5", "\xF7", "\xFF"})
+        EXPECT_EQ(korvex::platform::bytes_to_wide(std::string(lead) + "\x80\x80\x80", 65001), std::u32string(4, 0xFFFD)) << lead;
+}

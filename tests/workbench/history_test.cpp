@@ -145,6 +145,10 @@ TEST(HistoryKinds, UndoFollowsToTheRowsConcerned) {
     EXPECT_FALSE(f.header_changed);
     f = b.session.redo();
     EXPECT_EQ(f.rows, (std::vector<int32_t>{1, last - 2}));  // the rows that took their places
+    // Neighbours come back as a run, each row once.
+    ASSERT_TRUE(b.ops.mdelete({3, 4}));
+    EXPECT_EQ(b.session.undo().rows, (std::vector<int32_t>{3, 4}));
+    b.session.redo();
     b.session.set_pid("9");
     f = b.session.undo();
     EXPECT_TRUE(f.header_changed);
@@ -232,6 +236,29 @@ TEST(HistoryLimit, ALowerLimitDropsTheOldestAndKeepsWhatIsUndone) {
     EXPECT_EQ(b.history().redo_name(), "PID");
     EXPECT_TRUE(b.session.redo().done);
     EXPECT_EQ(b.s.pid, "6");
+}
+
+// The History list's jump undoes or redoes step by step to where it is sent,
+// both ways, and stops at the ends.
+TEST(HistoryKinds, JumpGoesBothWaysToTheChosenStep) {
+    HistoryBench b;
+    ASSERT_TRUE(b.open(sample_typ()));
+    const std::string opened = b.saved();
+    b.session.set_pid("5");
+    b.s.curclass = model::k_points;
+    ASSERT_TRUE(b.ops.mdelete({2}));
+    const std::string after_two = b.saved();
+    b.session.set_fid("4242");
+    ASSERT_EQ(b.history().size(), 3u);
+    EXPECT_EQ(b.history().jump(0).name, b.history().names()[0]);
+    EXPECT_EQ(b.history().position(), 0u);
+    EXPECT_EQ(b.saved(), opened);
+    EXPECT_EQ(b.history().jump(2).cls, model::k_points);
+    EXPECT_EQ(b.history().position(), 2u);
+    EXPECT_EQ(b.saved(), after_two);
+    b.history().jump(99);
+    EXPECT_EQ(b.history().position(), 3u);
+    EXPECT_FALSE(b.history().jump(3).done);  // already there
 }
 
 }  // namespace
