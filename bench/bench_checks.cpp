@@ -14,6 +14,7 @@
 
 #include "model/store.h"
 #include "platform/prompt.h"
+#include "support/large_projects.h"
 #include "support/sample_builder.h"
 #include "workbench/checks.h"
 #include "workbench/draworder_check.h"
@@ -30,17 +31,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// About 5.5 kB of TYP a point: this many bytes make 20,000 elements.
-constexpr int64_t k_target = 112 * 1000 * 1000;
-
-const model::Store& large_store() {
-    static const model::Store s = [] {
-        model::Store built;
-        samples::build_large(built, k_target);
-        return built;
-    }();
-    return s;
-}
+const model::Store& large_store() { return samples::large_project(); }
 
 int32_t element_count(const model::Store& s) { return s.pg_n + s.ln_n + s.ln_nact + s.pt_n + s.pt_nx; }
 

@@ -9,6 +9,7 @@
 #include "platform/clipboard.h"
 #include "platform/clock.h"
 #include "platform/prompt.h"
+#include "support/large_projects.h"
 #include "support/sample_builder.h"
 #include "typ/decoder.h"
 #include "typ/encoder.h"
@@ -22,9 +23,9 @@ namespace {
 
 using platform::QuietPrompt;
 
-constexpr int k_polygons = 6000;
-constexpr int k_lines = 4000;
-constexpr int k_points = 10000;  // 20,000 elements in all
+constexpr int k_polygons = samples::k_ops_polygons;
+constexpr int k_lines = samples::k_ops_lines;
+constexpr int k_points = samples::k_ops_points;  // 20,000 elements in all
 
 struct Host : workbench::OpsHost {
     model::Store* s = nullptr;
@@ -39,49 +40,7 @@ struct Accept : workbench::ElementDialogs {
     bool new_line(workbench::NewElementForm&) override { return true; }
 };
 
-// The generated file, as a load leaves its tables: encoded and decoded.
-const model::Store& large_store() {
-    static const model::Store store = [] {
-        model::Store s;
-        samples::new_project(s, "9999", 156);
-        // Types 0x01 .. 0x7f, then 0x100 on, each with every subtype; those
-        // a TYP file gives a level have one of nine.
-        for (int i = 0; i < k_polygons; ++i) {
-            samples::PolygonSpec p;
-            p.type = i < 127 * 32 ? 1 + i / 32 : 0x100 + (i - 127 * 32) / 32;
-            p.subtype = i % 32;
-            p.colours = {"#40A040"};
-            p.labels = {{0x04, "Area " + std::to_string(i)}};
-            samples::add_polygon(s, p);
-            const std::string code = workbench::drw_code(p.type << 8 | p.subtype);
-            if (p.type >= 0x100 || p.subtype == 0) s.drwlist += " " + code + "," + std::to_string(1 + i % 9);
-        }
-        for (int i = 0; i < k_lines; ++i) {
-            samples::LineSpec l;
-            l.type = i < 47 * 32 ? 1 + i / 32 : 0x100 + (i - 47 * 32) / 32;
-            l.subtype = i % 32;
-            l.colours = {"#202020", "#FFFFFF"};
-            l.labels = {{0x04, "Road " + std::to_string(i)}};
-            samples::add_line(s, l);
-        }
-        for (int i = 0; i < k_points; ++i) {
-            samples::PointSpec p;
-            p.type = 1 + i / 32;
-            p.subtype = i % 32;
-            p.colours = 2 + i % 6;
-            p.seed = static_cast<unsigned>(i + 1);
-            p.labels = {{0x04, "Point " + std::to_string(i)}};
-            samples::add_point(s, p);
-        }
-        QuietPrompt ui;
-        const platform::FixedClock clock({2026, 1, 2, 3, 4, 5});
-        typ::save_typ(s, ui, clock, false);
-        model::Store back;
-        typ::open_typ_bytes(back, ui, s.curf, "/bench/large.typ");
-        return back;
-    }();
-    return store;
-}
+const model::Store& large_store() { return samples::element_ops_project(); }
 
 struct Bench {
     model::Store s = large_store();

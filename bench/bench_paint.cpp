@@ -6,6 +6,7 @@
 #include <benchmark/benchmark.h>
 
 #include "model/store.h"
+#include "support/large_projects.h"
 #include "support/sample_builder.h"
 #include "workbench/icon_painter.h"
 
@@ -13,19 +14,10 @@ using namespace korvex;
 
 namespace {
 
-// About 5.5 kB of TYP a point: this many bytes make 20,000 elements.
-constexpr int64_t k_target = 112 * 1000 * 1000;
 constexpr uint32_t k_background = 0xFFFFFFFF;
 constexpr int k_cell_px = 41;  // the Small icon size at 15 twips a pixel
 
-model::Store& large_store() {
-    static model::Store s = [] {
-        model::Store built;
-        samples::build_large(built, k_target);
-        return built;
-    }();
-    return s;
-}
+model::Store& large_store() { return samples::large_project(); }
 
 int32_t element_count(const model::Store& s) { return s.pg_n + s.ln_n + s.ln_nact + s.pt_n + s.pt_nx; }
 

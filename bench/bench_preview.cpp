@@ -9,6 +9,7 @@
 #include "platform/prompt.h"
 #include "preview/draw_list.h"
 #include "preview/sampler.h"
+#include "support/large_projects.h"
 #include "support/sample_builder.h"
 #include "text/load_driver.h"
 #include "typ/decoder.h"
@@ -17,17 +18,8 @@ using namespace korvex;
 
 namespace {
 
-// About 5.5 kB of TYP a point: this many bytes make 20,000 elements.
-constexpr int64_t k_target = 112 * 1000 * 1000;
 
-model::Store& large_store() {
-    static model::Store s = [] {
-        model::Store built;
-        samples::build_large(built, k_target);
-        return built;
-    }();
-    return s;
-}
+model::Store& large_store() { return samples::large_project(); }
 
 model::Store& sample_store() {
     static model::Store s = [] {

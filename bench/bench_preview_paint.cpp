@@ -16,6 +16,7 @@
 #include "preview/draw_list.h"
 #include "preview/sampler.h"
 #include "preview/scene.h"
+#include "support/large_projects.h"
 #include "support/sample_builder.h"
 #include "text/panel_apply.h"
 #include "text/text_writer.h"
@@ -26,8 +27,6 @@ using namespace korvex;
 namespace {
 
 constexpr int k_view_w = 1000, k_view_h = 700;
-// About 5.5 kB of TYP a point: this many bytes make 20,000 elements.
-constexpr int64_t k_large_target = 112 * 1000 * 1000;
 
 model::Store& sample() {
     static model::Store s = [] {
@@ -47,14 +46,7 @@ const preview::Scene& town() {
     return scene;
 }
 
-model::Store& large() {
-    static model::Store s = [] {
-        model::Store built;
-        samples::build_large(built, k_large_target);
-        return built;
-    }();
-    return s;
-}
+model::Store& large() { return samples::large_project(); }
 
 // The options of the canvas for a view at the scene's top left.
 preview::DrawOptions view_options() {
