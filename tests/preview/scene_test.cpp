@@ -34,6 +34,7 @@ TEST(SceneReader, BadLinesAreReportedAndSkippedTheRestIsKept) {
         {"text behind the label", "point 0x2a06 \"a\" b\n 1,1\n", 0, 2, "bad label"},
         {"bad coordinate keeps the good lines", "line 0x01\n 0,0 5,5\n 7;7\n 9,9\n", 1, 1, "bad coordinate"},
         {"huge number", "line 0x01\n 0,0 1e300,5\n", 0, 2, "bad coordinate"},
+        {"a coordinate without its y", "line 0x01\n 0,0 5,\n", 0, 2, "bad coordinate"},
         {"polygon of two points", "polygon 0x01\n 0,0 5,5\n", 0, 1, "too few points"},
         {"polygon of three points", "polygon 0x01\n 0,0 5,5 0,5\n", 1, 0, ""},
         {"line of one point", "line 0x01\n 5,5\n", 0, 1, "too few points"},
