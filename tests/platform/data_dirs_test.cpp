@@ -88,3 +88,17 @@ TEST(ProgramFolder, TheTestsRunFromTheBuildFolderThatFindsTheCheckoutsData) {
 }
 
 }  // namespace
+
+namespace {
+
+// A bundled file named either way, with "/" or "\", is found under the
+// system's own separator.
+TEST(BundledPath, EitherSeparatorBecomesTheSystemsOwn) {
+    const std::string sep(1, fs::path::preferred_separator);
+    for (const char* relative : {"themes/tdat", "themes\\tdat"})
+        EXPECT_EQ(korvex::platform::bundled_path("share" + sep + "korvex", relative),
+                  "share" + sep + "korvex" + sep + "themes" + sep + "tdat")
+            << relative;
+}
+
+}  // namespace
