@@ -10,6 +10,7 @@
 #include "platform/clock.h"
 #include "platform/prompt.h"
 #include "support/large_projects.h"
+#include "support/ops_host.h"
 #include "support/sample_builder.h"
 #include "typ/decoder.h"
 #include "typ/encoder.h"
@@ -27,18 +28,8 @@ constexpr int k_polygons = samples::k_ops_polygons;
 constexpr int k_lines = samples::k_ops_lines;
 constexpr int k_points = samples::k_ops_points;  // 20,000 elements in all
 
-struct Host : workbench::OpsHost {
-    model::Store* s = nullptr;
-    bool loading() const override { return false; }
-    void show_class(int cls) override { s->curclass = cls; }
-    void tables_changed(int32_t) override { s->dirty = true; }
-    void log_line(int, const std::string&) override {}
-};
-
-struct Accept : workbench::ElementDialogs {
-    bool poisizes(workbench::NewElementForm&) override { return true; }
-    bool new_line(workbench::NewElementForm&) override { return true; }
-};
+using Host = samples::BenchHost;
+using Accept = samples::AcceptForms;
 
 const model::Store& large_store() { return samples::element_ops_project(); }
 
